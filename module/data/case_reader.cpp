@@ -1,0 +1,52 @@
+#include "module/data/case_reader.h"
+
+#include <cmath>
+#include <limits>
+
+namespace proportions {
+namespace {
+
+/// Counters stop at the largest number they hold: 2^31 cases and more must not wrap to "no case".
+void countUp(int32_t& counter) {
+  if (counter < std::numeric_limits<int32_t>::max()) ++counter;
+}
+
+}  // namespace
+
+std::optional<double> roundedWeight(double weight) {
+  if (isMissing(weight)) return std::nullopt;
+  if (!(weight >= 0.5)) return std::nullopt;  // a NaN too
+  return std::floor(weight + 0.5);
+}
+
+bool CaseReader::useCase(const Case& data, UsedCase& used) {
+  const std::optional<double> weight = roundedWeight(iterator_.Weight());
+  used.weight = weight.value_or(0.0);
+  used.data = &data;
+  analysis_.wAll += used.weight;
+  if (weight && classifier_.caseIsComplete(data) &&
+      classifier_.classifyCase(data, used.first, used.second, used.group)) {
+    countUp(analysis_.nValid);
+    analysis_.wValid += used.weight;
+    return true;
+  }
+  countUp(analysis_.nInvalid);
+  analysis_.wInvalid += used.weight;
+  return false;
+}
+
+bool CaseReader::nextUsedCase(UsedCase& used) {
+  used.weight = 1.0;
+  const Case* data = iterator_.NextCase();
+  if (data != nullptr && analysis_.nAll == 0 && analysis_.splitFile) {
+    analysis_.procedure->SplitChange();
+  }
+  for (; data != nullptr; data = iterator_.NextCase()) {
+    if (iterator_.SplitGroupEnd()) return false;
+    countUp(analysis_.nAll);
+    if (useCase(*data, used)) return true;
+  }
+  return false;
+}
+
+}  // namespace proportions

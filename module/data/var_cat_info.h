@@ -1,0 +1,30 @@
+/// What a pass over the data learns about one variable.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/data_source.h"
+
+namespace proportions {
+
+/// The category lists and counts stay empty in this command; developers see them in the dumps.
+struct VarCatInfo {
+  VarIndex varIndex = -1;
+  bool isString = false;
+  std::vector<double> numericValues;
+  std::vector<std::string> stringValues;
+  std::vector<int32_t> categoryCounts;
+  int32_t totalCount = 0;
+  std::vector<double> weightedCounts;
+  double weightedTotal = 0.0;
+  bool hasValidValue = false;  ///< at least one value was not missing
+  double minValue = kSystemMissing;
+  double maxValue = kSystemMissing;
+  double midPoint = kSystemMissing;
+  std::string minString;
+  std::string maxString;
+};
+
+}  // namespace proportions

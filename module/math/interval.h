@@ -1,0 +1,46 @@
+/// Intervals and the range they are clipped to.
+#pragma once
+
+#include <cmath>
+
+#include "module/math/missing.h"
+
+namespace proportions {
+
+/// Two ends of an interval; each may be the missing value or a NaN.
+struct Bounds {
+  double lower = kSystemMissing;
+  double upper = kSystemMissing;
+};
+
+inline constexpr Bounds kProportionRange{0.0, 1.0};
+inline constexpr Bounds kDifferenceRange{-1.0, 1.0};
+
+/// Replaces an end that lies beyond the range by the limit. A NaN fails both comparisons and
+/// passes; a missing end is below every limit but is no bound, and stays missing.
+inline Bounds clip(Bounds bounds, const Bounds& range) {
+  if (range.lower > bounds.lower && !isMissing(bounds.lower)) bounds.lower = range.lower;
+  if (range.upper < bounds.upper) bounds.upper = range.upper;
+  return bounds;
+}
+
+/// The interval centre ± half, clipped.
+inline Bounds symmetric(double centre, double half, const Bounds& range) {
+  return clip({centre - half, centre + half}, range);
+}
+
+/// A confidence level as the methods use it.
+struct Level {
+  double alpha;  ///< 1 - level / 100
+  double z;      ///< two-sided standard normal critical value, finite or NaN
+};
+
+/// A level from an analysis' alpha and critical value. An infinite critical value stands for the
+/// limit of each interval as z grows; 1e100 has reached that limit in every method while its square
+/// is still finite. A missing one cannot be computed with and becomes a NaN.
+inline Level makeLevel(double alpha, double zCrit) {
+  if (isMissing(zCrit)) return {alpha, NAN};
+  return {alpha, std::isinf(zCrit) ? 1e100 : zCrit};
+}
+
+}  // namespace proportions

@@ -1,0 +1,26 @@
+#include "module/math/normal_test.h"
+
+#include <algorithm>
+
+#include "host/distributions.h"
+#include "module/math/missing.h"
+
+namespace proportions {
+
+TestResult missingTest() { return {kSystemMissing, kSystemMissing, kSystemMissing}; }
+
+TestResult binomialTest(double oneSided) {
+  return {kSystemMissing, oneSided, std::min(1.0, 2.0 * oneSided)};
+}
+
+TestResult normalTest(double z) {
+  if (isMissing(z)) return missingTest();
+  const double lower = MCDistFun::CdfStdNorm(z);
+  if (isMissing(lower)) return {z, kSystemMissing, kSystemMissing};
+  const double upper = MCDistFun::CdfStdNorm(-z);
+  if (isMissing(upper)) return {z, kSystemMissing, kSystemMissing};
+  const double oneSided = std::min(lower, upper);
+  return {z, oneSided, 2.0 * oneSided};
+}
+
+}  // namespace proportions

@@ -1,0 +1,25 @@
+/// Wilson (1927): the score bounds of a proportion, and their distances from the estimate.
+#pragma once
+
+#include <cmath>
+
+namespace proportions {
+
+/// How far the score bounds lie below and above p = x / n. The hybrid intervals of Newcombe (1998)
+/// combine these distances; taken directly instead of as p - l and u - p they keep their digits for
+/// large n.
+struct ScoreDistances {
+  double below;  ///< p - l
+  double above;  ///< u - p
+};
+
+/// `x` successes, `f` failures, n = x + f > 0.
+inline ScoreDistances scoreDistances(double x, double f, double n, double z) {
+  const double p = x / n, q = f / n, z2 = z * z;
+  const double h = z * std::sqrt(z2 / (n * 4 * n) + q * p / n);
+  const double shift = z2 / n * (p - 0.5);
+  const double d = z2 / n + 1;
+  return {(h + shift) / d, (h - shift) / d};
+}
+
+}  // namespace proportions

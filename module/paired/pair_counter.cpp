@@ -1,0 +1,128 @@
+#include "module/paired/pair_counter.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace proportions {
+namespace {
+
+/// The cells of a two-by-two table; b is "only the first".
+struct Cells {
+  double a = 0.0;
+  double b = 0.0;
+  double c = 0.0;
+  double d = 0.0;
+};
+
+/// The words of one variable.
+struct Outcomes {
+  const uint64_t* success;
+  const uint64_t* failure;
+};
+
+/// Slots of one weight are summed as integers and weighed once.
+[[gnu::always_inline]] inline Cells countCells(const Outcomes& x, const Outcomes& y, size_t slots,
+                                               const double* weights, bool equalWeights) {
+  Cells cells;
+  if (equalWeights) {
+    int64_t a = 0, b = 0, c = 0, d = 0;
+    for (size_t i = 0; i < slots; ++i) {
+      a += std::popcount(x.success[i] & y.success[i]);
+      b += std::popcount(x.success[i] & y.failure[i]);
+      c += std::popcount(x.failure[i] & y.success[i]);
+      d += std::popcount(x.failure[i] & y.failure[i]);
+    }
+    const double w = slots == 0 ? 0.0 : weights[0];
+    return {w * static_cast<double>(a), w * static_cast<double>(b), w * static_cast<double>(c),
+            w * static_cast<double>(d)};
+  }
+  for (size_t i = 0; i < slots; ++i) {
+    cells.a += weights[i] * std::popcount(x.success[i] & y.success[i]);
+    cells.b += weights[i] * std::popcount(x.success[i] & y.failure[i]);
+    cells.c += weights[i] * std::popcount(x.failure[i] & y.success[i]);
+    cells.d += weights[i] * std::popcount(x.failure[i] & y.failure[i]);
+  }
+  return cells;
+}
+
+using CountFunction = Cells (*)(const Outcomes&, const Outcomes&, size_t, const double*, bool);
+
+Cells countPortably(const Outcomes& x, const Outcomes& y, size_t slots, const double* weights,
+                    bool equalWeights) {
+  return countCells(x, y, slots, weights, equalWeights);
+}
+
+#if defined(__x86_64__)
+/// The same with the processor's own bit count, which the baseline of the architecture lacks.
+[[gnu::target("popcnt")]] Cells countWithPopcnt(const Outcomes& x, const Outcomes& y, size_t slots,
+                                                const double* weights, bool equalWeights) {
+  return countCells(x, y, slots, weights, equalWeights);
+}
+#endif
+
+CountFunction chooseCount() {
+#if defined(__x86_64__)
+  if (__builtin_cpu_supports("popcnt")) return countWithPopcnt;
+#endif
+  return countPortably;
+}
+
+}  // namespace
+
+PairCounter::PairCounter(size_t nFirst, size_t nSecond, std::vector<PropZPairSamp>& records)
+    : nFirst_(nFirst),
+      twoLists_(nSecond > 0),
+      records_(records),
+      bits_((nFirst + nSecond) * 2 * kSlots) {}
+
+/// A slot with room for a case of that weight; a full batch is counted first.
+size_t PairCounter::slotFor(double weight) {
+  const auto open = [this, weight](size_t slot) {
+    return weights_[slot] == weight && filled_[slot] < 64;
+  };
+  if (last_ < used_ && open(last_)) return last_;
+  for (size_t slot = 0; slot < used_; ++slot) {
+    if (open(slot)) return last_ = slot;
+  }
+  if (used_ == kSlots) countBatch();
+  weights_[used_] = weight;
+  return last_ = used_++;
+}
+
+void PairCounter::setBits(const std::vector<Code>& codes, size_t offset, size_t slot,
+                          uint64_t bit) {
+  uint64_t* word = &bits_[offset * 2 * kSlots + slot];
+  for (const Code code : codes) {
+    if (code >= 0) word[code == 1 ? 0 : kSlots] |= bit;
+    word += 2 * kSlots;
+  }
+}
+
+void PairCounter::add(const std::vector<Code>& first, const std::vector<Code>& second,
+                      double weight) {
+  const size_t slot = slotFor(weight);
+  const uint64_t bit = uint64_t{1} << filled_[slot]++;
+  setBits(first, 0, slot, bit);
+  setBits(second, nFirst_, slot, bit);
+}
+
+void PairCounter::countBatch() {
+  static const CountFunction count = chooseCount();
+  const bool equalWeights =
+      std::all_of(weights_, weights_ + used_, [this](double w) { return w == weights_[0]; });
+  for (PropZPairSamp& record : records_) {
+    const auto i = static_cast<size_t>(record.firstLocalVarIndex);
+    const auto j = static_cast<size_t>(record.secondLocalVarIndex) + (twoLists_ ? nFirst_ : 0);
+    const Cells cells = count({words(i, true), words(i, false)}, {words(j, true), words(j, false)},
+                              used_, weights_, equalWeights);
+    record._n11 += cells.a;
+    record._n10 += cells.b;
+    record._n01 += cells.c;
+    record._n00 += cells.d;
+  }
+  std::fill(bits_.begin(), bits_.end(), 0);
+  std::fill(std::begin(filled_), std::end(filled_), 0);
+  used_ = last_ = 0;
+}
+
+}  // namespace proportions

@@ -1,0 +1,35 @@
+/// One success or grouping definition.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/data_source.h"
+#include "module/math/missing.h"
+#include "module/syntax/codes.h"
+
+namespace proportions {
+
+/// A value in its variable's own representation, as 8-byte words.
+using ValueBuffer = std::vector<double>;
+
+struct BinInfoElem {
+  int32_t rule = kLast;
+  bool categorical = true;  ///< values are matched as categories, not compared as numbers
+  std::vector<double> numericValues;
+  std::vector<std::string> stringValues;
+  std::vector<std::shared_ptr<const ValueBuffer>> rawValues;
+  int32_t obsLength = 1;  ///< 8-byte words in one value of the variable
+  ZELK_Format printFormat;
+
+  /// The cut point; the missing value when the definition holds none.
+  double cutPoint() const { return numericValues.empty() ? kSystemMissing : numericValues.front(); }
+};
+
+/// 8-byte words in one value of a variable of that type (0 numeric, else a string's width in
+/// bytes).
+inline int32_t obsLength(int32_t type) { return type <= 8 ? 1 : (type + 7) / 8; }
+
+}  // namespace proportions
