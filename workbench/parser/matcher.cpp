@@ -1,0 +1,270 @@
+#include "workbench/parser/matcher.h"
+
+#include <algorithm>
+
+#include "workbench/dataset/value_text.h"
+#include "workbench/text/nearest.h"
+
+namespace workbench {
+namespace {
+
+using Kind = TokenInfoObj::Kind;
+
+std::string joined(const std::vector<std::string>& words) {
+  std::string result;
+  for (const std::string& word : words) result += (result.empty() ? "" : ", ") + word;
+  return result;
+}
+
+template <typename List>
+std::vector<std::string> namesOf(const List& descriptors) {
+  std::vector<std::string> names;
+  for (const auto& descriptor : descriptors) names.push_back(descriptor.impl().name);
+  return names;
+}
+
+template <typename List>
+const auto* findDescriptor(const List& descriptors, const std::string& name) {
+  const auto found = std::find_if(descriptors.begin(), descriptors.end(),
+                                  [&](const auto& d) { return d.impl().name == name; });
+  return found == descriptors.end() ? nullptr : &found->impl();
+}
+
+std::string rangeText(const ParamDescriptor::Impl& parameter) {
+  std::string text;
+  if (parameter.lower) {
+    text += std::string(parameter.lowerExclusive ? " above " : " of at least ") +
+            shortestNumber(*parameter.lower);
+  }
+  if (parameter.upper) {
+    text += std::string(text.empty() ? "" : " and") +
+            (parameter.upperExclusive ? " below " : " at most ") + shortestNumber(*parameter.upper);
+  }
+  return text;
+}
+
+bool inRange(const ParamDescriptor::Impl& parameter, double number) {
+  if (parameter.lower &&
+      (number < *parameter.lower || (parameter.lowerExclusive && number == *parameter.lower)))
+    return false;
+  return !parameter.upper || number < *parameter.upper ||
+         (!parameter.upperExclusive && number == *parameter.upper);
+}
+
+/// Values of a qualifier: trailing blanks of strings never count.
+TokenInfoObj withoutTrailingBlanks(const TokenInfoObj& token) {
+  if (token.kind() != Kind::kString) return token;
+  std::string text = token.getText();
+  text.erase(text.find_last_not_of(' ') + 1);
+  return {Kind::kString, std::move(text), 0.0, 0, token.position()};
+}
+
+}  // namespace
+
+std::optional<SyntaxProblem> Matcher::match(CommandSpec::Impl& result) {
+  if (command_.problem()) return command_.problem();
+  try {
+    matchCommandName();
+    if (!atEnd() && !isSymbol('/')) matchSubcommand(result);
+    while (!atEnd()) {
+      ++at_;
+      matchSubcommand(result);
+    }
+  } catch (const Failure& failure) {
+    return failure.problem;
+  }
+  return std::nullopt;
+}
+
+bool Matcher::isSymbol(size_t at, char symbol) const {
+  return at < tokens_.size() && tokens_[at].kind() == Kind::kSymbol &&
+         tokens_[at].getText()[0] == symbol;
+}
+
+bool Matcher::startsParameter() const {
+  return !atEnd() && token().kind() == Kind::kWord && isSymbol(at_ + 1, '=');
+}
+
+std::string Matcher::shown() const {
+  return atEnd() ? "The command ends" : "\"" + token().getText() + "\" stands";
+}
+
+void Matcher::fail(const std::string& what, const std::string& suggestion) const {
+  const size_t place = atEnd() ? command_.endPosition() : token().position();
+  throw Failure{{place, what, suggestion}};
+}
+
+void Matcher::matchCommandName() {
+  const std::string& name = syntax_.impl().name;
+  if (atEnd() || token().kind() != Kind::kWord) {
+    fail("A command begins with its name, " + name + ".");
+  }
+  if (token().getUpText() != name) {
+    fail("\"" + token().getText() + "\" is not a command that runs here; " + name + " is.",
+         nearest(token().getText(), {name}));
+  }
+  ++at_;
+}
+
+void Matcher::matchSubcommand(CommandSpec::Impl& result) {
+  const std::vector<std::string> known = namesOf(syntax_.impl().subcommands);
+  if (atEnd() || token().kind() != Kind::kWord) {
+    fail(shown() + " where a subcommand is expected: " + joined(known) + ".");
+  }
+  const std::string name = token().getUpText();
+  const auto* descriptor = findDescriptor(syntax_.impl().subcommands, name);
+  if (descriptor == nullptr) {
+    fail(
+        "\"" + token().getText() + "\" is not a subcommand. Subcommands are " + joined(known) + ".",
+        nearest(name, known));
+  }
+  for (const auto& [earlier, subcommand] : result.subcommands) {
+    if (earlier == name) fail("The subcommand " + name + " is given twice; give it once.");
+  }
+  ++at_;
+  auto parsed = std::make_unique<SubComObj::Impl>();
+  parsed->name = name;
+  if (descriptor->hasList) parsed->list = matchList();
+  while (!atEnd() && !isSymbol('/')) matchParameter(*descriptor, *parsed);
+  result.subcommands.emplace_back(name, std::make_unique<SubComObj>(std::move(parsed)));
+}
+
+/// The unnamed list goes on to the first NAME= or the next subcommand; its meaning is the
+/// procedure's business.
+std::unique_ptr<ParamObj> Matcher::matchList() {
+  auto list = std::make_unique<ParamObj::Impl>();
+  while (!endsValue()) {
+    if (isSymbol('=')) fail("\"=\" has no parameter name before it.");
+    if (!isSymbol(',')) list->tokens.push_back(token());
+    ++at_;
+  }
+  return std::make_unique<ParamObj>(std::move(list));
+}
+
+void Matcher::matchParameter(const SubComDescriptor::Impl& subcommand, SubComObj::Impl& result) {
+  const std::vector<std::string> known = namesOf(subcommand.parameters);
+  const std::string among = " Parameters of " + subcommand.name + " are " + joined(known) + ".";
+  skipCommas();
+  if (atEnd() || isSymbol('/')) return;
+  if (!startsParameter()) {
+    if (token().kind() == Kind::kWord &&
+        findDescriptor(subcommand.parameters, token().getUpText()) != nullptr) {
+      ++at_;
+      fail("\"=\" is missing after the parameter name.");
+    }
+    fail(shown() + " where NAME=VALUE is expected." + among,
+         token().kind() == Kind::kWord ? nearest(token().getText(), known) : "");
+  }
+  const std::string name = token().getUpText();
+  const auto* descriptor = findDescriptor(subcommand.parameters, name);
+  if (descriptor == nullptr) {
+    fail("\"" + token().getText() + "\" is not a parameter of " + subcommand.name + "." + among,
+         nearest(name, known));
+  }
+  for (const auto& [earlier, parameter] : result.parameters) {
+    if (earlier == name) fail("The parameter " + name + " is given twice; give it once.");
+  }
+  at_ += 2;
+  result.parameters.emplace_back(name, matchValue(*descriptor));
+}
+
+std::unique_ptr<ParamObj> Matcher::matchValue(const ParamDescriptor::Impl& parameter) {
+  auto result = std::make_unique<ParamObj::Impl>();
+  result->name = parameter.name;
+  if (endsValue()) fail("The value of " + parameter.name + " is missing.");
+  switch (parameter.spec) {
+    case UPSpecTypes::kKeyword:
+    case UPSpecTypes::kKeywordList:
+      matchKeywords(parameter, *result);
+      break;
+    case UPSpecTypes::kNumber:
+      matchNumber(parameter, *result);
+      break;
+    case UPSpecTypes::kQualified:
+      matchQualified(parameter, *result);
+      break;
+    case UPSpecTypes::kTokens:
+      while (!endsValue()) result->tokens.push_back(tokens_[at_++]);
+      break;
+  }
+  return std::make_unique<ParamObj>(std::move(result));
+}
+
+void Matcher::matchKeywords(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result) {
+  const std::string among =
+      " Keywords of " + parameter.name + " are " + joined(parameter.keywords) + ".";
+  const bool single = parameter.spec == UPSpecTypes::kKeyword;
+  for (skipCommas(); !endsValue(); skipCommas()) {
+    if (single && !result.keywords.empty()) fail(parameter.name + " takes one keyword." + among);
+    const std::string word = token().kind() == Kind::kWord ? token().getUpText() : "";
+    if (std::find(parameter.keywords.begin(), parameter.keywords.end(), word) ==
+        parameter.keywords.end()) {
+      fail("\"" + token().getText() + "\" is not a keyword of " + parameter.name + "." + among,
+           word.empty() ? "" : nearest(word, parameter.keywords));
+    }
+    result.keywords.push_back(word);
+    result.tokens.push_back(tokens_[at_++]);
+  }
+  if (result.keywords.empty()) fail("The value of " + parameter.name + " is missing." + among);
+}
+
+void Matcher::matchNumber(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result) {
+  if (endsValue() || !token().isNumber()) {
+    fail(parameter.name + " takes a number" + rangeText(parameter) + ".");
+  }
+  if (!inRange(parameter, token().getNumber())) {
+    fail(parameter.name + " takes a number" + rangeText(parameter) + "; " + token().getText() +
+         " is not.");
+  }
+  result.number = token().getNumber();
+  result.tokens.push_back(tokens_[at_++]);
+}
+
+void Matcher::matchQualified(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result) {
+  std::vector<std::string> known;
+  for (const auto& qualifier : parameter.qualifiers) known.push_back(qualifier.name);
+  const std::string word = token().kind() == Kind::kWord ? token().getUpText() : "";
+  const auto found = std::find(known.begin(), known.end(), word);
+  if (found == known.end()) {
+    fail("\"" + token().getText() + "\" is not a value of " + parameter.name + ". Values are " +
+             joined(known) + ".",
+         word.empty() ? "" : nearest(word, known));
+  }
+  const auto& qualifier = parameter.qualifiers[static_cast<size_t>(found - known.begin())];
+  ++at_;
+  result.qualifierName = word;
+  if (qualifier.value) {
+    result.qualifier = matchQualifierValue(qualifier.value->impl());
+  } else if (isSymbol('(')) {
+    fail(word + " takes no value in parentheses.");
+  }
+}
+
+std::unique_ptr<ParamObj> Matcher::matchQualifierValue(const ParamDescriptor::Impl& qualifier) {
+  auto result = std::make_unique<ParamObj::Impl>();
+  result->name = qualifier.name;
+  const bool isNumber = qualifier.spec == UPSpecTypes::kNumber;
+  const std::string form =
+      qualifier.name + (isNumber
+                            ? " takes one number in parentheses, as in " + qualifier.name + "(5)."
+                            : " takes values in parentheses, as in " + qualifier.name + "(1 2).");
+  if (!isSymbol('(')) {
+    if (qualifier.valueRequired) fail(form);
+    return std::make_unique<ParamObj>(std::move(result));
+  }
+  ++at_;
+  for (skipCommas(); !isSymbol(')'); skipCommas()) {
+    if (atEnd() || isSymbol('/'))
+      fail("\")\" is missing after the values of " + qualifier.name + ".");
+    if (token().kind() == Kind::kSymbol) fail(shown() + " where a value is expected. " + form);
+    if (isNumber && (!token().isNumber() || result->number)) fail(form);
+    if (isNumber) result->number = token().getNumber();
+    result->tokens.push_back(withoutTrailingBlanks(tokens_[at_++]));
+  }
+  if (result->tokens.empty() && qualifier.valueRequired)
+    fail("There is no value in the parentheses. " + form);
+  ++at_;
+  return std::make_unique<ParamObj>(std::move(result));
+}
+
+}  // namespace workbench

@@ -1,0 +1,30 @@
+#include "workbench/parser/matcher.h"
+#include "workbench/parser/syntax_error.h"
+#include "workbench/session/session.h"
+
+struct ZELK_TokenSequence::Impl {
+  const workbench::CommandTokens* command;
+};
+
+ZELK_TokenSequence::ZELK_TokenSequence(bool)
+    : impl_(new Impl{workbench::currentSession().command}) {}
+ZELK_TokenSequence::~ZELK_TokenSequence() = default;
+
+struct UniversalParser::Impl {
+  const workbench::CommandTokens& command;
+  CommandSpec& result;
+  const CommandDescriptor& syntax;
+};
+
+UniversalParser::UniversalParser(ZELK_TokenSequence& tokens, CommandSpec& result,
+                                 const CommandDescriptor& syntax)
+    : impl_(new Impl{*tokens.impl().command, result, syntax}) {}
+UniversalParser::~UniversalParser() = default;
+
+int UniversalParser::getCommandSpecifications() {
+  const auto problem =
+      workbench::Matcher(impl_->command, impl_->syntax).match(impl_->result.impl());
+  if (!problem) return 0;
+  workbench::reportSyntaxError(impl_->command, *problem);
+  return 1;
+}

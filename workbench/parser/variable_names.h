@@ -1,0 +1,20 @@
+/// Variables that a command names.
+#pragma once
+
+#include <vector>
+
+#include "workbench/dataset/active_dataset.h"
+#include "workbench/parser/command_text.h"
+
+namespace workbench {
+
+/// What ALL stands for: every variable but the weight, the split variables and those the host made
+/// (named $...), in file order.
+std::vector<VarIndex> allVariables(const ActiveDataset& dataset);
+
+/// The variables that the command's variable lists name, in file order, without repeats. Errors are
+/// passed over: never too few for a command that is valid.
+std::vector<VarIndex> mentionedVariables(const CommandTokens& command,
+                                         const ActiveDataset& dataset);
+
+}  // namespace workbench
