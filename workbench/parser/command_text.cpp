@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "workbench/dataset/text_fold.h"
+#include "workbench/engine/text_fold.h"
 
 namespace workbench {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "workbench/dataset/text_fold.h"
+#include "workbench/engine/text_fold.h"
 
 namespace {
 

@@ -1,0 +1,54 @@
+#include "workbench/render/render.h"
+
+#include <algorithm>
+#include <string>
+
+namespace workbench {
+namespace {
+
+struct FormatEntry {
+  std::string_view name;
+  std::string_view ending;
+  Format format;
+  void (*render)(const OutputDocument&, std::ostream&);
+};
+
+constexpr FormatEntry kFormats[] = {{"text", ".txt", Format::kText, renderText},
+                                    {"markdown", ".md", Format::kMarkdown, renderMarkdown},
+                                    {"json", ".json", Format::kJson, renderJson},
+                                    {"csv", ".csv", Format::kCsv, renderCsv}};
+
+std::string lowerCase(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return result;
+}
+
+}  // namespace
+
+std::optional<Format> formatFromName(std::string_view name) {
+  for (const FormatEntry& entry : kFormats) {
+    if (entry.name == lowerCase(name)) return entry.format;
+  }
+  return std::nullopt;
+}
+
+std::optional<Format> formatFromEnding(std::string_view path) {
+  const std::string lower = lowerCase(path);
+  for (const FormatEntry& entry : kFormats) {
+    const size_t length = entry.ending.size();
+    if (lower.size() > length && lower.compare(lower.size() - length, length, entry.ending) == 0) {
+      return entry.format;
+    }
+  }
+  return std::nullopt;
+}
+
+void render(const OutputDocument& document, Format format, std::ostream& out) {
+  for (const FormatEntry& entry : kFormats) {
+    if (entry.format == format) entry.render(document, out);
+  }
+}
+
+}  // namespace workbench
