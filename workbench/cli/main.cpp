@@ -1,0 +1,3 @@
+#include "workbench/cli/program.h"
+
+int main(int argc, char** argv) { return runProgram(argc, argv); }
