@@ -13,13 +13,18 @@ struct ScoreDistances {
   double above;  ///< u - p
 };
 
-/// `x` successes, `f` failures, n = x + f > 0.
+/// `x` successes, `f` failures, n = x + f > 0. The smaller distance comes from the product of the
+/// two, z²·p·q / n / d, since the difference that it is would lose its digits towards p = 0 and p =
+/// 1, where it is 0.
 inline ScoreDistances scoreDistances(double x, double f, double n, double z) {
   const double p = x / n, q = f / n, z2 = z * z;
   const double h = z * std::sqrt(z2 / (n * 4 * n) + q * p / n);
   const double shift = z2 / n * (p - 0.5);
   const double d = z2 / n + 1;
-  return {(h + shift) / d, (h - shift) / d};
+  const double sum = h + std::fabs(shift);
+  const double larger = sum / d;
+  const double smaller = sum == 0.0 ? 0.0 : z2 * p * q / n / sum;
+  return shift < 0.0 ? ScoreDistances{smaller, larger} : ScoreDistances{larger, smaller};
 }
 
 }  // namespace proportions

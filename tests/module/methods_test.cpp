@@ -1,0 +1,176 @@
+// Every interval, test and estimate of the three designs against references in 60-digit arithmetic.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "host/distributions.h"
+#include "module/independent/run.h"
+#include "module/independent/significance.h"
+#include "module/onesample/run.h"
+#include "module/onesample/significance.h"
+#include "module/paired/run.h"
+#include "module/paired/significance.h"
+#include "reference_file.h"
+
+namespace proportions {
+namespace {
+
+/// As the analysis object makes it.
+Level levelOf(const ReferenceRow& row) {
+  const double percent = row.number("level");
+  return makeLevel(1.0 - percent / 100.0, MCDistFun::IdfStdNorm(percent / 200.0 + 0.5));
+}
+
+template <typename Table>
+auto functionOf(const Table& table, const std::string& keyword) {
+  for (const auto& method : table) {
+    if (keyword == method.keyword) return method.function;
+  }
+  throw std::out_of_range("no method " + keyword);
+}
+
+OneSampleCounts oneSample(const ReferenceRow& row) {
+  const double x = row.number("x"), n = row.number("n");
+  return {x, n - x, n};
+}
+
+PairedCounts paired(const ReferenceRow& row) {
+  return {row.number("n11"), row.number("n10"), row.number("n01"), row.number("n00")};
+}
+
+TwoGroups independent(const ReferenceRow& row) {
+  const double x1 = row.number("x1"), n1 = row.number("n1");
+  const double x2 = row.number("x2"), n2 = row.number("n2");
+  return {{x1, n1 - x1, n1}, {x2, n2 - x2, n2}};
+}
+
+void expectBounds(const Bounds& got, const ReferenceRow& row) {
+  expectClose(got.lower, row, "lower", "scale");
+  expectClose(got.upper, row, "upper", "scale");
+}
+
+void expectTest(const TestResult& got, const ReferenceRow& row) {
+  if (row.text("z") == "none") {
+    EXPECT_EQ(got.statistic, kSystemMissing) << "line " << row.line();
+  } else {
+    expectClose(got.statistic, row, "z", "z_scale");
+  }
+  expectClose(got.oneSided, row, "one_sided", "p_scale");
+  expectClose(got.twoSided, row, "two_sided", "p_scale", 2.0);
+}
+
+TEST(Methods, OneSampleIntervals) {
+  const ReferenceFile file("onesample_intervals.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    const auto method = functionOf(kOneSampleIntervals, row.text("method"));
+    expectBounds(method(oneSample(row), levelOf(row)), row);
+  }
+}
+
+TEST(Methods, OneSampleTests) {
+  const ReferenceFile file("onesample_tests.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    const auto method = functionOf(kOneSampleTests, row.text("test"));
+    expectTest(method(oneSample(row), row.number("p0")), row);
+  }
+}
+
+TEST(Methods, PairedIntervals) {
+  const ReferenceFile file("paired_intervals.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    const auto method = functionOf(kPairedIntervals, row.text("method"));
+    expectBounds(method(paired(row), levelOf(row)), row);
+  }
+}
+
+TEST(Methods, PairedTests) {
+  const ReferenceFile file("paired_tests.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    const auto method = functionOf(kPairedTests, row.text("test"));
+    expectTest(method(paired(row)), row);
+  }
+}
+
+TEST(Methods, IndependentIntervals) {
+  const ReferenceFile file("independent_intervals.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    const auto method = functionOf(kIndependentIntervals, row.text("method"));
+    expectBounds(method(independent(row), levelOf(row)), row);
+  }
+}
+
+TEST(Methods, IndependentTests) {
+  const ReferenceFile file("independent_tests.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    const auto method = functionOf(kIndependentTests, row.text("test"));
+    expectTest(method(independent(row)), row);
+  }
+}
+
+TEST(Methods, PairedEstimates) {
+  const ReferenceFile file("paired_statistics.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    PropZPairSamp record;
+    const auto [a, b, c, d] = paired(row);
+    record._n11 = a, record._n10 = b, record._n01 = c, record._n00 = d;
+    record._n1p = a + b, record._np1 = a + c, record._n0p = c + d, record._np0 = b + d;
+    record.numObservations = a + b + c + d;
+    estimate(record);
+    expectClose(record.firstProportion, row, "p1", "diff_scale");
+    expectClose(record.secondProportion, row, "p2", "diff_scale");
+    expectClose(record.estimatedDifference, row, "diff", "diff_scale");
+    expectClose(record.firstAse, row, "ase1", "ase_scale");
+    expectClose(record.secondAse, row, "ase2", "ase_scale");
+    expectClose(record._aseDiff0, row, "asediff0", "ase_scale");
+    expectClose(record._aseDiff1, row, "asediff1", "ase_scale");
+  }
+}
+
+TEST(Methods, IndependentEstimates) {
+  const ReferenceFile file("independent_statistics.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    PropZIndSamp record;
+    const auto [one, two] = independent(row);
+    record.numSuccesses1 = one.x, record.numFailures1 = one.f, record.numTrials1 = one.n;
+    record.numSuccesses2 = two.x, record.numFailures2 = two.f, record.numTrials2 = two.n;
+    record.numObservations = one.n + two.n;
+    estimate(record);
+    expectClose(record.populationProportion1, row, "p1", "diff_scale");
+    expectClose(record.populationProportion2, row, "p2", "diff_scale");
+    expectClose(record.estimatedDifference, row, "diff", "diff_scale");
+    expectClose(record.ase1, row, "ase1", "ase_scale");
+    expectClose(record.ase2, row, "ase2", "ase_scale");
+    expectClose(record._aseDiff0, row, "asediff0", "ase_scale");
+    expectClose(record._aseDiff1, row, "asediff1", "ase_scale");
+  }
+}
+
+TEST(Methods, OneSampleEstimates) {
+  PropZOneSamp record;
+  record.numSuccesses = 4, record.numFailures = 12, record.numTrials = 16;
+  estimate(record, 0.5);
+  EXPECT_EQ(record.populationProportion, 0.25);
+  EXPECT_EQ(record.estimatedDifference, -0.25);
+  EXPECT_EQ(record._aseDiff0, 0.125);
+  EXPECT_DOUBLE_EQ(record._aseDiff1, std::sqrt(0.25 * 0.75 / 16));
+}
+
+TEST(Methods, InfiniteCriticalValueGivesTheLimits) {
+  const Level level = makeLevel(0.0, INFINITY);
+  for (const auto& method : kOneSampleIntervals) {
+    const Bounds bounds = method.function({3, 7, 10}, level);
+    EXPECT_NEAR(bounds.lower, 0.0, 1e-15) << method.keyword;
+    EXPECT_NEAR(bounds.upper, 1.0, 1e-15) << method.keyword;
+  }
+  for (const auto& method : kIndependentIntervals) {
+    const Bounds bounds = method.function({{3, 7, 10}, {5, 4, 9}}, level);
+    EXPECT_TRUE(std::isfinite(bounds.lower) && std::isfinite(bounds.upper)) << method.keyword;
+  }
+  for (const auto& method : kPairedIntervals) {
+    const Bounds bounds = method.function({3, 2, 1, 4}, level);
+    EXPECT_TRUE(std::isfinite(bounds.lower) && std::isfinite(bounds.upper)) << method.keyword;
+  }
+}
+
+}  // namespace
+}  // namespace proportions
