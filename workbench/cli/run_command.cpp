@@ -20,7 +20,6 @@ void runCommand(Session& session, SourceDataset& dataset, const CommandTokens& c
     entry();
     if (!dataset.mustRestart()) break;
     document.discardProcedure();
-    dataset.restart();
   }
   const bool parsed = !document.current().notes.empty();
   if (parsed && !dataset.failed() && dataset.caseCount() == 0) {
