@@ -1,0 +1,94 @@
+"""Formats, files and streams that results go to."""
+
+import csv
+import io
+import json
+import os
+import pathlib
+import signal
+import subprocess
+
+from program import PROGRAM, ProgramTest
+
+COMMAND = "PROPORTIONS /ONESAMPLE x TESTVAL=0.3 CITYPES=ALL TESTTYPES=ALL."
+
+
+class OutputFiles(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.write("d.csv", "x\n1\n0\n1\n")
+
+    def test_format_from_the_ending(self):
+        for name, start in (("o.txt", "Proportions"), ("o.md", "## Proportions"), ("o.json", '{"schema":"proportions-output/1"'), ("o.csv", "table,")):
+            self.run_program("d.csv", "-c", COMMAND, "-o", name)
+            self.assertTrue((self.folder / name).read_text().startswith(start), name)
+
+    def test_no_file_for_a_refused_command(self):
+        done = self.run_program("d.csv", "-c", "PROPORTIONS /ONESAMPLE nobody.", "-o", "o.json", status=1)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv"])
+        self.assertIn(b"nobody", done.stderr)
+
+    def test_unwritable(self):
+        for path in (".", "no/such/folder.txt", "/proc/none.txt"):
+            self.unusable("d.csv", "-c", COMMAND, "-o", path)
+
+    def test_full_disk(self):
+        if not pathlib.Path("/dev/full").exists():
+            self.skipTest("no /dev/full on this system")
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([PROGRAM, "d.csv", "-c", COMMAND], cwd=self.folder, stdout=full, stderr=subprocess.PIPE)
+        self.assertEqual(done.returncode, 2)
+        self.assertIn(b"cannot be written", done.stderr)
+
+    def test_closed_pipe_is_a_quiet_end(self):
+        done = subprocess.run(f"'{PROGRAM}' d.csv -c '{COMMAND}' | head -c 1", shell=True, cwd=self.folder, capture_output=True)
+        self.assertEqual((len(done.stdout), done.stderr), (1, b""))
+
+    def test_csv(self):
+        rows = list(csv.DictReader(io.StringIO(self.run_program("d.csv", "-c", COMMAND, "--format", "csv").stdout.decode())))
+        procedure = self.procedure(COMMAND, "d.csv")
+        self.assertEqual(len(rows), sum(len(t["cells"]) for t in procedure["tables"]))
+        first = rows[0]
+        self.assertEqual((first["Variables"], first["Interval Type"], first["Statistics"], first["value"]),
+                         ("x = 1", "Agresti-Coull", "Observed / Successes", "2"))
+
+    def test_formulas_are_defused_in_csv(self):
+        self.write("f.csv", "\"=HYPERLINK(1)\",x\n1,1\n0,1\n")
+        done = self.run_program("f.csv", "-c", "PROPORTIONS /ONESAMPLE ALL.", "--format", "csv")
+        for row in csv.reader(io.StringIO(done.stdout.decode())):
+            self.assertFalse(row[1].startswith("="), row)
+
+    def test_hostile_names(self):
+        name = "a\x1b[31m|<b>&*_`\u202e\U0001f600"
+        self.write("n.csv", f"\"{name}\",x\n1,1\n0,1\n")
+        for fmt in ("text", "markdown", "json", "csv"):
+            out = self.run_program("n.csv", "-c", "PROPORTIONS /ONESAMPLE ALL.", "--format", fmt).stdout.decode()
+            if fmt in ("text", "markdown"):
+                self.assertNotIn("\x1b", out)
+                self.assertNotIn("\u202e", out)
+            if fmt == "markdown":
+                self.assertNotIn("<b>", out)
+            if fmt == "json":
+                json.loads(out)
+
+    def test_values_read_back(self):
+        out = self.run_program("d.csv", "-c", COMMAND, "--format", "json").stdout.decode()
+        for cell in json.loads(out)["procedures"][0]["tables"][0]["cells"]:
+            if isinstance(cell["value"], float):
+                self.assertIn(repr(cell["value"]), out.replace("e+", "e"))
+
+    def test_interruption_leaves_nothing(self):
+        feeder = subprocess.Popen([PROGRAM, "-", "-c", COMMAND, "-o", "o.txt"], cwd=self.folder,
+                                  stdin=subprocess.PIPE, stderr=subprocess.PIPE)
+        feeder.stdin.write(b"x\n" + b"1\n" * 1000)
+        feeder.stdin.flush()
+        try:
+            feeder.wait(timeout=1)
+        except subprocess.TimeoutExpired:
+            pass
+        feeder.send_signal(signal.SIGTERM)
+        feeder.stdin.close()
+        feeder.wait(timeout=30)
+        feeder.stderr.close()
+        self.assertNotEqual(feeder.returncode, 0)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv"])

@@ -1,0 +1,101 @@
+"""Split groups in both layouts, and resampled data."""
+
+from program import ProgramTest, cells, keys, table
+
+COMMAND = "PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=LEVEL(1)."
+
+
+class SplitGroups(ProgramTest):
+    def test_rows_tables_and_filters_agree(self):
+        rows = [f"{i % 2},{'north south west'.split()[i % 3]},{i % 4}" for i in range(120)]
+        self.write("d.csv", "x,region,sex\n" + "\n".join(rows) + "\n")
+        shared = cells(table(self.procedure(COMMAND, "d.csv", "--split", "region,sex"), "Intervals"))
+        separate = self.procedure(COMMAND, "d.csv", "--split", "region,sex", "--split-layout", "tables")["tables"]
+        self.assertEqual(len(separate), 12)
+        for one in separate:
+            group = ((one["split"]["region"],), (one["split"]["sex"],))
+            for place, number in cells(one).items():
+                self.assertEqual(shared[group + place], number)
+        for region in ("north", "south", "west"):
+            self.write("f.csv", "x,region,sex\n" + "\n".join(r for r in rows if region in r and r.endswith("1")) + "\n")
+            for place, number in cells(table(self.procedure(COMMAND, "f.csv"), "Intervals")).items():
+                self.assertEqual(shared[((region,), ("1",)) + place], number)
+
+    def test_order_of_groups(self):
+        self.write("d.csv", "x,g\n1,10\n0,2\n1,\n0,-1\n1,2\n")
+        groups = table(self.procedure(COMMAND, "d.csv", "--split", "g"), "Intervals")["dimensions"][0]["categories"]
+        self.assertEqual([g["label"] for g in groups], [".", "-1", "2", "10"])
+
+    def test_gathered_values(self):
+        self.write("d.csv", "x,g\n1,a\n2,a\n5,b\n4,b\n")
+        p = self.procedure("PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD.", "d.csv", "--split", "g")
+        rows = table(p, "Intervals")["dimensions"][1]["categories"]
+        self.assertEqual([r["label"] for r in rows], ["x = 2", "x = 5"])
+        p = self.procedure("PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD.", "d.csv", "--split", "g", "--split-layout", "tables")
+        self.assertEqual([[c["label"] for c in t["dimensions"][0]["categories"]] for t in p["tables"]], [["x = 2"], ["x = 5"]])
+
+    def test_gathered_first_of_the_first_list_is_missing(self):
+        self.write("d.csv", "x,g\n1,a\n2,a\n5,b\n4,b\n")
+        p = self.procedure("PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=FIRST.", "d.csv", "--split", "g")
+        rows = table(p, "Intervals")["dimensions"][1]["categories"]
+        self.assertEqual([r["label"] for r in rows], ["x = .", "x = 1", "x = 4"])
+        text = self.run_program("d.csv", "--split", "g", "-c", "PROPORTIONS /ONESAMPLE x /SUCCESS VALUE=FIRST.").stdout.decode()
+        self.assertNotIn("x = .", text)
+
+    def test_group_without_cases(self):
+        self.write("d.csv", "x,g,w\n1,a,1\n0,a,1\n1,b,0\n1,c,1\n")
+        p = self.procedure(COMMAND, "d.csv", "--split", "g", "--weight", "w")
+        self.assertEqual([(m["severity"], m["level"], m["split"]) for m in p["messages"]], [("warning", 2, {"g": "b"})])
+        self.assertEqual([c["label"] for c in table(p, "Intervals")["dimensions"][0]["categories"]], ["a", "c"])
+
+    def test_warning_names_its_group(self):
+        self.write("d.csv", "x,y,g\n1,,a\n0,,a\n1,1,b\n")
+        p = self.procedure("PROPORTIONS /ONESAMPLE x y.", "d.csv", "--split", "g")
+        self.assertEqual([(m["key"], m["arguments"], m["split"]) for m in p["messages"]],
+                         [("Not enough valid cases var ^1 for split [%1 = %2:,^1 = ^2:]2 ...", ["y"], {"g": "a"})])
+
+    def test_gathered_midpoints_of_the_grouping(self):
+        self.write("d.csv", "x,k,g\n" + "".join(f"{i % 2},{i % 4 + (10 if g == 'b' else 0)},{g}\n" for g in "ab" for i in range(8)))
+        p = self.procedure("PROPORTIONS /INDEPENDENTSAMPLES x BY k SELECT=MIDPOINT.", "d.csv", "--split", "g")
+        groups = next(d for d in table(p, "Group Statistics")["dimensions"] if d["name"] == "k")
+        self.assertEqual([c["label"] for c in groups["categories"]], ["< 1.5", "< 11.5", ">= 1.5", ">= 11.5"])
+
+    def test_hundreds_of_groups(self):
+        self.write("d.csv", "x,g\n" + "".join(f"{(i * i) % 2},{i % 500}\n" for i in range(5000)))
+        p = self.procedure(COMMAND, "d.csv", "--split", "g")
+        self.assertEqual(len(table(p, "Intervals")["dimensions"][0]["categories"]), 500)
+
+
+class Resamples(ProgramTest):
+    COMMAND = "PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD."
+
+    def successes(self, procedure):
+        a_table = table(procedure, "Intervals")
+        return {place[0][0]: number for place, number in cells(a_table).items() if "Successes" in place[-1]}
+
+    def test_reference_values_of_the_base_group(self):
+        self.write("d.csv", "x,$bootstrap_split\n0,0\n1,0\n2,0\n0,1\n1,1\n1,1\n2,2\n2,2\n0,2\n")
+        p = self.procedure(self.COMMAND, "d.csv", "--split", "$bootstrap_split")
+        # The largest value of the base data, 2, counts in every resample; sample 1 has none.
+        self.assertEqual(self.successes(p), {"0": 1, "1": 0, "2": 2})
+
+    def test_inconsistent_and_invalid(self):
+        self.write("d.csv", "x,Imputation_,g\n0,0,1\n1,0,1\n0,1,1\n1,1,2\n")
+        p = self.procedure(self.COMMAND, "d.csv", "--split", "Imputation_,g", status=1)
+        self.assertEqual((keys(p, "error"), p["tables"], p["status"]), (["Impute split values not consistent ..."], [], "failed"))
+        self.write("e.csv", "x,$bootstrap_split\n0,-1\n1,0\n")
+        p = self.procedure(self.COMMAND, "e.csv", "--split", "$bootstrap_split", status=1)
+        self.assertEqual((keys(p, "error"), p["status"]), (["Invalid bootstrap index ..."], "failed"))
+
+    def test_user_split_strings_of_all_widths(self):
+        for width in (1, 8, 9, 16, 17):
+            name = "k" * width
+            self.write("d.csv", f"x,$bootstrap_split,g\n0,0,{name}\n3,0,{name}\n3,1,{name}\n2,1,{name}\n")
+            p = self.procedure(self.COMMAND, "d.csv", "--split", "$bootstrap_split,g")
+            self.assertEqual(p["status"], "ok")
+            self.assertEqual(self.successes(p), {"0": 1, "1": 1}, width)
+
+    def test_not_looked_for_with_tables_of_their_own(self):
+        self.write("d.csv", "x,$bootstrap_split\n0,-1\n1,-1\n2,1\n")
+        p = self.procedure(self.COMMAND, "d.csv", "--split", "$bootstrap_split", "--split-layout", "tables")
+        self.assertEqual((p["status"], len(p["tables"])), ("ok", 2))

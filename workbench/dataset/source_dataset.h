@@ -1,0 +1,113 @@
+/// The active data set over a file, standard input or a database.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/dataset/active_dataset.h"
+#include "workbench/dataset/case_store.h"
+#include "workbench/dataset/case_table.h"
+#include "workbench/dataset/dictionary.h"
+#include "workbench/dataset/name_index.h"
+#include "workbench/engine/data_error.h"
+#include "workbench/engine/source.h"
+
+namespace workbench {
+
+struct DataOptions {
+  std::string data;  ///< a file, "-" or "duckdb:FILE"
+  std::optional<std::string> query;
+  std::optional<std::string> table;
+  std::optional<std::string> schema;  ///< the dictionary; else the one beside the data, if any
+  std::optional<std::string> weight;
+  std::vector<std::string> split;  ///< outermost first
+  bool separateTables = false;
+  CollapseMode collapse = CollapseMode::kAuto;
+  size_t memoryLimit = size_t{200} << 20;  ///< bytes of cases that are held in memory
+};
+
+/// Reads the cases of a command when they are first needed, and only its variables.
+class SourceDataset final : public ActiveDataset, private FeedObserver {
+ public:
+  /// Reads names and types, and the dictionary. Throws DataError.
+  explicit SourceDataset(const DataOptions& options);
+  ~SourceDataset() override;
+
+  /// To be called before each command, with the variables that it may look at; weight and split
+  /// variables come by themselves. No feed may be open. After a failure that mustRestart, the data
+  /// can be read again from here on.
+  void beginCommand(const std::vector<VarIndex>& mentioned);
+
+  /// True when reading failed because a value far down in the data showed that a column, thought to
+  /// hold numbers (or dates), holds text. The types are corrected by then: what was put out so far
+  /// must be dropped, and the command run again after beginCommand.
+  bool mustRestart() const { return mustRestart_; }
+
+  /// Why a variable cannot be used by any command (a list, a structure); empty when it can. A
+  /// command that names such a variable finds a string variable without values.
+  const std::string& unusableBecause(VarIndex index) const;
+
+  /// Makes the read that is under way, and all later ones, fail. May be called from a signal
+  /// handler.
+  void requestInterrupt() { source_->requestInterrupt(); }
+  void setProgress(ProgressCallback callback) { source_->setProgress(std::move(callback)); }
+
+  int32_t variableCount() const override { return static_cast<int32_t>(variables_.size()); }
+  const Variable& variable(VarIndex index) override;
+  const Variable& declaration(VarIndex index) const override;
+  VarIndex find(std::string_view name) const override { return names_.find(name); }
+  const std::vector<VarIndex>& splitVariables() const override { return split_; }
+  VarIndex weightVariable() const override { return weight_; }
+  bool separateSplitLayout() const override { return separate_; }
+  std::unique_ptr<CaseFeed> openFeed() override;
+  const std::vector<SplitValue>& currentSplit() const override;
+  bool failed() const override { return failed_; }
+  const std::string& failure() const override { return failure_; }
+  int64_t caseCount() const override { return caseCount_; }
+
+ private:
+  bool mayContinue() override;
+  void passComplete(int64_t cases) override;
+  void passFailed(const std::exception& error) override;
+
+  void openDictionary(const DataOptions& options);
+  void declareVariables();
+  void chooseVariables(const DataOptions& options);
+  VarIndex findOrRefuse(const std::string& name, const char* option) const;
+  bool isProjected(VarIndex index) const;
+  /// False after a failure.
+  bool readCasesOnce();
+  CasePlan plan() const;
+  void readWidth(VarIndex index);
+  void fail(std::string text);
+  void failByEngine(const std::string& engineText);
+
+  Dictionary dictionary_;
+  std::unique_ptr<Source> source_;
+  std::vector<Variable> variables_;
+  std::vector<std::string> unusable_;  // by variable
+  std::vector<bool> widthKnown_;
+  NameIndex names_;
+  VarIndex weight_ = -1;
+  std::vector<VarIndex> split_;
+  bool separate_ = false;
+  CollapseMode collapse_;
+  size_t memoryLimit_;
+
+  std::vector<VarIndex> projection_;  // ascending
+  std::unique_ptr<CaseStore> store_;
+  std::shared_ptr<SplitCursor> cursor_;
+  int64_t caseCount_ = 0;
+  int64_t firstPassCases_ = -1;
+  bool failed_ = false;
+  bool mustRestart_ = false;
+  std::string failure_;
+};
+
+/// Opens the data. Throws DataError.
+std::unique_ptr<SourceDataset> openDataset(const DataOptions& options);
+
+}  // namespace workbench

@@ -1,0 +1,99 @@
+#include "workbench/dataset/value_text.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+
+#include "workbench/dataset/calendar.h"
+#include "workbench/dataset/variable.h"
+#include "workbench/engine/text_fold.h"
+
+namespace workbench {
+namespace {
+
+bool isNumberKind(const Variable& variable) {
+  return variable.kind == ValueKind::kNumber || variable.kind == ValueKind::kBoolean;
+}
+
+std::optional<double> parseNumber(std::string_view text) {
+  std::string_view digits = text;
+  const bool signGiven = !digits.empty() && (digits.front() == '+' || digits.front() == '-');
+  if (signGiven) digits.remove_prefix(1);
+  double value = 0;
+  if (digits == "Infinity") {
+    value = HUGE_VAL;
+  } else {
+    // What does not begin like a number is left to nobody: the reader would take "nan" and "inf".
+    if (digits.empty() || (digits[0] != '.' && (digits[0] < '0' || digits[0] > '9'))) return {};
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    if (error != std::errc() || stop != end) return {};
+  }
+  return normalNumber(signGiven && text.front() == '-' ? -value : value);
+}
+
+std::optional<double> parseLabel(const Variable& variable, std::string_view text) {
+  const std::string wanted = foldCase(text);
+  for (const auto& [value, label] : variable.numberLabels) {
+    if (foldCase(label) == wanted) return value;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string shortestNumber(double value) {
+  if (value == kSystemMissing) return ".";
+  if (std::isnan(value)) return "NaN";
+  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
+  return fmt::format("{}", value == 0.0 ? 0.0 : value);
+}
+
+std::string valueText(const Variable& variable, double value) {
+  if (value == kSystemMissing || isNumberKind(variable)) return shortestNumber(value);
+  std::string text;
+  switch (variable.kind) {
+    case ValueKind::kDate:
+      text = dateText(value);
+      break;
+    case ValueKind::kTime:
+      text = timeText(value);
+      break;
+    case ValueKind::kDateTime:
+      text = dateTimeText(value);
+      break;
+    default:
+      break;
+  }
+  return text.empty() ? shortestNumber(value) : text;
+}
+
+std::string shownValue(const Variable& variable, double value) {
+  const std::string* label = variable.findLabel(value);
+  return label != nullptr ? *label : valueText(variable, value);
+}
+
+std::string shownValue(const Variable& variable, std::string_view value) {
+  const std::string* label = variable.findLabel(value);
+  return label != nullptr ? *label : std::string(value);
+}
+
+std::optional<double> parseValue(const Variable& variable, std::string_view text) {
+  if (variable.isString()) return {};
+  if (const auto number = parseNumber(text)) return number;
+  switch (variable.kind) {
+    case ValueKind::kBoolean:
+      return parseLabel(variable, text);
+    case ValueKind::kDate:
+      return parseDate(text);
+    case ValueKind::kTime:
+      return parseTime(text);
+    case ValueKind::kDateTime:
+      return parseDateTime(text);
+    default:
+      return {};
+  }
+}
+
+}  // namespace workbench

@@ -1,0 +1,5 @@
+#include <limits>
+
+#include "host/distributions.h"
+
+double MCMV::Missing() { return std::numeric_limits<double>::lowest(); }

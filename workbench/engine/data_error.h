@@ -1,0 +1,15 @@
+/// Failures whose text is meant for the person who gave the data.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace workbench {
+
+/// What is wrong with the data, where, and what to do instead; one or more lines, no final newline.
+class DataError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace workbench

@@ -1,0 +1,235 @@
+#include "workbench/engine/database.h"
+
+#include <chrono>
+#include <thread>
+
+namespace workbench {
+namespace {
+
+constexpr int64_t kPollEvery = 100'000'000;  // nanoseconds
+
+int64_t nanoseconds() {
+  return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1);
+}
+
+std::string doubled(std::string_view text, char quote) {
+  std::string quoted(1, quote);
+  for (const char c : text) {
+    quoted += c;
+    if (c == quote) quoted += c;
+  }
+  return quoted += quote;
+}
+
+std::string textOrNothing(const char* text) { return text == nullptr ? "" : text; }
+
+}  // namespace
+
+std::string quotedName(std::string_view name) { return doubled(name, '"'); }
+std::string quotedText(std::string_view text) { return doubled(text, '\''); }
+
+Database::Database(const std::string& file,
+                   const std::vector<std::pair<std::string, std::string>>& configuration) {
+  const DuckdbLibrary& api = duckdb();
+  duckdb_config config = nullptr;
+  if (api.create_config(&config) != DuckDBSuccess) throw EngineError("no configuration");
+  for (const auto& [name, value] : configuration) {
+    if (api.set_config(config, name.c_str(), value.c_str()) != DuckDBSuccess) {
+      api.destroy_config(&config);
+      throw EngineError("the engine does not know the setting " + name);
+    }
+  }
+  char* error = nullptr;
+  const duckdb_state opened =
+      api.open_ext(file.empty() ? nullptr : file.c_str(), &database_, config, &error);
+  api.destroy_config(&config);
+  if (opened != DuckDBSuccess) {
+    const std::string text = textOrNothing(error);
+    if (error != nullptr) api.free(error);
+    throw EngineError(text);
+  }
+  if (api.connect(database_, &connection_) != DuckDBSuccess) {
+    api.close(&database_);
+    throw EngineError("no connection to the engine");
+  }
+}
+
+Database::~Database() {
+  duckdb().disconnect(&connection_);
+  duckdb().close(&database_);
+}
+
+void Database::execute(const std::string& sql) {
+  duckdb_result result{};
+  const duckdb_state state = duckdb().query(connection_, sql.c_str(), &result);
+  const std::string error =
+      state == DuckDBSuccess ? "" : textOrNothing(duckdb().result_error(&result));
+  duckdb().destroy_result(&result);
+  if (state != DuckDBSuccess) throw EngineError(error);
+}
+
+void Database::requestInterrupt() {
+  interrupted_ = true;
+  duckdb().interrupt(connection_);
+}
+
+void Database::pollProgress() {
+  if (!progress_) return;
+  const int64_t now = nanoseconds();
+  if (now < nextPoll_) return;
+  nextPoll_ = now + kPollEvery;
+  const duckdb_query_progress_type progress = duckdb().query_progress(connection_);
+  progress_(progress.percentage, static_cast<int64_t>(progress.rows_processed));
+}
+
+Statement::Statement(Database& database, const std::string& sql) {
+  if (duckdb().prepare(database.connection(), sql.c_str(), &statement_) == DuckDBSuccess) return;
+  const std::string error = textOrNothing(duckdb().prepare_error(statement_));
+  duckdb().destroy_prepare(&statement_);
+  throw EngineError(error);
+}
+
+Statement Statement::selectOnly(Database& database, const std::string& sql) {
+  const DuckdbLibrary& api = duckdb();
+  struct Extracted {
+    duckdb_extracted_statements statements = nullptr;
+    ~Extracted() { duckdb().destroy_extracted(&statements); }
+  } extracted;
+  const idx_t count =
+      api.extract_statements(database.connection(), sql.c_str(), &extracted.statements);
+  if (count == 0) {
+    const std::string error = textOrNothing(api.extract_statements_error(extracted.statements));
+    if (!error.empty()) throw EngineError(error);
+    throw std::invalid_argument("no statement");
+  }
+  if (count > 1) throw std::invalid_argument("more than one statement");
+  Statement prepared;
+  const duckdb_state state = api.prepare_extracted_statement(
+      database.connection(), extracted.statements, 0, &prepared.statement_);
+  if (state != DuckDBSuccess) {
+    throw EngineError(textOrNothing(api.prepare_error(prepared.statement_)));
+  }
+  if (api.prepared_statement_type(prepared.statement_) != DUCKDB_STATEMENT_TYPE_SELECT) {
+    throw std::invalid_argument("a statement that does not select");
+  }
+  return prepared;
+}
+
+Statement::~Statement() {
+  if (statement_ != nullptr) duckdb().destroy_prepare(&statement_);
+}
+
+size_t Statement::columnCount() const {
+  return duckdb().prepared_statement_column_count(statement_);
+}
+
+std::string Statement::columnName(size_t column) const {
+  const char* name = duckdb().prepared_statement_column_name(statement_, column);
+  std::string text = textOrNothing(name);
+  duckdb().free(const_cast<char*>(name));
+  return text;
+}
+
+duckdb_type Statement::columnType(size_t column) const {
+  return duckdb().prepared_statement_column_type(statement_, column);
+}
+
+Chunk::~Chunk() {
+  if (chunk_ != nullptr) duckdb().destroy_data_chunk(&chunk_);
+}
+
+Chunk& Chunk::operator=(Chunk&& other) noexcept {
+  if (this != &other) {
+    if (chunk_ != nullptr) duckdb().destroy_data_chunk(&chunk_);
+    chunk_ = std::exchange(other.chunk_, nullptr);
+  }
+  return *this;
+}
+
+size_t Chunk::size() const { return chunk_ == nullptr ? 0 : duckdb().data_chunk_get_size(chunk_); }
+
+const uint64_t* Chunk::validity(size_t column) const {
+  return duckdb().vector_get_validity(duckdb().data_chunk_get_vector(chunk_, column));
+}
+
+void* Chunk::rawData(size_t column) const {
+  return duckdb().vector_get_data(duckdb().data_chunk_get_vector(chunk_, column));
+}
+
+Query::Query(Database& database, const std::string& sql)
+    : database_(database), statement_(database, sql) {
+  duckdb_pending_result pending = nullptr;
+  struct Guard {
+    duckdb_pending_result& pending;
+    ~Guard() { duckdb().destroy_pending(&pending); }
+  } guard{pending};
+  if (duckdb().pending_prepared_streaming(statement_.get(), &pending) != DuckDBSuccess) {
+    fail(duckdb().pending_error(pending));
+  }
+  runUntilReady(pending);
+  if (duckdb().execute_pending(pending, &result_) != DuckDBSuccess) {
+    const std::string text = textOrNothing(duckdb().result_error(&result_));
+    duckdb().destroy_result(&result_);
+    fail(text.c_str());
+  }
+}
+
+void Query::runUntilReady(duckdb_pending_result pending) {
+  for (;;) {
+    if (database_.interruptRequested()) throw Interrupted();
+    switch (duckdb().pending_execute_task(pending)) {
+      case DUCKDB_PENDING_RESULT_READY:
+        return;
+      case DUCKDB_PENDING_ERROR:
+        fail(duckdb().pending_error(pending));
+      case DUCKDB_PENDING_NO_TASKS_AVAILABLE:
+        // The other threads have it all in hand.
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+        break;
+      default:
+        break;
+    }
+    database_.pollProgress();
+  }
+}
+
+void Query::fail(const char* text) {
+  if (database_.interruptRequested()) throw Interrupted();
+  throw EngineError(textOrNothing(text));
+}
+
+Query::~Query() { duckdb().destroy_result(&result_); }
+
+Chunk Query::fetch() {
+  if (database_.interruptRequested()) throw Interrupted();
+  Chunk chunk(duckdb().fetch_chunk(result_));
+  if (!chunk || chunk.size() == 0) {
+    const char* error = duckdb().result_error(&result_);
+    if (error != nullptr && *error != '\0') fail(error);
+    return Chunk(nullptr);
+  }
+  database_.pollProgress();
+  return chunk;
+}
+
+TableWriter::TableWriter(Database& database, const std::string& table) {
+  check(duckdb().appender_create(database.connection(), nullptr, table.c_str(), &appender_));
+}
+
+TableWriter::~TableWriter() {
+  if (appender_ != nullptr) duckdb().appender_destroy(&appender_);
+}
+
+void TableWriter::check(duckdb_state state) {
+  if (state != DuckDBSuccess) throw EngineError("a working table cannot be written");
+}
+
+void TableWriter::addRow(std::string_view text, double number) {
+  check(duckdb().append_varchar_length(appender_, text.data(), text.size()));
+  check(duckdb().append_double(appender_, number));
+  check(duckdb().appender_end_row(appender_));
+}
+
+void TableWriter::close() { check(duckdb().appender_close(appender_)); }
+
+}  // namespace workbench

@@ -1,0 +1,162 @@
+/// Thin owners of the data engine's objects.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "workbench/engine/duckdb_library.h"
+
+namespace workbench {
+
+/// A statement that the engine refused or could not finish; the text is the engine's own.
+class EngineError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A statement that was stopped by requestInterrupt.
+class Interrupted : public std::runtime_error {
+ public:
+  Interrupted() : std::runtime_error("The run was interrupted.") {}
+};
+
+/// `percent` is negative when the engine cannot tell; `rows` is what it has read so far.
+using ProgressCallback = std::function<void(double percent, int64_t rows)>;
+
+/// A database and one connection to it.
+class Database {
+ public:
+  /// `file` empty: in memory. Throws EngineError.
+  Database(const std::string& file,
+           const std::vector<std::pair<std::string, std::string>>& configuration);
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  duckdb_connection connection() const { return connection_; }
+
+  /// Runs one or more statements whose result does not matter. Throws EngineError.
+  void execute(const std::string& sql);
+
+  /// Stops what is running and all that follows. May be called from a signal handler or another
+  /// thread.
+  void requestInterrupt();
+  bool interruptRequested() const { return interrupted_; }
+
+  void setProgress(ProgressCallback callback) { progress_ = std::move(callback); }
+  /// Calls back now and then; queries do this while they run.
+  void pollProgress();
+
+ private:
+  duckdb_database database_ = nullptr;
+  duckdb_connection connection_ = nullptr;
+  std::atomic<bool> interrupted_{false};
+  ProgressCallback progress_;
+  int64_t nextPoll_ = 0;
+};
+
+/// A prepared statement.
+class Statement {
+ public:
+  /// Throws EngineError.
+  Statement(Database& database, const std::string& sql);
+  /// Prepares `sql` only if it is exactly one statement that selects. Throws EngineError with the
+  /// engine's text when it cannot be parsed or bound, std::invalid_argument when it is something
+  /// else.
+  static Statement selectOnly(Database& database, const std::string& sql);
+  ~Statement();
+  Statement(Statement&& other) noexcept : statement_(std::exchange(other.statement_, nullptr)) {}
+  Statement& operator=(Statement&&) = delete;
+
+  size_t columnCount() const;
+  std::string columnName(size_t column) const;
+  duckdb_type columnType(size_t column) const;
+  duckdb_prepared_statement get() const { return statement_; }
+
+ private:
+  Statement() = default;
+  duckdb_prepared_statement statement_ = nullptr;
+};
+
+/// A chunk of up to 2,048 rows of a result. Columns must be read as what they are: numbers as
+/// double or int64_t, strings as duckdb_string_t.
+class Chunk {
+ public:
+  explicit Chunk(duckdb_data_chunk chunk) : chunk_(chunk) {}
+  ~Chunk();
+  Chunk(Chunk&& other) noexcept : chunk_(std::exchange(other.chunk_, nullptr)) {}
+  Chunk& operator=(Chunk&& other) noexcept;
+
+  size_t size() const;
+  explicit operator bool() const { return chunk_ != nullptr; }
+  /// Null bits: row r is null when bit r is 0; null pointer: no nulls.
+  const uint64_t* validity(size_t column) const;
+  template <typename T>
+  const T* data(size_t column) const {
+    return static_cast<const T*>(rawData(column));
+  }
+
+  static bool isNull(const uint64_t* validity, size_t row) {
+    return validity != nullptr && ((validity[row / 64] >> (row % 64)) & 1U) == 0;
+  }
+
+ private:
+  void* rawData(size_t column) const;
+  duckdb_data_chunk chunk_ = nullptr;
+};
+
+inline std::string_view textOf(const duckdb_string_t& value) {
+  return value.value.inlined.length <= 12
+             ? std::string_view(value.value.inlined.inlined, value.value.inlined.length)
+             : std::string_view(value.value.pointer.ptr, value.value.pointer.length);
+}
+
+/// A running query whose result comes in chunks while the engine still works, so that memory stays
+/// bounded.
+class Query {
+ public:
+  /// Runs until the first rows are there. Throws EngineError or Interrupted.
+  Query(Database& database, const std::string& sql);
+  ~Query();
+  Query(const Query&) = delete;
+  Query& operator=(const Query&) = delete;
+
+  /// An empty Chunk after the last one. Throws EngineError or Interrupted.
+  Chunk fetch();
+
+ private:
+  void runUntilReady(duckdb_pending_result pending);
+  [[noreturn]] void fail(const char* text);
+
+  Database& database_;
+  Statement statement_;
+  duckdb_result result_{};
+};
+
+/// Adds rows to a table; what was not closed is dropped.
+class TableWriter {
+ public:
+  TableWriter(Database& database, const std::string& table);
+  ~TableWriter();
+  TableWriter(const TableWriter&) = delete;
+  TableWriter& operator=(const TableWriter&) = delete;
+  void addRow(std::string_view text, double number);
+  void close();
+
+ private:
+  void check(duckdb_state state);
+  duckdb_appender appender_ = nullptr;
+};
+
+/// An identifier and a string constant in the engine's SQL.
+std::string quotedName(std::string_view name);
+std::string quotedText(std::string_view text);
+
+}  // namespace workbench

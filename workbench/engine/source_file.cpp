@@ -1,0 +1,330 @@
+// Delimited text: the layout is found here, the reading is the engine's.
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include "workbench/engine/data_error.h"
+#include "workbench/engine/read_problem.h"
+#include "workbench/engine/source_kinds.h"
+
+namespace workbench {
+namespace {
+
+constexpr size_t kHeadBytes = size_t{1} << 20;
+constexpr const char* kEndings =
+    "Files that are read: .csv, .tsv, .parquet, .json, .jsonl, .ndjson (text files also compressed "
+    "as .gz or .zst), - for CSV on standard input, duckdb:FILE for a database.";
+
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+std::string lowered(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
+/// What the engine is told to read when the ending says that the file is compressed.
+std::string compressionOf(const std::string& file) {
+  const std::string ending = lowered(std::filesystem::path(file).extension().string());
+  if (ending == ".gz") return "gzip";
+  return ending == ".zst" ? "zstd" : "none";
+}
+
+void refuseUnreadable(const std::string& file) {
+  struct stat status {};
+  if (stat(file.c_str(), &status) != 0) {
+    throw DataError(errno == ENOENT ? fmt::format("{}: there is no such file.", file)
+                                    : fmt::format("{}: {}.", file, std::strerror(errno)));
+  }
+  if (S_ISDIR(status.st_mode)) {
+    throw DataError(fmt::format("{}: this is a folder; name a file in it.", file));
+  }
+  if (access(file.c_str(), R_OK) != 0) {
+    throw DataError(fmt::format("{}: may not be read ({}).", file, std::strerror(errno)));
+  }
+}
+
+std::string readHead(const std::string& file, const std::string& label, bool& complete) {
+  const File stream(std::fopen(file.c_str(), "rb"));
+  if (!stream) throw DataError(fmt::format("{}: {}.", label, std::strerror(errno)));
+  std::string head(kHeadBytes + 1, '\0');
+  head.resize(std::fread(head.data(), 1, head.size(), stream.get()));
+  if (std::ferror(stream.get()) != 0) {
+    throw DataError(fmt::format("{}: cannot be read ({}).", label, std::strerror(errno)));
+  }
+  complete = head.size() <= kHeadBytes;
+  if (!complete) head.resize(kHeadBytes);
+  return head;
+}
+
+/// Copies what can be read only once.
+void spool(int from, const std::string& to, const std::string& label) {
+  const File copy(std::fopen(to.c_str(), "wb"));
+  if (!copy) throw DataError(fmt::format("{}: {}.", to, std::strerror(errno)));
+  std::string buffer(size_t{1} << 16, '\0');
+  for (;;) {
+    const ssize_t count = read(from, buffer.data(), buffer.size());
+    if (count == 0) break;
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw DataError(fmt::format("{}: {}.", label, std::strerror(errno)));
+    const auto size = static_cast<size_t>(count);
+    if (std::fwrite(buffer.data(), 1, size, copy.get()) != size) {
+      throw DataError(
+          fmt::format("{}: cannot be copied to {} ({}). Set TMPDIR to a folder with "
+                      "more room.",
+                      label, to, std::strerror(errno)));
+    }
+  }
+  if (std::fflush(copy.get()) != 0) {
+    throw DataError(
+        fmt::format("{}: cannot be copied to {} ({}).", label, to, std::strerror(errno)));
+  }
+}
+
+const char* plainType(const SourceColumn& column) {
+  switch (column.reading.form) {
+    case ColumnForm::kNumber:
+      return "DOUBLE";
+    case ColumnForm::kTime:
+      return "TIME";
+    // A date that is not at midnight after all keeps its time this way.
+    case ColumnForm::kDate:
+    case ColumnForm::kDateTime:
+      return column.zoned ? "TIMESTAMPTZ" : "TIMESTAMP";
+    default:
+      return "VARCHAR";
+  }
+}
+
+class DelimitedSource final : public Source {
+ public:
+  DelimitedSource(const std::string& data, char delimiter, const MissingTexts& missing)
+      : Source(data == "-" ? "standard input" : data), file_(data), compression_("none") {
+    if (data == "-") {
+      spoolFrom(STDIN_FILENO);
+    } else {
+      openFile();
+    }
+    if (compression_ == "none") bytes_ = fileSize();
+    file_ = enginePath(file_, engine_);
+    bool complete = true;
+    const std::string head =
+        compression_ == "none" ? readHead(file_, label(), complete) : decompressedHead(complete);
+    take(csvLayout(head, complete, delimiter, label(), missing), complete, missing);
+  }
+
+  bool rescannable() const override { return false; }
+  int64_t bytes() const override { return bytes_; }
+  int64_t estimatedRows() const override { return estimatedRows_; }
+  Database& database() override;
+  std::string relation(const std::vector<size_t>& wanted) const override;
+  bool settle(const std::vector<size_t>& wanted) override;
+
+ private:
+  void openFile();
+  void spoolFrom(int descriptor);
+  int64_t fileSize() const;
+  std::string decompressedHead(bool& complete);
+  void take(const CsvLayout& layout, bool complete, const MissingTexts& missing);
+  static std::string typeOf(const SourceColumn& column);
+  bool convertedByReader(const SourceColumn& column) const override {
+    return typeOf(column) != "VARCHAR";
+  }
+
+  std::string file_;  // as the engine is to be given it
+  std::string compression_;
+  char delimiter_ = ',';
+  int64_t bytes_ = -1;
+  int64_t estimatedRows_ = -1;
+};
+
+void DelimitedSource::openFile() {
+  refuseUnreadable(file_);
+  compression_ = compressionOf(file_);
+  if (std::filesystem::is_regular_file(file_)) return;
+  const int descriptor = open(file_.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) throw DataError(fmt::format("{}: {}.", label(), std::strerror(errno)));
+  spoolFrom(descriptor);
+  close(descriptor);
+}
+
+void DelimitedSource::spoolFrom(int descriptor) {
+  file_ = engine_.folder() + "/spooled";
+  spool(descriptor, file_, label());
+}
+
+int64_t DelimitedSource::fileSize() const {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(file_, error);
+  return error ? -1 : static_cast<int64_t>(size);
+}
+
+void DelimitedSource::take(const CsvLayout& layout, bool complete, const MissingTexts& missing) {
+  delimiter_ = layout.delimiter;
+  if (bytes_ >= 0 && layout.bytes > 0) {
+    estimatedRows_ =
+        static_cast<int64_t>(static_cast<double>(bytes_) * static_cast<double>(layout.rows) /
+                             static_cast<double>(layout.bytes));
+  }
+  for (const CsvColumn& found : layout.columns) {
+    SourceColumn& column = columns_.emplace_back();
+    column.name = found.name;
+    column.reading.form = found.form;
+    if (found.form != ColumnForm::kString) column.reading.missing = missing(found.name);
+    column.guessed = !complete;
+    column.blanks = found.blanks;
+    column.zoned = found.zoned;
+    column.isText = true;
+    column.whole = found.whole;
+  }
+}
+
+Database& DelimitedSource::database() {
+  if (!engine_.started()) {
+    engine_.start("");
+    engine_.confine({file_});
+  }
+  return engine_.database();
+}
+
+/// The engine decompresses; each line is one value for it.
+std::string DelimitedSource::decompressedHead(bool& complete) {
+  Database& engine = database();
+  std::string head;
+  complete = true;
+  try {
+    Query lines(engine, fmt::format("SELECT line FROM read_csv({}, auto_detect=false, "
+                                    "delim=chr(31), quote='', escape='', header=false, "
+                                    "compression='{}', columns={{'line': 'VARCHAR'}})",
+                                    quotedText(file_), compression_));
+    while (const Chunk chunk = lines.fetch()) {
+      const auto* values = chunk.data<duckdb_string_t>(0);
+      const uint64_t* validity = chunk.validity(0);
+      for (size_t row = 0; row < chunk.size(); ++row) {
+        if (!Chunk::isNull(validity, row)) head += textOf(values[row]);
+        head += '\n';
+      }
+      if (head.size() <= kHeadBytes) continue;
+      complete = false;
+      break;
+    }
+  } catch (const EngineError& error) {
+    throw DataError(readProblem(error.what(), label()).text);
+  }
+  return head;
+}
+
+/// Text that the engine converts itself comes with a line number when it does not fit; the rest is
+/// converted by an expression.
+std::string DelimitedSource::typeOf(const SourceColumn& column) {
+  if (column.blanks || !column.reading.missing.empty()) return "VARCHAR";
+  return plainType(column);
+}
+
+std::string DelimitedSource::relation(const std::vector<size_t>& wanted) const {
+  std::vector<std::string> types(columns_.size(), "VARCHAR");
+  for (const size_t column : wanted) types[column] = typeOf(columns_[column]);
+  std::string declared;
+  for (size_t i = 0; i < columns_.size(); ++i) {
+    declared +=
+        fmt::format("{}{}: '{}'", i == 0 ? "" : ", ", quotedText(columns_[i].name), types[i]);
+  }
+  return fmt::format(
+      "read_csv({}, auto_detect=false, delim={}, quote='\"', escape='\"', "
+      "header=true, hive_partitioning=false, compression='{}', columns={{{}}})",
+      quotedText(file_), quotedText(std::string(1, delimiter_)), compression_, declared);
+}
+
+bool DelimitedSource::settle(const std::vector<size_t>& wanted) {
+  std::vector<size_t> checked;
+  std::string checks;
+  for (const size_t i : wanted) {
+    const SourceColumn& column = columns_[i];
+    if (!column.guessed || column.reading.forced || column.reading.form == ColumnForm::kString) {
+      continue;
+    }
+    const std::string name = quotedName(column.name);
+    std::string missing = "''";
+    for (const std::string& text : column.reading.missing) {
+      missing += ", " + quotedText(stripped(text));
+    }
+    const std::string fits =
+        column.reading.form == ColumnForm::kBoolean
+            ? fmt::format("lower(trim({})) IN ('true', 'false')", name)
+            : fmt::format("TRY_CAST({} AS {}) IS NOT NULL", name, plainType(column));
+    checks += fmt::format(
+        "{}coalesce(bool_and({} IS NULL OR trim({}) IN ({}) OR {}), true), "
+        "coalesce(bool_and({} IS NULL OR trim({}) = '' OR "
+        "regexp_full_match(trim({}), '[+-]?[0-9]{{1,15}}')), true)",
+        checked.empty() ? "" : ", ", name, name, missing, fits, name, name, name);
+    checked.push_back(i);
+  }
+  if (checked.empty()) return false;
+  Database& engine = database();
+  Query query(engine, fmt::format("SELECT {} FROM {}", checks, relation({})));
+  const Chunk chunk = query.fetch();
+  bool changed = false;
+  for (size_t k = 0; k < checked.size(); ++k) {
+    SourceColumn& column = columns_[checked[k]];
+    column.guessed = false;
+    column.whole = chunk.data<bool>(2 * k + 1)[0];
+    if (chunk.data<bool>(2 * k)[0]) continue;
+    column.reading = ColumnReading{ColumnForm::kString, false, {}};
+    changed = true;
+  }
+  return changed;
+}
+
+}  // namespace
+
+FileName splitEnding(const std::string& file) {
+  std::filesystem::path path(file);
+  std::string ending = lowered(path.extension().string());
+  if (ending == ".gz" || ending == ".zst") {
+    path.replace_extension();
+    ending = lowered(path.extension().string());
+  }
+  path.replace_extension();
+  return {path.string(), ending};
+}
+
+std::string dictionaryBeside(const std::string& data) {
+  if (data == "-" || data.compare(0, 7, "duckdb:") == 0) return {};
+  return splitEnding(data).stem + ".schema.json";
+}
+
+std::string enginePath(const std::string& file, EngineHolder& engine) {
+  std::string path = std::filesystem::absolute(file).string();
+  if (path.find_first_of("*?[") == std::string::npos) return path;
+  // The engine would take such a name for a pattern.
+  const std::string link =
+      engine.folder() + "/data" + std::filesystem::path(file).extension().string();
+  std::filesystem::create_symlink(path, link);
+  return link;
+}
+
+std::unique_ptr<Source> openFileSource(const std::string& data, const MissingTexts& missing) {
+  if (data == "-") return std::make_unique<DelimitedSource>(data, char{0}, missing);
+  const std::string ending = splitEnding(data).ending;
+  if (ending == ".csv") return std::make_unique<DelimitedSource>(data, char{0}, missing);
+  if (ending == ".tsv") return std::make_unique<DelimitedSource>(data, '\t', missing);
+  const bool json = ending == ".json" || ending == ".jsonl" || ending == ".ndjson";
+  if (!json && ending != ".parquet") {
+    throw DataError(fmt::format("{}: this ending is not known. {}", data, kEndings));
+  }
+  refuseUnreadable(data);
+  return openTypedFile(data, json);
+}
+
+}  // namespace workbench

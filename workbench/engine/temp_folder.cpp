@@ -1,0 +1,32 @@
+#include "workbench/engine/temp_folder.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include "workbench/engine/data_error.h"
+
+namespace workbench {
+
+TempFolder::TempFolder() {
+  const char* chosen = std::getenv("TMPDIR");
+  const std::string parent = chosen != nullptr && *chosen != '\0' ? chosen : "/tmp";
+  path_ = parent + "/proportions-XXXXXX";
+  if (mkdtemp(path_.data()) == nullptr) {
+    throw DataError(
+        fmt::format("No working folder can be made in {}: {}.\nSet TMPDIR to a folder "
+                    "that can be written to.",
+                    parent, std::strerror(errno)));
+  }
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;  // there is nobody left to tell
+  std::filesystem::remove_all(path_, ignored);
+}
+
+}  // namespace workbench
