@@ -10,7 +10,7 @@ namespace {
 
 // Logits beyond +-760 belong to places that are 0 or 1 in double.
 constexpr long double kLogitReach = 760;
-constexpr int kMostSteps = 200;
+constexpr int kMostSteps = 60;
 // Two shapes beyond this leave the place at the mean to all digits of a double.
 constexpr long double kDegenerate = 1e40L;
 // The last place of a logit in extended precision.
@@ -83,7 +83,7 @@ long double logitOfLowerTail(long double r, long double a, long double b) {
     if (std::fabs(change) <= std::max(scale, finest)) break;  // the next error is its cube
     if (high - low <= finest) break;
   }
-  return std::clamp(w, -kLogitReach, kLogitReach);
+  return std::isnan(w) ? low : std::clamp(w, low, high);
 }
 
 }  // namespace

@@ -8,7 +8,8 @@
 namespace workbench {
 namespace {
 
-constexpr double kTwoPi = 6.283185307179586;
+constexpr double kPerTwoPi = 0.15915494309189535;
+constexpr double kExactCounts = 9007199254740992;  // 2^53
 // exp(-746) is below half the least positive double.
 constexpr double kVanished = 746;
 
@@ -22,25 +23,29 @@ double allOf(double n, double p) {
   return static_cast<double>(std::exp(n * std::log(static_cast<long double>(p))));
 }
 
+// Whether Hoeffding's bound (1963), exp(-2 (k - n p)^2 / n), has vanished. Long runs of calls spend
+// most of their time out there. The margin covers the rounding of n p.
+bool farOut(double k, double n, double p) {
+  const double excess = k - n * p;
+  return n < kExactCounts && 2 * excess * excess > (kVanished + 1) * n;
+}
+
 // Loader, C. (2000), for 0 < k < n and 0 < p < 1.
 double saddlePoint(double k, double n, double p) {
   const double rest = n - k;
   const long double excess = binomialExcess(k, n, p);
-  // The mass is at most exp(-2 excess^2 / n) (Hoeffding 1963). Long runs of calls spend most of
-  // their time out there.
-  const double far = static_cast<double>(excess);
-  if (2 * far * far > kVanished * n) return 0;
-
   const long double mean = static_cast<long double>(n) * p;
   const long double meanRest = n * (1 - static_cast<long double>(p));
   const long double deviance =
       deviancePart(k, mean, excess) + deviancePart(rest, meanRest, -excess);
   if (deviance > kVanished) return 0;
-  const double remainder = stirlingErrorWhole(n) - stirlingErrorWhole(k) - stirlingErrorWhole(rest);
+  const double perN = 1 / n, perK = 1 / k, perRest = 1 / rest;
+  const double remainder =
+      stirlingErrorWhole(n, perN) - stirlingErrorWhole(k, perK) - stirlingErrorWhole(rest, perRest);
   const long double exponent = remainder - deviance;
   const double high = static_cast<double>(exponent);
   const double low = static_cast<double>(exponent - high);
-  return std::sqrt(n / k / (kTwoPi * rest)) * (std::exp(high) * (1 + low));
+  return std::sqrt(n * perK * perRest * kPerTwoPi) * (std::exp(high) * (1 + low));
 }
 
 }  // namespace
@@ -52,10 +57,11 @@ double MCDistFun::PdfBin(double k, double n, double p, int32_t& error) {
     error = 1;
     return MCMV::Missing();
   }
-  if (k < 0 || k > n || std::trunc(k) != k) return 0;
+  if (k < 0 || k > n || !isWhole(k)) return 0;
   if (p == 0) return k == 0 ? 1 : 0;
   if (p == 1) return k == n ? 1 : 0;
   if (k == 0) return noneOf(n, p);
   if (k == n) return allOf(n, p);
+  if (farOut(k, n, p)) return 0;
   return saddlePoint(k, n, p);
 }

@@ -15,12 +15,15 @@ inline long double deviancePart(long double x, long double m, long double d) {
   const double u = static_cast<double>(v);
   if (std::fabs(u) > 0.15) return x * std::log(x / m) - d;
   const double s = u * u;
-  double sum = 1.0 / 21;
-  sum = sum * s + 1.0 / 19;
-  sum = sum * s + 1.0 / 17;
-  sum = sum * s + 1.0 / 15;
-  sum = sum * s + 1.0 / 13;
-  sum = sum * s + 1.0 / 11;
+  double sum = 1.0 / 11;
+  if (s > 0.0002) {  // else they are below the last place of the sum
+    sum = 1.0 / 21;
+    sum = sum * s + 1.0 / 19;
+    sum = sum * s + 1.0 / 17;
+    sum = sum * s + 1.0 / 15;
+    sum = sum * s + 1.0 / 13;
+    sum = sum * s + 1.0 / 11;
+  }
   sum = sum * s + 1.0 / 9;
   sum = sum * s + 1.0 / 7;
   sum = sum * s + 1.0 / 5;

@@ -10,6 +10,8 @@ namespace {
 
 // So many degrees of freedom leave a normal variable, to the last place of a double.
 constexpr double kNormalFreedom = 1e17;
+// So few leave nothing of the variable at finite places but the sign of its numerator.
+constexpr double kSignFreedom = 1e-20;
 constexpr int kMostWidenings = 60;
 constexpr int kMostSteps = 60;
 
@@ -89,6 +91,7 @@ double MCDistFun::FindNCParamT(double t, double df, double p, double step, doubl
   if (!(step > 0) || !std::isfinite(step)) return MCMV::Missing();
   if (!(tolerance >= 0) || !std::isfinite(tolerance)) return MCMV::Missing();
   if (df >= workbench::kNormalFreedom) return t - IdfStdNorm(p);
+  if (df <= workbench::kSignFreedom) return -IdfStdNorm(p);
   // The upper tail is the lower one of the mirrored variable, and 1 - p is exact there.
   if (p > 0.5) return -workbench::noncentralityOfLowerTail(-t, df, 1 - p, step, tolerance);
   return workbench::noncentralityOfLowerTail(t, df, p, step, tolerance);

@@ -4,8 +4,8 @@
 
 namespace workbench {
 
-/// S(k) for a whole number k >= 1, absolute error below 1e-17.
-double stirlingErrorWhole(double k);
+/// S(k) for a whole number k >= 1 with its reciprocal, absolute error below 1e-17.
+double stirlingErrorWhole(double k, double reciprocal);
 
 /// S(a) for any a > 0, absolute error below 2e-17 (relative to 1 + |S(a)|).
 long double stirlingError(long double a);

@@ -42,7 +42,7 @@ void* find(void* handle, const std::string& file, const char* symbol) {
 DuckdbLibrary loadDuckdb(const std::vector<std::string>& files) {
   for (const std::string& file : files) {
     if (access(file.c_str(), F_OK) != 0) continue;
-    void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* handle = dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL);
     if (handle == nullptr) {
       const char* reason = dlerror();
       throw DataError(fmt::format("The data engine cannot be loaded: {}.\n{}",

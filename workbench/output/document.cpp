@@ -1,119 +1,161 @@
 #include "workbench/output/document.h"
 
 #include <algorithm>
+#include <cstring>
+#include <functional>
 
 namespace workbench {
+namespace {
 
-std::vector<std::string> Dimension::path(int32_t leaf) const {
-  std::vector<std::string> texts;
-  for (int32_t node = leafNode(leaf); node > 0; node = nodes_[static_cast<size_t>(node)].parent) {
-    texts.push_back(nodes_[static_cast<size_t>(node)].label.text);
+/// Room for one more element, so that adding it cannot fail half-way through several additions.
+template <typename Element>
+void makeRoom(std::vector<Element>& elements) {
+  if (elements.size() == elements.capacity()) {
+    elements.reserve(std::max<size_t>(4, 2 * elements.size()));
+  }
+}
+
+uint64_t mixed(uint64_t value) {
+  value *= 0x9E3779B97F4A7C15u;  // the golden ratio: spreads low bits upwards
+  return value ^ (value >> 29);
+}
+
+}  // namespace
+
+std::vector<std::string_view> Dimension::path(int32_t leaf) const {
+  std::vector<std::string_view> texts;
+  for (int32_t at = leafNode(leaf); at > 0; at = node(at).parent) {
+    texts.push_back(node(at).label.text);
   }
   std::reverse(texts.begin(), texts.end());
   return texts;
 }
 
-int32_t Dimension::findOrMake(int32_t parent, const LabelData& label, bool leaf) {
-  std::string key = std::to_string(parent) + (leaf ? 'c' : 'g') + label.identity;
-  if (const auto found = index_.find(key); found != index_.end()) return found->second;
+uint64_t Dimension::hash(int32_t parent, std::string_view identity, bool leaf) {
+  const auto place = 2 * static_cast<uint64_t>(parent) + (leaf ? 1 : 0);
+  return mixed(std::hash<std::string_view>()(identity) + mixed(place + 1));
+}
 
-  // Room is made before anything is changed, so that a failed allocation leaves the tree as it was.
-  DimensionNode node;
-  node.label = label;
-  node.parent = parent;
+int32_t Dimension::find(int32_t parent, std::string_view identity, bool leaf) const {
+  const uint32_t found = index_.find(hash(parent, identity, leaf), [&](uint32_t number) {
+    const DimensionNode& child = nodes_[number];
+    return child.parent == parent && (child.leaf >= 0) == leaf && child.label.identity == identity;
+  });
+  return found == NumberIndex::kNone ? -1 : static_cast<int32_t>(found);
+}
+
+int32_t Dimension::add(int32_t parent, LabelData label, bool leaf) {
+  index_.makeRoom([this](uint32_t number) {
+    const DimensionNode& child = nodes_[number];
+    return hash(child.parent, child.label.identity, child.leaf >= 0);
+  });
+  makeRoom(nodes_);
+  makeRoom(leaves_);
+  makeRoom(nodes_[static_cast<size_t>(parent)].children);
+
+  // From here on nothing can fail.
   const auto index = static_cast<int32_t>(nodes_.size());
-  nodes_.reserve(nodes_.size() == nodes_.capacity() ? 2 * nodes_.size() + 1 : 0);
-  leaves_.reserve(leaves_.size() == leaves_.capacity() ? 2 * leaves_.size() + 1 : 0);
-  auto& children = nodes_[static_cast<size_t>(parent)].children;
-  children.reserve(children.size() == children.capacity() ? 2 * children.size() + 1 : 0);
-  index_.emplace(std::move(key), index);
+  DimensionNode child;
+  child.label = std::move(label);
+  child.parent = parent;
   if (leaf) {
-    node.leaf = leafCount();
+    child.leaf = leafCount();
     leaves_.push_back(index);
   }
-  children.push_back(index);
-  nodes_.push_back(std::move(node));
+  nodes_[static_cast<size_t>(parent)].children.push_back(index);
+  index_.insert(hash(parent, child.label.identity, leaf), static_cast<uint32_t>(index));
+  nodes_.push_back(std::move(child));
   return index;
 }
 
-size_t Table::PlaceHash::operator()(uint32_t cell) const {
-  uint64_t hash = 1469598103934665603ull;  // FNV-1a
-  for (size_t i = 0; i < table->stride_; ++i) {
-    hash ^= static_cast<uint32_t>(table->places_[cell * table->stride_ + i]);
-    hash *= 1099511628211ull;
-  }
-  return hash ^ (hash >> 29);
+bool Dimension::hasFootnote(int32_t index, std::string_view identity) const {
+  const auto& footnotes = node(index).footnotes;
+  return std::any_of(footnotes.begin(), footnotes.end(),
+                     [&](const LabelData& known) { return known.identity == identity; });
 }
 
-bool Table::PlaceEqual::operator()(uint32_t a, uint32_t b) const {
-  const int32_t* first = &table->places_[a * table->stride_];
-  return std::equal(first, first + table->stride_, &table->places_[b * table->stride_]);
+void Dimension::addFootnote(int32_t index, LabelData footnote) {
+  nodes_[static_cast<size_t>(index)].footnotes.push_back(std::move(footnote));
 }
 
-Dimension& Table::findOrMakeDimension(const LabelData& label) {
-  const auto found = dimensionIndex_.find(label.identity);
-  if (found != dimensionIndex_.end()) return dimensions_[found->second];
-  Dimension& dimension = dimensions_.emplace_back(label);
-  try {
-    dimensionIndex_.emplace(label.identity, dimensions_.size() - 1);
-  } catch (...) {
-    dimensions_.pop_back();
-    throw;
-  }
-  return dimension;
+size_t Table::findDimension(std::string_view identity) const {
+  const auto found =
+      std::find_if(dimensions_.begin(), dimensions_.end(),
+                   [&](const Dimension& entry) { return entry.label().identity == identity; });
+  return static_cast<size_t>(found - dimensions_.begin());
+}
+
+size_t Table::addDimension(LabelData label) {
+  dimensions_.emplace_back(std::move(label));
+  return dimensions_.size() - 1;
+}
+
+uint64_t Table::hash(const int32_t* place, size_t stride) {
+  uint64_t result = 0;
+  for (size_t i = 0; i < stride; ++i) result = mixed(result + static_cast<uint32_t>(place[i]) + 1);
+  return result;
 }
 
 /// A dimension that comes after the first cells: those have no place in it.
 void Table::widenPlaces() {
   const size_t wider = dimensions_.size();
   std::vector<int32_t> places(cells_.size() * wider, -1);
-  for (size_t cell = 0; cell < cells_.size(); ++cell) {
-    for (size_t i = 0; i < stride_; ++i) places[cell * wider + i] = places_[cell * stride_ + i];
+  NumberIndex index;
+  for (uint32_t cell = 0; cell < cells_.size(); ++cell) {
+    const auto from = places_.begin() + static_cast<ptrdiff_t>(cell * stride_);
+    std::copy(from, from + static_cast<ptrdiff_t>(stride_),
+              places.begin() + static_cast<ptrdiff_t>(cell * wider));
+    const auto hashOf = [&](uint32_t number) { return hash(&places[number * wider], wider); };
+    index.makeRoom(hashOf);
+    index.insert(hashOf(cell), cell);
   }
-  index_.clear();
+  place_.resize(wider);
+  index_ = std::move(index);
   places_ = std::move(places);
   stride_ = wider;
-  for (uint32_t cell = 0; cell < cells_.size(); ++cell) index_.insert(cell);
 }
 
-TableCell& Table::cellAtCurrent() {
+/// Leaves the place in place_: the leaf in its dimension, the current leaf in every other.
+void Table::locate(size_t dimension, int32_t leaf) {
   if (stride_ < dimensions_.size()) widenPlaces();
-  const auto index = static_cast<uint32_t>(cells_.size());
-  // The new place is written first and looked up by its number; it goes again when it is already
-  // there.
-  const size_t before = places_.size();
-  try {
-    for (const Dimension& dimension : dimensions_) places_.push_back(dimension.current());
-    cells_.emplace_back();
-    const auto [found, isNew] = index_.insert(index);
-    if (isNew) return cells_.back();
-    places_.resize(before);
-    cells_.pop_back();
-    return cells_[*found];
-  } catch (...) {
-    places_.resize(before);
-    cells_.resize(index);
-    throw;
-  }
+  for (size_t i = 0; i < stride_; ++i) place_[i] = dimensions_[i].current();
+  place_[dimension] = leaf;
 }
 
-int32_t Table::findOrMakeNote(const std::string& key, const std::string& text) {
-  const auto found = std::find(noteKeys_.begin(), noteKeys_.end(), key);
-  if (found != noteKeys_.end()) return static_cast<int32_t>(found - noteKeys_.begin());
-  noteTexts_.push_back(text);
-  try {
-    noteKeys_.push_back(key);
-  } catch (...) {
-    noteTexts_.pop_back();
-    throw;
+uint32_t Table::findCell() const {
+  return index_.find(hash(place_.data(), stride_), [this](uint32_t cell) {
+    return std::memcmp(&places_[cell * stride_], place_.data(), stride_ * sizeof(int32_t)) == 0;
+  });
+}
+
+void Table::setCell(size_t dimension, int32_t leaf, double value, BpFormatSpec::Kind format) {
+  locate(dimension, leaf);
+  if (const uint32_t found = findCell(); found != NumberIndex::kNone) {
+    cells_[found] = {value, -1, format};
+    return;
   }
-  return static_cast<int32_t>(noteKeys_.size()) - 1;
+  index_.makeRoom([this](uint32_t cell) { return hashOfCell(cell); });
+  makeRoom(cells_);
+  places_.insert(places_.end(), place_.begin(), place_.end());
+  index_.insert(hash(place_.data(), stride_), static_cast<uint32_t>(cells_.size()));
+  cells_.push_back({value, -1, format});
+}
+
+bool Table::setNote(size_t dimension, int32_t leaf, const CellNoteText& note) {
+  locate(dimension, leaf);
+  const uint32_t cell = findCell();
+  if (cell == NumberIndex::kNone) return false;
+  auto known = std::find_if(notes_.begin(), notes_.end(),
+                            [&](const CellNoteText& entry) { return entry.key == note.key; });
+  if (known == notes_.end()) known = notes_.insert(notes_.end(), note);
+  cells_[cell].note = static_cast<int32_t>(known - notes_.begin());
+  return true;
 }
 
 std::vector<size_t> Table::displayOrder(int axis) const {
   std::vector<size_t> order;
   for (size_t i = 0; i < dimensions_.size(); ++i) {
-    if (dimensions_[i].axis == axis) order.push_back(i);
+    if ((dimensions_[i].axis == 1) == (axis == 1)) order.push_back(i);
   }
   std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) {
     const Dimension& x = dimensions_[a];

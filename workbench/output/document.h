@@ -6,17 +6,17 @@
 #include <deque>
 #include <memory>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "host/output.h"
+#include "workbench/output/number_index.h"
 #include "workbench/output/report.h"
 
 namespace workbench {
 
-/// What names a category, group, dimension or footnote.
+/// What names a table, dimension, group, category or footnote. Texts are well-formed UTF-8.
 struct LabelData {
   std::string identity;       ///< equal exactly for labels of the same structure
   std::string key;            ///< what the procedure passed: a catalogue key or a template
@@ -48,51 +48,67 @@ struct DocumentMessage {
 struct DimensionNode {
   LabelData label;
   int32_t parent = -1;
-  std::vector<int32_t> children;
   int32_t leaf = -1;  ///< number of the leaf in order of addition; -1 for groups
+  std::vector<int32_t> children;
   std::vector<LabelData> footnotes;
 };
 
+/// A tree of groups and categories; children stand in the order in which they were added.
 class Dimension {
  public:
   explicit Dimension(LabelData label) : label_(std::move(label)) { nodes_.emplace_back(); }
 
   const LabelData& label() const { return label_; }
-  LabelData& label() { return label_; }
   const std::vector<DimensionNode>& nodes() const { return nodes_; }
-  DimensionNode& node(int32_t index) { return nodes_[static_cast<size_t>(index)]; }
+  const DimensionNode& node(int32_t index) const { return nodes_[static_cast<size_t>(index)]; }
   int32_t leafCount() const { return static_cast<int32_t>(leaves_.size()); }
   /// The node of a leaf.
   int32_t leafNode(int32_t leaf) const { return leaves_[static_cast<size_t>(leaf)]; }
   /// Texts from the outermost group to the leaf.
-  std::vector<std::string> path(int32_t leaf) const;
+  std::vector<std::string_view> path(int32_t leaf) const;
 
-  /// The child of that label, made when it is not there yet. Leaves and groups of one label are
-  /// different nodes.
-  int32_t findOrMake(int32_t parent, const LabelData& label, bool leaf);
-  void makeCurrent(int32_t leafNode) { current_ = nodes_[static_cast<size_t>(leafNode)].leaf; }
-  /// The leaf that Category found or made last; -1 before.
+  /// The child of that identity, or -1. A leaf and a group of one label are different nodes.
+  int32_t find(int32_t parent, std::string_view identity, bool leaf) const;
+  /// Adds a child that is not there yet.
+  int32_t add(int32_t parent, LabelData label, bool leaf);
+  bool hasFootnote(int32_t node, std::string_view identity) const;
+  /// Adds a footnote that the node does not have yet.
+  void addFootnote(int32_t node, LabelData footnote);
+  /// Makes a leaf the current one.
+  void makeCurrent(int32_t leafNode) { current_ = node(leafNode).leaf; }
+  /// The current leaf; -1 before there is one.
   int32_t current() const { return current_; }
 
-  int axis = 0;   ///< 0 rows, 1 columns
+  LabelData& mutableLabel() { return label_; }
+  LabelData& mutableLabel(int32_t node) { return nodes_[static_cast<size_t>(node)].label; }
+
+  int axis = 0;   ///< 1 columns, all else rows
   int level = 1;  ///< larger stands outside
   bool isSplit = false;
 
  private:
+  static uint64_t hash(int32_t parent, std::string_view identity, bool leaf);
+
   LabelData label_;
   std::vector<DimensionNode> nodes_;
   std::vector<int32_t> leaves_;
-  std::unordered_map<std::string, int32_t> index_;
+  NumberIndex index_;
   int32_t current_ = -1;
 };
 
 struct TableCell {
   double value = 0.0;
+  int32_t note = -1;  ///< index into the table's notes; -1: none
   BpFormatSpec::Kind format = BpFormatSpec::Kind::kGeneralStat;
-  int32_t note = -1;  ///< index into Table::noteKeys
 };
 
-/// A pivot table. Cells are where they were set; a place is a leaf per dimension.
+struct CellNoteText {
+  std::string key;
+  std::string text;
+};
+
+/// A pivot table. A cell stands at a place: one leaf per dimension, -1 in a dimension that had no
+/// current leaf when the cell was written.
 class Table {
  public:
   Table(LabelData title, ShownSplit split) : title_(std::move(title)), split_(std::move(split)) {}
@@ -100,51 +116,49 @@ class Table {
   Table& operator=(const Table&) = delete;
 
   const LabelData& title() const { return title_; }
+  /// The group that a table of its own is about; empty for shared tables.
   const ShownSplit& split() const { return split_; }
   /// In order of addition. See displayOrder for the order in which they are read.
   const std::deque<Dimension>& dimensions() const { return dimensions_; }
-  std::deque<Dimension>& dimensions() { return dimensions_; }
-  Dimension& findOrMakeDimension(const LabelData& label);
+  Dimension& dimension(size_t position) { return dimensions_[position]; }
+  /// The position of the dimension of that identity, or the number of dimensions.
+  size_t findDimension(std::string_view identity) const;
+  size_t addDimension(LabelData label);
 
   size_t cellCount() const { return cells_.size(); }
   const TableCell& cell(size_t index) const { return cells_[index]; }
-  /// The leaf of a cell in a dimension (by position in dimensions()); -1 when it has none.
+  /// The leaf of a cell in a dimension (by position in dimensions()).
   int32_t leafOf(size_t cell, size_t dimension) const {
     return dimension < stride_ ? places_[cell * stride_ + dimension] : -1;
   }
-  const std::vector<std::string>& noteKeys() const { return noteKeys_; }
-  const std::vector<std::string>& noteTexts() const { return noteTexts_; }
+  const std::vector<CellNoteText>& notes() const { return notes_; }
 
-  /// The cell at the current leaf of every dimension, made when it is not there yet.
-  TableCell& cellAtCurrent();
-  int32_t findOrMakeNote(const std::string& key, const std::string& text);
+  /// Sets the cell at a leaf of one dimension and the current leaf of every other; a cell that is
+  /// there already is replaced, its note included.
+  void setCell(size_t dimension, int32_t leaf, double value, BpFormatSpec::Kind format);
+  /// Attaches a note to the cell at that place; false when there is none.
+  bool setNote(size_t dimension, int32_t leaf, const CellNoteText& note);
 
   /// Dimensions of an axis by position in dimensions(), outermost first; split dimensions stand
   /// outside all.
   std::vector<size_t> displayOrder(int axis) const;
 
  private:
-  struct PlaceHash {
-    const Table* table;
-    size_t operator()(uint32_t cell) const;
-  };
-  struct PlaceEqual {
-    const Table* table;
-    bool operator()(uint32_t a, uint32_t b) const;
-  };
-
+  void locate(size_t dimension, int32_t leaf);
+  uint32_t findCell() const;
+  static uint64_t hash(const int32_t* place, size_t stride);
+  uint64_t hashOfCell(uint32_t cell) const { return hash(&places_[cell * stride_], stride_); }
   void widenPlaces();
 
   LabelData title_;
   ShownSplit split_;
   std::deque<Dimension> dimensions_;
-  std::unordered_map<std::string, size_t> dimensionIndex_;
   size_t stride_ = 0;
   std::vector<int32_t> places_;  ///< stride_ leaves per cell
   std::vector<TableCell> cells_;
-  std::unordered_set<uint32_t, PlaceHash, PlaceEqual> index_{16, PlaceHash{this}, PlaceEqual{this}};
-  std::vector<std::string> noteKeys_;
-  std::vector<std::string> noteTexts_;
+  NumberIndex index_;
+  std::vector<int32_t> place_;  ///< the place that was located last
+  std::vector<CellNoteText> notes_;
 };
 
 /// The output of one command.

@@ -11,78 +11,97 @@
 #include "workbench/output/document.h"
 
 namespace workbench {
+struct DimensionHandles;
 struct TableHandles;
 class ProcedureHandles;
 }  // namespace workbench
 
 struct BpCategory::Impl {
-  workbench::TableHandles* table;
-  workbench::Dimension* dimension;
+  workbench::DimensionHandles& dimension;
   int32_t node;
   BpCategory handle{this};
 };
 
 struct BpGroup::Impl {
-  workbench::TableHandles* table;
-  workbench::Dimension* dimension;
+  workbench::DimensionHandles& dimension;
   int32_t node;
   BpDimension handle{this};  // a group is seen through the base part
 };
 
 struct BpPivotTable::Impl {
-  workbench::TableHandles* table;
+  workbench::TableHandles& table;
   BpPivotTable handle{this};
 };
 
 struct BpHeading::Impl {
-  workbench::ProcedureHandles* procedure;
+  workbench::ProcedureHandles& procedure;
   BpHeading handle{this};
 };
 
 struct BpCellText::Impl {
   std::string key;
-  std::string text;
+  workbench::CellNoteText note;
 };
 
 namespace workbench {
 
-/// Handles of one table. A deque never moves its elements, so references stay good.
-struct TableHandles {
-  explicit TableHandles(Table& model) : table(model) { pivot.table = this; }
+/// Both faces of a node; which of them is used depends on what the node is.
+struct NodeHandles {
+  NodeHandles(DimensionHandles& dimension, int32_t node)
+      : category{dimension, node}, group{dimension, node} {}
+  NodeHandles(const NodeHandles&) = delete;
+  NodeHandles& operator=(const NodeHandles&) = delete;
 
-  BpCategory& category(Dimension& dimension, int32_t node);
-  BpGroup::Impl& group(Dimension& dimension, int32_t node);
-
-  Table& table;
-  BpPivotTable::Impl pivot{nullptr};
-
- private:
-  struct Node {
-    const Dimension* dimension;
-    int32_t node;
-    bool operator==(const Node&) const = default;
-  };
-  struct NodeHash {
-    size_t operator()(const Node& n) const {
-      return std::hash<const void*>()(n.dimension) * 31 + static_cast<size_t>(n.node);
-    }
-  };
-  std::deque<BpCategory::Impl> categories_;
-  std::deque<BpGroup::Impl> groups_;
-  std::unordered_map<Node, BpCategory::Impl*, NodeHash> categoryOf_;
-  std::unordered_map<Node, BpGroup::Impl*, NodeHash> groupOf_;
+  BpCategory::Impl category;
+  BpGroup::Impl group;
 };
 
+/// Handles of one dimension, one per node of its tree.
+struct DimensionHandles {
+  DimensionHandles(Table& itsTable, size_t itsPosition) : table(itsTable), position(itsPosition) {}
+
+  Dimension& model() const { return table.dimension(position); }
+  NodeHandles& node(int32_t index);
+
+  Table& table;
+  size_t position;
+
+ private:
+  std::deque<NodeHandles> nodes_;  // a deque never moves its elements: references stay good
+};
+
+/// Handles of one table.
+struct TableHandles {
+  explicit TableHandles(Table& model) : table(model), pivot{*this} {}
+  TableHandles(const TableHandles&) = delete;
+  TableHandles& operator=(const TableHandles&) = delete;
+
+  DimensionHandles& dimension(size_t position);
+
+  Table& table;
+  BpPivotTable::Impl pivot;
+
+ private:
+  std::deque<DimensionHandles> dimensions_;
+};
+
+/// Handles of one procedure.
 class ProcedureHandles {
  public:
+  ProcedureHandles() : heading_{*this} {}
+  ProcedureHandles(const ProcedureHandles&) = delete;
+  ProcedureHandles& operator=(const ProcedureHandles&) = delete;
+
   /// The table of that identity, or null.
   TableHandles* find(const std::string& identity) const;
   TableHandles& add(const std::string& identity, Table& table);
+  /// The text of that key, or null.
+  BpCellText* findCellText(const std::string& key) const;
   BpCellText* addCellText(std::unique_ptr<BpCellText> text);
   BpHeading& heading() { return heading_.handle; }
 
  private:
-  BpHeading::Impl heading_{this};
+  BpHeading::Impl heading_;
   std::deque<TableHandles> tables_;
   std::unordered_map<std::string, TableHandles*> tableOf_;
   std::vector<std::unique_ptr<BpCellText>> cellTexts_;

@@ -4,14 +4,19 @@
 #include "workbench/output/labels.h"
 #include "workbench/output/output_document.h"
 #include "workbench/output/report.h"
+#include "workbench/output/template.h"
+#include "workbench/output/utf8.h"
 #include "workbench/session/session.h"
 
 namespace workbench {
 
 void report(Severity severity, const std::string& key, const std::vector<std::string>& arguments) {
   const int level = severity == Severity::kError ? 3 : 2;
+  std::vector<std::string> texts;
+  for (const std::string& argument : arguments) texts.push_back(validUtf8(argument));
+  std::string text = fillTemplate(catalogueText(key), texts);
   currentSession().document->addMessage(
-      {severity, level, key, arguments, fillTemplate(catalogueText(key), arguments), {}});
+      {severity, level, validUtf8(key), std::move(texts), std::move(text), {}});
 }
 
 }  // namespace workbench

@@ -5,7 +5,9 @@
 
 #include "workbench/catalogue/catalogue.h"
 #include "workbench/dataset/value_text.h"
-#include "workbench/output/output_document.h"
+#include "workbench/dataset/variable.h"
+#include "workbench/output/template.h"
+#include "workbench/output/utf8.h"
 #include "workbench/session/session.h"
 
 namespace workbench {
@@ -13,222 +15,212 @@ namespace {
 
 constexpr int kByLabel = 2;
 
-std::string bitsOf(double value) {
-  if (value == 0.0) value = 0.0;  // minus zero is zero
-  std::string bits(sizeof value, '\0');
-  std::memcpy(bits.data(), &value, sizeof value);
-  return bits;
+const Variable& declaration(VarIndex variable) {
+  return currentSession().dataset->declaration(variable);
 }
 
-/// A part of an identity: its length keeps neighbouring parts apart.
-std::string part(std::string_view text) {
-  return std::to_string(text.size()) + ':' + std::string(text);
+template <typename Value>
+void appendBytes(std::string& identity, Value value) {
+  char bytes[sizeof value];
+  std::memcpy(bytes, &value, sizeof value);
+  identity.append(bytes, sizeof value);
 }
 
-/// Reads a number of up to three digits at `at`; 0 when there is none.
-size_t readIndex(std::string_view text, size_t& at) {
-  size_t value = 0;
-  const size_t start = at;
-  while (at < text.size() && at - start < 3 && text[at] >= '0' && text[at] <= '9') {
-    value = value * 10 + static_cast<size_t>(text[at++] - '0');
+void appendText(std::string& identity, std::string_view text) {
+  appendBytes(identity, text.size());  // the length keeps neighbours apart
+  identity += text;
+}
+
+void appendIdentity(std::string& identity, const LabelPart& part) {
+  appendBytes(identity, part.kind);
+  switch (part.kind) {
+    case LabelPart::Kind::kList:
+      appendBytes(identity, part.elements.size());
+      for (const LabelPart& element : part.elements) appendIdentity(identity, element);
+      return;
+    case LabelPart::Kind::kStringValue:
+      appendText(identity, part.text);
+      break;
+    case LabelPart::Kind::kNumberValue:
+    case LabelPart::Kind::kNumber:
+      appendBytes(identity, part.number == 0.0 ? 0.0 : part.number);  // there is one zero only
+      break;
+    case LabelPart::Kind::kVariable:
+      break;
   }
-  return value;
+  appendBytes(identity, part.variable);
+  appendBytes(identity, part.code);
 }
 
-/// One element of a run: %1 (in the first form) and ^1 (in the others) name its parts.
-std::string fillElement(std::string_view form, char marker, const std::vector<LabelData>& parts) {
-  std::string result;
-  for (size_t at = 0; at < form.size();) {
-    if (form[at] == marker) {
-      size_t next = at + 1;
-      const size_t index = readIndex(form, next);
-      if (index >= 1 && index <= parts.size()) {
-        result += parts[index - 1].text;
-        at = next;
-        continue;
+bool showsMissing(const LabelPart& part) {
+  switch (part.kind) {
+    case LabelPart::Kind::kNumberValue:
+      return part.number == kSystemMissing;
+    case LabelPart::Kind::kStringValue:
+      return part.text.empty();
+    case LabelPart::Kind::kList:
+      for (const LabelPart& element : part.elements) {
+        if (showsMissing(element)) return true;
       }
-    }
-    result += form[at++];
+      return false;
+    default:
+      return false;
   }
-  return result;
 }
 
-/// The run that starts at text[at] == '['; false when what stands there is none.
-bool fillRun(std::string_view text, size_t& at, const std::vector<LabelItem>& items,
-             std::string& result) {
-  const size_t firstEnd = text.find(':', at);
-  if (firstEnd == std::string_view::npos) return false;
-  const size_t restEnd = text.find(":]", firstEnd + 1);
-  if (restEnd == std::string_view::npos) return false;
-  size_t next = restEnd + 2;
-  const size_t index = readIndex(text, next);
-  if (index < 1 || index > items.size() || !items[index - 1].isList) return false;
-  const std::string_view first = text.substr(at + 1, firstEnd - at - 1);
-  const std::string_view rest = text.substr(firstEnd + 1, restEnd - firstEnd - 1);
-  const auto& elements = items[index - 1].elements;
-  for (size_t i = 0; i < elements.size(); ++i) {
-    result += i == 0 ? fillElement(first, '%', elements[i]) : fillElement(rest, '^', elements[i]);
-  }
-  at = next;
-  return true;
+std::string numberValueText(const LabelPart& part) {
+  const Variable& variable = declaration(part.variable);
+  return part.code == kByLabel ? shownValue(variable, part.number)
+                               : valueText(variable, part.number);
 }
 
-LabelData composite(const BpComposite::Impl& impl) {
+std::string stringValueText(const LabelPart& part) {
+  if (part.code != kByLabel) return part.text;
+  return shownValue(declaration(part.variable), std::string_view(part.text));
+}
+
+std::string listText(const LabelPart& part) {
+  std::string text;
+  for (const LabelPart& element : part.elements) {
+    if (!text.empty()) text += ", ";
+    text += textOf(element);
+  }
+  return text;
+}
+
+LabelData describeComposite(const BpComposite::Impl& impl) {
   LabelData data;
-  data.key = impl.templateText;
-  data.identity = 'C' + part(impl.templateText);
-  for (const LabelItem& item : impl.items) {
-    if (data.variable.empty()) data.variable = item.data.variable;
-    data.showsMissing |= item.data.showsMissing;
-    data.identity += part(item.data.identity);
+  data.key = validUtf8(impl.templateText);
+  std::vector<TemplateItem> items(impl.parts.size());
+  for (size_t i = 0; i < items.size(); ++i) {
+    const LabelPart& part = impl.parts[i];
+    items[i].text = textOf(part);
+    items[i].isList = part.kind == LabelPart::Kind::kList;
+    for (const LabelPart& element : part.elements) items[i].elements.push_back(textOf(element));
+    data.showsMissing = data.showsMissing || showsMissing(part);
+    if (data.variable.empty() && part.kind == LabelPart::Kind::kVariable) {
+      data.variable = validUtf8(declaration(part.variable).name);
+    }
   }
-  data.text = fillTemplate(catalogueText(impl.templateText), impl.items);
+  data.text = fillTemplate(catalogueText(data.key), items);
+  // A label that names no variable ("= control") is told apart by the variable of its value.
+  for (size_t i = 0; i < items.size() && data.variable.empty(); ++i) {
+    if (impl.parts[i].variable >= 0) {
+      data.variable = validUtf8(declaration(impl.parts[i].variable).name);
+    }
+  }
   return data;
 }
 
+LabelData describeVariable(const BpVariable& variable) {
+  const Variable& entry = declaration(variable.index());
+  LabelData data;
+  data.key = validUtf8(entry.name);
+  data.text = validUtf8(entry.shownName());
+  data.variable = data.key;
+  return data;
+}
+
+LabelData describeKey(const std::string& key) {
+  LabelData data;
+  data.key = validUtf8(key);
+  data.text = validUtf8(catalogueText(key));
+  return data;
+}
+
+const BpComposite::Impl& composite(const BpLabel& label) {
+  return static_cast<const BpComposite&>(label).impl();
+}
+
 }  // namespace
+
+LabelPart::LabelPart(const BpVariable& entry)
+    : kind(Kind::kVariable), variable(entry.index()), code(entry.showCode()) {}
+
+LabelPart::LabelPart(const BpDataValue& value)
+    : kind(value.isString() ? Kind::kStringValue : Kind::kNumberValue),
+      variable(value.variable()),
+      code(value.preference()),
+      number(value.number()),
+      text(trimmed(value.text())) {}
+
+LabelPart::LabelPart(const BpNumber& entry) : kind(Kind::kNumber), number(entry.value) {}
 
 std::string catalogueText(const std::string& key) {
   const Catalogue* catalogue = currentSession().catalogue;
   return catalogue == nullptr ? key : catalogue->text(key);
 }
 
-std::string fillTemplate(const std::string& text, const std::vector<LabelItem>& items) {
-  std::string result;
-  for (size_t at = 0; at < text.size();) {
-    if (text[at] == '[' && fillRun(text, at, items, result)) continue;
-    if (text[at] == '^') {
-      size_t next = at + 1;
-      const size_t index = readIndex(text, next);
-      if (index >= 1 && index <= items.size()) {
-        result += items[index - 1].data.text;
-        at = next;
-        continue;
-      }
-    }
-    result += text[at++];
+std::string textOf(const LabelPart& part) {
+  switch (part.kind) {
+    case LabelPart::Kind::kVariable:
+      return validUtf8(declaration(part.variable).shownName());
+    case LabelPart::Kind::kNumberValue:
+      return validUtf8(numberValueText(part));
+    case LabelPart::Kind::kStringValue:
+      return validUtf8(stringValueText(part));
+    case LabelPart::Kind::kNumber:
+      return shortestNumber(part.number);
+    case LabelPart::Kind::kList:
+      break;
   }
-  return result;
+  return listText(part);
 }
 
-std::string fillTemplate(const std::string& text, const std::vector<std::string>& arguments) {
-  std::vector<LabelItem> items(arguments.size());
-  for (size_t i = 0; i < arguments.size(); ++i) items[i].data.text = arguments[i];
-  return fillTemplate(text, items);
+const std::vector<LabelPart>& partsOf(const BpLabel& label) {
+  static const std::vector<LabelPart> none;
+  return label.kind() == BpLabel::Kind::kComposite ? composite(label).parts : none;
 }
 
-LabelData describeKey(const std::string& key) {
-  LabelData data;
-  data.identity = 'S' + key;
-  data.key = key;
-  data.text = catalogueText(key);
-  return data;
-}
-
-LabelData describe(const BpVariable& variable) {
-  const Variable& entry = currentSession().dataset->declaration(variable.index());
-  LabelData data;
-  data.identity =
-      'V' + std::to_string(variable.index()) + ',' + std::to_string(variable.showCode());
-  data.key = entry.name;
-  data.text = entry.shownName();
-  data.variable = entry.name;
-  return data;
-}
-
-LabelData describe(const BpDataValue& value) {
-  const Variable& entry = currentSession().dataset->declaration(value.variable());
-  LabelData data;
-  data.identity = 'D' + std::to_string(value.variable()) + ',' +
-                  std::to_string(value.preference()) + ',' +
-                  (value.isString() ? 's' + value.text() : 'n' + bitsOf(value.number()));
-  const bool byLabel = value.preference() == kByLabel;
-  if (value.isString()) {
-    data.text = byLabel ? shownValue(entry, std::string_view(value.text())) : value.text();
-  } else {
-    data.text = byLabel ? shownValue(entry, value.number()) : valueText(entry, value.number());
-    data.showsMissing = value.number() == kSystemMissing;
+std::string identityOf(const BpLabel& label) {
+  std::string identity;
+  switch (label.kind()) {
+    case BpLabel::Kind::kString:
+      identity = 'S';
+      identity += static_cast<const BpString&>(label).text();
+      break;
+    case BpLabel::Kind::kVariable:
+      identity = 'V';
+      appendIdentity(identity, LabelPart(static_cast<const BpVariable&>(label)));
+      break;
+    case BpLabel::Kind::kComposite:
+      identity = 'C';
+      appendText(identity, composite(label).templateText);
+      for (const LabelPart& part : composite(label).parts) appendIdentity(identity, part);
+      break;
   }
-  data.key = data.text;
-  return data;
-}
-
-LabelData describe(const BpNumber& number) {
-  LabelData data;
-  data.identity = 'N' + bitsOf(number.value);
-  data.text = shortestNumber(number.value);
-  data.key = data.text;
-  return data;
+  return identity;
 }
 
 LabelData describe(const BpLabel& label) {
+  LabelData data;
   switch (label.kind()) {
     case BpLabel::Kind::kString:
-      return describeKey(static_cast<const BpString&>(label).text());
+      data = describeKey(static_cast<const BpString&>(label).text());
+      break;
     case BpLabel::Kind::kVariable:
-      return describe(static_cast<const BpVariable&>(label));
+      data = describeVariable(static_cast<const BpVariable&>(label));
+      break;
     case BpLabel::Kind::kComposite:
+      data = describeComposite(composite(label));
       break;
   }
-  return composite(static_cast<const BpComposite&>(label).impl());
+  data.identity = identityOf(label);
+  return data;
 }
 
-const std::vector<LabelItem>& itemsOf(const BpLabel& label) {
-  static const std::vector<LabelItem> none;
-  if (label.kind() != BpLabel::Kind::kComposite) return none;
-  return static_cast<const BpComposite&>(label).impl().items;
+LabelData describeSplitValue(VarIndex variable, const SplitValue& value) {
+  const bool isNumber = std::holds_alternative<double>(value);
+  const LabelPart part(isNumber ? BpDataValue(variable, std::get<double>(value), kByLabel)
+                                : BpDataValue(variable, std::get<std::string>(value), kByLabel));
+  LabelData data;
+  data.identity = 'D';
+  appendIdentity(data.identity, part);
+  data.text = textOf(part);
+  data.key = isNumber ? valueText(declaration(variable), part.number) : validUtf8(part.text);
+  data.variable = validUtf8(declaration(variable).name);
+  data.showsMissing = showsMissing(part);
+  return data;
 }
 
 }  // namespace workbench
-
-using workbench::LabelData;
-using workbench::LabelItem;
-
-/// Outside a list an item of its own; inside one a further element with a single part.
-void BpComposite::Impl::add(LabelData item) {
-  if (!inList) {
-    items.emplace_back().data = std::move(item);
-    return;
-  }
-  LabelItem& list = items.back();
-  list.data.identity += workbench::part(item.identity);
-  list.data.showsMissing |= item.showsMissing;
-  list.data.text += (list.elements.empty() ? "" : ", ") + item.text;
-  list.elements.push_back({std::move(item)});
-}
-
-BpComposite::BpComposite(const char* templateText)
-    : BpLabel(Kind::kComposite), impl_(std::make_unique<Impl>()) {
-  impl_->templateText = templateText;
-}
-BpComposite::BpComposite(BpComposite&& other) noexcept = default;
-BpComposite& BpComposite::operator=(BpComposite&& other) noexcept = default;
-BpComposite::~BpComposite() = default;
-
-void BpComposite::Add(const BpVariable& variable) { impl_->add(workbench::describe(variable)); }
-void BpComposite::Add(const BpDataValue& value) { impl_->add(workbench::describe(value)); }
-void BpComposite::Add(const BpNumber& number) { impl_->add(workbench::describe(number)); }
-
-void BpComposite::Sublist() {
-  LabelItem& item = impl_->items.emplace_back();
-  item.isList = true;
-  impl_->inList = true;
-}
-
-void BpComposite::EndSublist() { impl_->inList = false; }
-
-void BpComposite::SplitList() {
-  if (!impl_->inList) return;
-  const workbench::OutputDocument& document = *workbench::currentSession().document;
-  LabelItem& list = impl_->items.back();
-  list.isSplitList = true;
-  for (size_t i = 0; i < document.splitLabels().size(); ++i) {
-    const LabelData& variable = document.splitVariables()[i];
-    const LabelData& value = document.splitLabels()[i];
-    list.data.identity += workbench::part(variable.identity) + workbench::part(value.identity);
-    list.data.text += (i == 0 ? "" : ", ") + variable.text + " = " + value.text;
-    list.elements.push_back({variable, value});
-  }
-}
-
-void BpComposite::Finish() { impl_->inList = false; }

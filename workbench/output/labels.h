@@ -1,38 +1,48 @@
-/// Turns what a procedure passes into label data.
+/// Turns what a procedure passes into identities, texts and label data.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "host/output.h"
+#include "workbench/dataset/active_dataset.h"
 #include "workbench/output/document.h"
 
 namespace workbench {
 
-/// One filled placeholder; a list is one item.
-struct LabelItem {
-  LabelData data;
-  bool isList = false;
-  bool isSplitList = false;
-  /// Elements of a list, each with its parts (%1, %2).
-  std::vector<std::vector<LabelData>> elements;
+/// A part of a composite label, as it was added.
+struct LabelPart {
+  enum class Kind : uint8_t { kVariable, kNumberValue, kStringValue, kNumber, kList };
+
+  explicit LabelPart(Kind partKind) : kind(partKind) {}
+  explicit LabelPart(const BpVariable& variable);
+  explicit LabelPart(const BpDataValue& value);
+  explicit LabelPart(const BpNumber& number);
+
+  Kind kind;
+  bool isSplitList = false;  ///< a list that names the split group
+  VarIndex variable = -1;
+  int code = 0;  ///< show code or value preference
+  double number = 0.0;
+  std::string text;
+  std::vector<LabelPart> elements;  ///< of a list
 };
 
-/// Fills a template: ^n with item n, [F:R:]n with a run over the elements of list n. What names no
-/// item is left as it is.
-std::string fillTemplate(const std::string& text, const std::vector<LabelItem>& items);
+/// Bytes that are equal exactly for labels of the same structure. Cheap: shows nothing.
+std::string identityOf(const BpLabel& label);
 
-/// The same with plain texts.
-std::string fillTemplate(const std::string& text, const std::vector<std::string>& arguments);
-
+/// All about a label, with its text from the catalogue and the dictionary of the session.
 LabelData describe(const BpLabel& label);
-LabelData describe(const BpVariable& variable);
-LabelData describe(const BpDataValue& value);
-LabelData describe(const BpNumber& number);
-LabelData describeKey(const std::string& key);
 
-/// Items of a composite; empty for other labels.
-const std::vector<LabelItem>& itemsOf(const BpLabel& label);
+/// A value of a split variable as a category of that variable's dimension.
+LabelData describeSplitValue(VarIndex variable, const SplitValue& value);
+
+/// What a reader sees of a part.
+std::string textOf(const LabelPart& part);
+
+/// The parts of a composite; none for other labels.
+const std::vector<LabelPart>& partsOf(const BpLabel& label);
 
 /// The catalogue's text for a key, or the key.
 std::string catalogueText(const std::string& key);
@@ -42,8 +52,9 @@ std::string catalogueText(const std::string& key);
 /// Host side of the composite label.
 struct BpComposite::Impl {
   std::string templateText;
-  std::vector<workbench::LabelItem> items;
+  std::vector<workbench::LabelPart> parts;
   bool inList = false;
 
-  void add(workbench::LabelData item);
+  /// Adds to the open list, or as an item of its own.
+  void add(workbench::LabelPart part);
 };

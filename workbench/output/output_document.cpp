@@ -1,140 +1,114 @@
 #include "workbench/output/output_document.h"
 
-#include <set>
+#include <algorithm>
 #include <stdexcept>
 
-#include "workbench/dataset/value_text.h"
+#include "workbench/output/distinguish.h"
 #include "workbench/output/handles.h"
-#include "workbench/output/labels.h"
+#include "workbench/output/utf8.h"
 
 namespace workbench {
 namespace {
 
-LabelData splitLabel(const Variable& variable, const SplitValue& value, size_t position) {
-  LabelData data;
+constexpr int kByLabel = 2;
+
+LabelPart partOf(VarIndex variable, const SplitValue& value) {
   if (const auto* number = std::get_if<double>(&value)) {
-    data.text = shownValue(variable, *number);
-    data.key = valueText(variable, *number);
-    data.identity = describe(BpDataValue(static_cast<VarIndex>(position), *number, 2)).identity;
-  } else {
-    const auto& text = std::get<std::string>(value);
-    data.text = shownValue(variable, std::string_view(text));
-    data.key = text;
-    data.identity = 's' + text;
+    return LabelPart(BpDataValue(variable, *number, kByLabel));
   }
-  data.variable = variable.name;
-  return data;
+  return LabelPart(BpDataValue(variable, std::get<std::string>(value), kByLabel));
+}
+
+SplitPlace describePlace(VarIndex variable, const SplitValue& value) {
+  LabelData dimension = describe(BpVariable(variable, 2));
+  // Never the same as a dimension that a table names by this variable.
+  dimension.identity.insert(0, "split ");
+  return {variable, partOf(variable, value), std::move(dimension),
+          describeSplitValue(variable, value)};
+}
+
+ShownSplit shownPlaces(const std::vector<SplitPlace>& places) {
+  std::vector<LabelData> names;
+  for (const SplitPlace& place : places) names.push_back(place.dimension);
+  std::vector<LabelData*> alike;
+  for (LabelData& name : names) alike.push_back(&name);
+  distinguish(alike);
+  ShownSplit shown;
+  for (size_t i = 0; i < places.size(); ++i) {
+    shown.emplace_back(names[i].text, places[i].category.text);
+  }
+  return shown;
 }
 
 }  // namespace
 
-OutputDocument::OutputDocument() : handles_(std::make_unique<ProcedureHandles>()) {}
+OutputDocument::OutputDocument() = default;
 OutputDocument::~OutputDocument() = default;
+
+void OutputDocument::forget() {
+  errors_ = 0;
+  separateSplits_ = false;
+  split_.clear();
+  shownSplit_.clear();
+}
 
 void OutputDocument::beginProcedure(const std::string& title, const std::string& command) {
   auto procedure = std::make_unique<DocumentProcedure>();
-  procedure->title = title;
-  procedure->command = command;
+  procedure->title = validUtf8(title);
+  procedure->command = validUtf8(command);
+  auto handles = std::make_unique<ProcedureHandles>();
   procedures_.push_back(std::move(procedure));
-  handles_ = std::make_unique<ProcedureHandles>();
-  open_ = true;
-  errors_ = 0;
-  shownSplit_.clear();
-  splitLabels_.clear();
-  splitVariables_.clear();
+  handles_ = std::move(handles);
+  forget();
 }
 
 void OutputDocument::discardProcedure() {
-  handles_ = std::make_unique<ProcedureHandles>();
+  if (!isOpen()) return;
+  handles_.reset();
   procedures_.pop_back();
-  open_ = false;
 }
 
 DocumentProcedure& OutputDocument::current() {
-  if (!open_) throw std::logic_error("no procedure is open in the output document");
+  if (!isOpen()) throw std::logic_error("no procedure runs that could put something out");
   return *procedures_.back();
 }
 
-void OutputDocument::addMessage(DocumentMessage message) {
-  if (message.severity == Severity::kError) ++errors_;
-  current().messages.push_back(std::move(message));
+ProcedureHandles& OutputDocument::handles() {
+  current();
+  return *handles_;
 }
 
-void OutputDocument::setSplit(ActiveDataset& dataset) {
+void OutputDocument::addMessage(DocumentMessage message) {
+  const bool isError = message.severity == Severity::kError;
+  current().messages.push_back(std::move(message));
+  if (isError) ++errors_;
+}
+
+void OutputDocument::setSplit(const ActiveDataset& dataset) {
   const std::vector<VarIndex>& variables = dataset.splitVariables();
   const std::vector<SplitValue>& values = dataset.currentSplit();
-  std::vector<LabelData> labels, names;
-  ShownSplit shown;
-  for (size_t i = 0; i < variables.size() && i < values.size(); ++i) {
-    const Variable& variable = dataset.declaration(variables[i]);
-    labels.push_back(splitLabel(variable, values[i], static_cast<size_t>(variables[i])));
-    LabelData name = describe(BpVariable(variables[i], 2));
-    name.identity = "split" + name.identity;
-    shown.emplace_back(name.text, labels.back().text);
-    names.push_back(std::move(name));
+  std::vector<SplitPlace> places;
+  for (size_t i = 0; i < std::min(variables.size(), values.size()); ++i) {
+    places.push_back(describePlace(variables[i], values[i]));
   }
-  splitLabels_ = std::move(labels);
-  splitVariables_ = std::move(names);
+  ShownSplit shown = shownPlaces(places);
+  split_ = std::move(places);
   shownSplit_ = std::move(shown);
   separateSplits_ = dataset.separateSplitLayout();
 }
 
-void OutputDocument::finishProcedure(ActiveDataset* dataset) {
+void OutputDocument::finishProcedure(const ActiveDataset* dataset) {
   DocumentProcedure& procedure = current();
   if (dataset != nullptr && dataset->failed()) {
-    procedure.tables.clear();
     report(Severity::kError, "Data could not be read ^1", {dataset->failure()});
+    procedure.tables.clear();
   }
   procedure.failed = errors_ > 0;
-  handles_ = std::make_unique<ProcedureHandles>();
-  std::erase_if(procedure.tables, [](const auto& table) { return table->cellCount() == 0; });
-  for (const auto& table : procedure.tables) disambiguate(*table);
-  open_ = false;
-}
-
-namespace {
-
-/// Gives labels that read alike different texts. `kept` holds the texts that are taken.
-class Distinguisher {
- public:
-  explicit Distinguisher(const std::vector<LabelData*>& labels) {
-    std::unordered_map<std::string, int> uses;
-    for (const LabelData* label : labels) ++uses[label->text];
-    for (LabelData* label : labels) {
-      if (uses[label->text] > 1 && !label->variable.empty()) {
-        label->text += " [" + label->variable + "]";
-      }
-    }
-    for (LabelData* label : labels) number(*label);
-  }
-
- private:
-  void number(LabelData& label) {
-    const std::string base = label.text;
-    for (int i = 2; !taken_.insert(label.text).second; ++i) {
-      label.text = base + " (" + std::to_string(i) + ")";
-    }
-  }
-  std::set<std::string> taken_;
-};
-
-}  // namespace
-
-void disambiguate(Table& table) {
-  std::vector<LabelData*> names;
-  for (const int axis : {0, 1}) {
-    for (const size_t i : table.displayOrder(axis)) names.push_back(&table.dimensions()[i].label());
-  }
-  const Distinguisher dimensions(names);
-  for (Dimension& dimension : table.dimensions()) {
-    for (size_t node = 0; node < dimension.nodes().size(); ++node) {
-      std::vector<LabelData*> children;
-      for (const int32_t child : dimension.nodes()[node].children) {
-        children.push_back(&dimension.node(child).label);
-      }
-      if (children.size() > 1) const Distinguisher siblings(children);
-    }
-  }
+  procedure.tables.erase(std::remove_if(procedure.tables.begin(), procedure.tables.end(),
+                                        [](const auto& table) { return table->cellCount() == 0; }),
+                         procedure.tables.end());
+  for (const auto& table : procedure.tables) distinguishLabels(*table);
+  handles_.reset();
 }
 
 }  // namespace workbench

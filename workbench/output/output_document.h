@@ -3,19 +3,25 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "workbench/dataset/active_dataset.h"
 #include "workbench/output/document.h"
+#include "workbench/output/labels.h"
 
 namespace workbench {
 
-class Catalogue;
-
-/// Host objects of the running procedure: handles into its tables. Made for a procedure, gone with
-/// the next one.
+/// Host objects of the running procedure: handles into its tables. Made for a procedure, gone when
+/// it ends.
 class ProcedureHandles;
+
+/// One split variable and its value in a split group.
+struct SplitPlace {
+  VarIndex variable;
+  LabelPart value;
+  LabelData dimension;  ///< the variable as a dimension of a shared table
+  LabelData category;   ///< the value as a category of it
+};
 
 class OutputDocument {
  public:
@@ -27,39 +33,39 @@ class OutputDocument {
   /// Opens a procedure for a command; everything issued until finishProcedure belongs to it.
   void beginProcedure(const std::string& title, const std::string& command);
   /// Ends it: settles its status and the texts of its labels. When the data could not be read to
-  /// the end, its tables are dropped and the reason is added as an error.
-  void finishProcedure(ActiveDataset* dataset);
+  /// the end, its tables are dropped and the reason is added as an error. `dataset` may be null.
+  void finishProcedure(const ActiveDataset* dataset);
   /// Takes the running procedure back, as if it had never begun.
   void discardProcedure();
 
   const std::vector<std::unique_ptr<DocumentProcedure>>& procedures() const { return procedures_; }
-  bool isOpen() const { return open_; }
+  bool isOpen() const { return handles_ != nullptr; }
+  /// The running procedure and its handles. Both throw std::logic_error when none runs.
   DocumentProcedure& current();
-  ProcedureHandles& handles() { return *handles_; }
+  ProcedureHandles& handles();
 
+  /// Adds to the running procedure; an error counts until the next clearErrors.
   void addMessage(DocumentMessage message);
   void clearErrors() { errors_ = 0; }
 
-  /// The split group that tables and messages belong to from now on.
-  void setSplit(ActiveDataset& dataset);
+  /// Remembers the split group that the data set is at, for the tables and messages that follow.
+  void setSplit(const ActiveDataset& dataset);
+  /// The group that is remembered, outermost variable first; empty without split variables.
+  const std::vector<SplitPlace>& split() const { return split_; }
+  /// The same as shown; variables that read alike are told apart.
   const ShownSplit& shownSplit() const { return shownSplit_; }
-  const std::vector<LabelData>& splitLabels() const { return splitLabels_; }
-  const std::vector<LabelData>& splitVariables() const { return splitVariables_; }
+  /// True when each group has tables of its own.
   bool separateSplits() const { return separateSplits_; }
 
  private:
+  void forget();
+
   std::vector<std::unique_ptr<DocumentProcedure>> procedures_;
-  std::unique_ptr<ProcedureHandles> handles_;
-  bool open_ = false;
+  std::unique_ptr<ProcedureHandles> handles_;  // null when no procedure runs
   int errors_ = 0;
   bool separateSplits_ = false;
+  std::vector<SplitPlace> split_;
   ShownSplit shownSplit_;
-  std::vector<LabelData> splitLabels_;     ///< the current values, as categories
-  std::vector<LabelData> splitVariables_;  ///< the split variables, as dimensions
 };
-
-/// Makes labels of one parent that read alike, and dimensions of one table that do, tell themselves
-/// apart: by the variable's name in brackets, then by a number.
-void disambiguate(Table& table);
 
 }  // namespace workbench

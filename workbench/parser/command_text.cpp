@@ -3,13 +3,17 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
-#include <cmath>
-#include <cstdlib>
+#include <algorithm>
+#include <charconv>
 
 #include "workbench/engine/text_fold.h"
+#include "workbench/parser/syntax_error.h"
 
 namespace workbench {
 namespace {
+
+/// Bytes of the longest word or string.
+constexpr size_t kLongestToken = 65535;
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isBlank(char c) {
@@ -17,6 +21,7 @@ bool isBlank(char c) {
 }
 
 int operatorCode(const std::string& word) {
+  if (word.size() > 4) return 0;
   const std::string upper = upperCase(word);
   if (upper == "WITH") return kOperatorWith;
   if (upper == "BY") return kOperatorBy;
@@ -24,13 +29,39 @@ int operatorCode(const std::string& word) {
   return upper == "ALL" ? kOperatorAll : 0;
 }
 
+/// The character at a place, and where the next one begins; negative for what is no UTF-8.
+UChar32 decode(const std::string& text, size_t at, size_t& next) {
+  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data()) + at;
+  const auto length = static_cast<int32_t>(std::min<size_t>(U8_MAX_LENGTH, text.size() - at));
+  int32_t used = 0;
+  UChar32 character = 0;
+  U8_NEXT(bytes, used, length, character);
+  next = at + static_cast<size_t>(used);
+  return character;
+}
+
+/// What is wrong with a character that begins no token.
+std::string strangeCharacter(const std::string& text, size_t at) {
+  size_t next = at;
+  const UChar32 character = decode(text, at, next);
+  if (character < 0) return "The command is not valid UTF-8 here.";
+  if (character == '.') return "A period ends the command only at the end of a line.";
+  if (u_hasBinaryProperty(character, UCHAR_QUOTATION_MARK) != 0) {
+    return "Quotes are written as straight ones, \" or '.";
+  }
+  if (u_isUWhiteSpace(character) != 0) return "This is an unusual kind of blank; use a plain one.";
+  if (u_charType(character) == U_CONTROL_CHAR) return "A control character cannot stand here.";
+  return shortQuoted(text.substr(at, next - at)) +
+         " cannot stand here. Names with other characters than letters, digits and _ . $ @ go in "
+         "double quotes.";
+}
+
 }  // namespace
 
 class CommandScanner {
  public:
-  explicit CommandScanner(const std::string& text) : text_(text) {
-    if (text_.compare(0, 3, "\xEF\xBB\xBF") == 0) at_ = 3;
-  }
+  explicit CommandScanner(const std::string& text)
+      : shared_(std::make_shared<const std::string>(text)), text_(*shared_), at_(textStart(text)) {}
 
   std::vector<CommandTokens> scanAll() {
     std::vector<CommandTokens> commands;
@@ -73,7 +104,7 @@ class CommandScanner {
 
   CommandTokens scanCommand() {
     CommandTokens command;
-    command.wholeText_ = text_;
+    command.wholeText_ = shared_;
     const size_t start = at_;
     size_t end = at_;
     while (at_ < text_.size()) {
@@ -82,25 +113,44 @@ class CommandScanner {
       } else if (text_[at_] == '#') {
         skipLine();
       } else if (text_[at_] == '.' && endsLine(at_ + 1)) {
+        command.end_ = at_;
         end = ++at_;
         break;
       } else if (!scanToken(command)) {
-        skipToTerminator();
-        end = at_;
+        end = command.end_ = skipToTerminator();
         break;
       } else {
-        end = at_;
+        end = command.end_ = at_;
       }
     }
-    command.end_ = end;
     command.source_ = text_.substr(start, end - start);
+    if (!command.problem_) checkEncoding(command, start);
     return command;
   }
 
-  /// After an error: on to what ends the command.
-  void skipToTerminator() {
-    while (at_ < text_.size() && !(text_[at_] == '.' && endsLine(at_ + 1))) ++at_;
-    if (at_ < text_.size()) ++at_;
+  /// After an error: on to what ends the command. Gives the end of what is not blank.
+  size_t skipToTerminator() {
+    size_t end = at_;
+    while (at_ < text_.size()) {
+      if (text_[at_] == '#') {
+        skipLine();
+      } else if (text_[at_] == '.' && endsLine(at_ + 1)) {
+        return ++at_;
+      } else if (!isBlank(text_[at_++])) {
+        end = at_;
+      }
+    }
+    return end;
+  }
+
+  /// Strings and comments may hold anything that is UTF-8.
+  void checkEncoding(CommandTokens& command, size_t start) {
+    const size_t end = start + command.source_.size();
+    for (size_t at = start, next = start; at < end; at = next) {
+      if (decode(text_, at, next) >= 0) continue;
+      fail(command, at, strangeCharacter(text_, at));
+      return;
+    }
   }
 
   bool fail(CommandTokens& command, size_t position, const std::string& what) {
@@ -124,18 +174,7 @@ class CommandScanner {
       add(command, TokenInfoObj::Kind::kSymbol, std::string(1, c), start);
       return true;
     }
-    return fail(command, start, strangeCharacter());
-  }
-
-  std::string strangeCharacter() const {
-    const auto* bytes = reinterpret_cast<const uint8_t*>(text_.data());
-    auto next = static_cast<int32_t>(at_);
-    UChar32 character = 0;
-    U8_NEXT(bytes, next, static_cast<int32_t>(text_.size()), character);
-    if (character < 0) return "The command is not valid UTF-8 here.";
-    if (character < 0x20 || character == 0x7F) return "A control character cannot stand here.";
-    return "\"" + text_.substr(at_, static_cast<size_t>(next) - at_) +
-           "\" cannot stand here. Names that are no identifiers go in double quotes.";
+    return fail(command, start, strangeCharacter(text_, start));
   }
 
   bool scanString(CommandTokens& command) {
@@ -144,7 +183,7 @@ class CommandScanner {
     std::string content;
     for (;; ++at_) {
       if (at_ >= text_.size() || text_[at_] == '\n') {
-        at_ = start + 1;
+        goToLastOfLine(start);
         return fail(command, start,
                     std::string("The quote ") + quote + " is not closed on its line.");
       }
@@ -158,8 +197,15 @@ class CommandScanner {
       }
     }
     ++at_;
+    if (content.size() > kLongestToken) return fail(command, start, "This string is too long.");
     add(command, TokenInfoObj::Kind::kString, std::move(content), start);
     return true;
+  }
+
+  /// An open quote hides what its line holds, but for a period at the end.
+  void goToLastOfLine(size_t start) {
+    while (at_ > start + 1 && isBlank(text_[at_ - 1])) --at_;
+    if (at_ > start + 1) --at_;
   }
 
   bool startsNumber() const {
@@ -183,17 +229,28 @@ class CommandScanner {
       takeDigits();
     }
     if (at_ < text_.size() && (text_[at_] == 'e' || text_[at_] == 'E')) takeExponent();
-    if (size_t next = at_; takeNameCharacter(next, true)) {
+    if (runsOn()) {
       return fail(command, start,
-                  "A number cannot run into a word; a name that begins with a digit goes in double "
-                  "quotes.");
+                  "A number cannot run into what follows it; put a blank between. Dates, and names "
+                  "that begin with a digit, go in quotes.");
     }
     const std::string text = text_.substr(start, at_ - start);
-    const double number = std::strtod(text.c_str(), nullptr);
-    if (!std::isfinite(number))
-      return fail(command, start, "The number " + text + " is too large.");
+    const char* const first = text.data() + (text[0] == '+' ? 1 : 0);
+    double number = 0.0;
+    if (std::from_chars(first, text.data() + text.size(), number).ec != std::errc()) {
+      return fail(command, start, shortQuoted(text) + " is beyond the range of numbers.");
+    }
     add(command, TokenInfoObj::Kind::kNumber, text, start, number == 0.0 ? 0.0 : number);
     return true;
+  }
+
+  /// True when a number is followed by what is neither a blank nor a symbol.
+  bool runsOn() const {
+    if (at_ >= text_.size()) return false;
+    const char c = text_[at_];
+    size_t next = at_;
+    return takeNameCharacter(next, true) || c == '+' || c == '-' ||
+           (c == '.' && !endsLine(at_ + 1));
   }
 
   void takeExponent() {
@@ -204,21 +261,20 @@ class CommandScanner {
     takeDigits();
   }
 
-  /// Letters of any script, _ $ @ anywhere; digits, combining marks and . after the first place.
+  /// Letters of any script, _ $ @ anywhere; digits, marks, joiners and . after the first place.
   bool takeNameCharacter(size_t& at, bool first) const {
     if (at >= text_.size()) return false;
-    auto next = static_cast<int32_t>(at);
-    UChar32 character = 0;
-    U8_NEXT(reinterpret_cast<const uint8_t*>(text_.data()), next,
-            static_cast<int32_t>(text_.size()), character);
+    size_t next = at;
+    const UChar32 character = decode(text_, at, next);
     if (character < 0) return false;
     const bool letter =
         u_isalpha(character) || character == '_' || character == '$' || character == '@';
-    const bool later =
-        u_isdigit(character) || character == '.' || (U_GET_GC_MASK(character) & U_GC_M_MASK) != 0;
+    const bool later = u_isdigit(character) || character == '.' ||
+                       u_hasBinaryProperty(character, UCHAR_JOIN_CONTROL) != 0 ||
+                       (U_GET_GC_MASK(character) & U_GC_M_MASK) != 0;
     if (!letter && (first || !later)) return false;
     if (character == '.' && endsLine(at + 1)) return false;
-    at = static_cast<size_t>(next);
+    at = next;
     return true;
   }
 
@@ -227,18 +283,38 @@ class CommandScanner {
     takeNameCharacter(at_, true);
     while (takeNameCharacter(at_, false)) {
     }
+    if (at_ - start > kLongestToken) return fail(command, start, "This word is too long.");
     std::string word = text_.substr(start, at_ - start);
     const int code = operatorCode(word);
     add(command, TokenInfoObj::Kind::kWord, std::move(word), start, 0.0, code);
     return true;
   }
 
+  const std::shared_ptr<const std::string> shared_;
   const std::string& text_;
-  size_t at_ = 0;
+  size_t at_;
 };
 
 std::vector<CommandTokens> splitCommands(const std::string& text) {
   return CommandScanner(text).scanAll();
+}
+
+size_t textStart(const std::string& text) {
+  return text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
+}
+
+std::string writtenName(const std::string& name) {
+  const std::vector<CommandTokens> parsed = splitCommands(name);
+  if (parsed.size() == 1 && !parsed[0].problem() && parsed[0].tokens().size() == 1) {
+    const TokenInfoObj& token = parsed[0].tokens()[0];
+    if (token.kind() == TokenInfoObj::Kind::kWord && token.getText() == name &&
+        !token.isReservedWord()) {
+      return name;
+    }
+  }
+  std::string quoted = "\"";
+  for (const char c : name) quoted += c == '"' ? "\"\"" : std::string(1, c);
+  return quoted + '"';
 }
 
 }  // namespace workbench

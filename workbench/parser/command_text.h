@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,9 +28,10 @@ class CommandTokens {
  public:
   /// The command as written, without surrounding blanks and comments before it.
   const std::string& source() const { return source_; }
-  const std::string& wholeText() const { return wholeText_; }
+  /// The text that the command stands in.
+  const std::string& wholeText() const { return *wholeText_; }
   const std::vector<TokenInfoObj>& tokens() const { return tokens_; }
-  /// Where the command ends; the place for "something is missing".
+  /// Where the command ends, its period not counted; the place for "something is missing".
   size_t endPosition() const { return end_; }
   /// What kept the text from being cut into tokens, if anything did.
   const std::optional<SyntaxProblem>& problem() const { return problem_; }
@@ -37,7 +39,8 @@ class CommandTokens {
  private:
   friend class CommandScanner;
   std::string source_;
-  std::string wholeText_;
+  /// Shared by all commands of the text.
+  std::shared_ptr<const std::string> wholeText_ = std::make_shared<const std::string>();
   std::vector<TokenInfoObj> tokens_;
   size_t end_ = 0;
   std::optional<SyntaxProblem> problem_;
@@ -47,5 +50,12 @@ class CommandTokens {
 /// ends a command; # starts a comment. A command that cannot be cut into tokens carries its
 /// problem.
 std::vector<CommandTokens> splitCommands(const std::string& text);
+
+/// Where a text begins: behind its byte order mark when it has one.
+size_t textStart(const std::string& text);
+
+/// A variable's name as a command has to write it: in double quotes when it is no identifier or a
+/// reserved word.
+std::string writtenName(const std::string& name);
 
 }  // namespace workbench

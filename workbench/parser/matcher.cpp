@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "workbench/dataset/value_text.h"
+#include "workbench/parser/syntax_error.h"
+#include "workbench/session/session.h"
 #include "workbench/text/nearest.h"
 
 namespace workbench {
@@ -51,6 +53,35 @@ bool inRange(const ParamDescriptor::Impl& parameter, double number) {
          (!parameter.upperExclusive && number == *parameter.upper);
 }
 
+std::vector<std::string> qualifierNames(const ParamDescriptor::Impl& parameter) {
+  std::vector<std::string> names;
+  for (const auto& qualifier : parameter.qualifiers) names.push_back(qualifier.name);
+  return names;
+}
+
+/// What a parameter takes, as a sentence.
+std::string demand(const ParamDescriptor::Impl& parameter) {
+  switch (parameter.spec) {
+    case UPSpecTypes::kKeyword:
+      return parameter.name + " takes one of " + joined(parameter.keywords) + ".";
+    case UPSpecTypes::kKeywordList:
+      return parameter.name + " takes one or more of " + joined(parameter.keywords) + ".";
+    case UPSpecTypes::kNumber:
+      return parameter.name + " takes a number" + rangeText(parameter) + ".";
+    case UPSpecTypes::kQualified:
+      return parameter.name + " takes one of " + joined(qualifierNames(parameter)) + ".";
+    case UPSpecTypes::kTokens:
+      break;
+  }
+  return parameter.name + " takes one or more values.";
+}
+
+/// A word that names a variable is no misplaced keyword.
+bool isVariable(const TokenInfoObj& token) {
+  const ActiveDataset* dataset = currentSession().dataset;
+  return dataset != nullptr && dataset->find(token.getText()) >= 0;
+}
+
 /// Values of a qualifier: trailing blanks of strings never count.
 TokenInfoObj withoutTrailingBlanks(const TokenInfoObj& token) {
   if (token.kind() != Kind::kString) return token;
@@ -86,12 +117,22 @@ bool Matcher::startsParameter() const {
 }
 
 std::string Matcher::shown() const {
-  return atEnd() ? "The command ends" : "\"" + token().getText() + "\" stands";
+  return atEnd() ? "The command ends" : shortQuoted(token().getText()) + " stands";
 }
 
 void Matcher::fail(const std::string& what, const std::string& suggestion) const {
   const size_t place = atEnd() ? command_.endPosition() : token().position();
   throw Failure{{place, what, suggestion}};
+}
+
+bool Matcher::isSubcommandHere() const {
+  return !atEnd() && token().kind() == Kind::kWord &&
+         findDescriptor(syntax_.impl().subcommands, token().getUpText()) != nullptr;
+}
+
+void Matcher::refuseMissingSlash() const {
+  if (!isSubcommandHere()) return;
+  fail("\"/\" is missing before the subcommand " + token().getUpText() + ".");
 }
 
 void Matcher::matchCommandName() {
@@ -100,7 +141,7 @@ void Matcher::matchCommandName() {
     fail("A command begins with its name, " + name + ".");
   }
   if (token().getUpText() != name) {
-    fail("\"" + token().getText() + "\" is not a command that runs here; " + name + " is.",
+    fail(shortQuoted(token().getText()) + " is not a command that runs here; " + name + " is.",
          nearest(token().getText(), {name}));
   }
   ++at_;
@@ -114,9 +155,9 @@ void Matcher::matchSubcommand(CommandSpec::Impl& result) {
   const std::string name = token().getUpText();
   const auto* descriptor = findDescriptor(syntax_.impl().subcommands, name);
   if (descriptor == nullptr) {
-    fail(
-        "\"" + token().getText() + "\" is not a subcommand. Subcommands are " + joined(known) + ".",
-        nearest(name, known));
+    fail(shortQuoted(token().getText()) + " is not a subcommand. Subcommands are " + joined(known) +
+             ".",
+         nearest(name, known));
   }
   for (const auto& [earlier, subcommand] : result.subcommands) {
     if (earlier == name) fail("The subcommand " + name + " is given twice; give it once.");
@@ -124,43 +165,56 @@ void Matcher::matchSubcommand(CommandSpec::Impl& result) {
   ++at_;
   auto parsed = std::make_unique<SubComObj::Impl>();
   parsed->name = name;
-  if (descriptor->hasList) parsed->list = matchList();
+  if (descriptor->hasList) parsed->list = matchList(*descriptor);
   while (!atEnd() && !isSymbol('/')) matchParameter(*descriptor, *parsed);
   result.subcommands.emplace_back(name, std::make_unique<SubComObj>(std::move(parsed)));
 }
 
 /// The unnamed list goes on to the first NAME= or the next subcommand; its meaning is the
 /// procedure's business.
-std::unique_ptr<ParamObj> Matcher::matchList() {
+std::unique_ptr<ParamObj> Matcher::matchList(const SubComDescriptor::Impl& subcommand) {
   auto list = std::make_unique<ParamObj::Impl>();
   while (!endsValue()) {
+    if (isSymbol('(')) {
+      takeParentheses(*list);
+      continue;
+    }
     if (isSymbol('=')) fail("\"=\" has no parameter name before it.");
+    if (isSymbol(')')) fail("\")\" has no \"(\" before it.");
+    if (token().kind() == Kind::kWord && !isVariable(token())) {
+      if (findDescriptor(subcommand.parameters, token().getUpText()) != nullptr) {
+        failNoParameter(subcommand);
+      }
+      refuseMissingSlash();
+    }
     if (!isSymbol(',')) list->tokens.push_back(token());
     ++at_;
   }
   return std::make_unique<ParamObj>(std::move(list));
 }
 
+/// What stands in parentheses, the parentheses included.
+void Matcher::takeParentheses(ParamObj::Impl& list) {
+  const size_t open = at_;
+  do {
+    if (!isSymbol(',')) list.tokens.push_back(token());
+    ++at_;
+    if (isSymbol('(')) fail("A second \"(\" stands inside parentheses.");
+    if (endsValue()) {
+      at_ = open;
+      fail("The \"(\" is not closed.");
+    }
+  } while (!isSymbol(')'));
+  list.tokens.push_back(tokens_[at_++]);
+}
+
 void Matcher::matchParameter(const SubComDescriptor::Impl& subcommand, SubComObj::Impl& result) {
-  const std::vector<std::string> known = namesOf(subcommand.parameters);
-  const std::string among = " Parameters of " + subcommand.name + " are " + joined(known) + ".";
   skipCommas();
   if (atEnd() || isSymbol('/')) return;
-  if (!startsParameter()) {
-    if (token().kind() == Kind::kWord &&
-        findDescriptor(subcommand.parameters, token().getUpText()) != nullptr) {
-      ++at_;
-      fail("\"=\" is missing after the parameter name.");
-    }
-    fail(shown() + " where NAME=VALUE is expected." + among,
-         token().kind() == Kind::kWord ? nearest(token().getText(), known) : "");
-  }
+  if (!startsParameter()) failNoParameter(subcommand);
   const std::string name = token().getUpText();
   const auto* descriptor = findDescriptor(subcommand.parameters, name);
-  if (descriptor == nullptr) {
-    fail("\"" + token().getText() + "\" is not a parameter of " + subcommand.name + "." + among,
-         nearest(name, known));
-  }
+  if (descriptor == nullptr) failUnknownParameter(subcommand);
   for (const auto& [earlier, parameter] : result.parameters) {
     if (earlier == name) fail("The parameter " + name + " is given twice; give it once.");
   }
@@ -168,10 +222,39 @@ void Matcher::matchParameter(const SubComDescriptor::Impl& subcommand, SubComObj
   result.parameters.emplace_back(name, matchValue(*descriptor));
 }
 
+/// At a token that should begin NAME=VALUE.
+void Matcher::failNoParameter(const SubComDescriptor::Impl& subcommand) {
+  const std::vector<std::string> known = namesOf(subcommand.parameters);
+  const bool isWord = token().kind() == Kind::kWord;
+  if (isWord && findDescriptor(subcommand.parameters, token().getUpText()) != nullptr) {
+    const std::string name = token().getUpText();
+    ++at_;
+    fail("\"=\" is missing after the parameter " + name + ".");
+  }
+  refuseMissingSlash();
+  fail(shown() + " where NAME=VALUE is expected. Parameters of " + subcommand.name + " are " +
+           joined(known) + ".",
+       isWord ? nearest(token().getText(), known) : "");
+}
+
+/// At the name of NAME=VALUE.
+void Matcher::failUnknownParameter(const SubComDescriptor::Impl& subcommand) const {
+  const std::vector<std::string> known = namesOf(subcommand.parameters);
+  std::string what = shortQuoted(token().getText()) + " is not a parameter of " + subcommand.name +
+                     ". Parameters of " + subcommand.name + " are " + joined(known) + ".";
+  const std::string name = token().getUpText();
+  const std::string suggestion = nearest(name, known);
+  for (const SubComDescriptor& other : syntax_.impl().subcommands) {
+    if (findDescriptor(other.impl().parameters, name) == nullptr) continue;
+    fail(what + " It belongs to the subcommand " + other.impl().name + ".");
+  }
+  fail(what, suggestion);
+}
+
 std::unique_ptr<ParamObj> Matcher::matchValue(const ParamDescriptor::Impl& parameter) {
   auto result = std::make_unique<ParamObj::Impl>();
   result->name = parameter.name;
-  if (endsValue()) fail("The value of " + parameter.name + " is missing.");
+  if (endsValue()) fail("The value of " + parameter.name + " is missing. " + demand(parameter));
   switch (parameter.spec) {
     case UPSpecTypes::kKeyword:
     case UPSpecTypes::kKeywordList:
@@ -191,43 +274,50 @@ std::unique_ptr<ParamObj> Matcher::matchValue(const ParamDescriptor::Impl& param
 }
 
 void Matcher::matchKeywords(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result) {
-  const std::string among =
-      " Keywords of " + parameter.name + " are " + joined(parameter.keywords) + ".";
+  const auto isKeyword = [&](const std::string& word) {
+    return std::find(parameter.keywords.begin(), parameter.keywords.end(), word) !=
+           parameter.keywords.end();
+  };
   const bool single = parameter.spec == UPSpecTypes::kKeyword;
   for (skipCommas(); !endsValue(); skipCommas()) {
-    if (single && !result.keywords.empty()) fail(parameter.name + " takes one keyword." + among);
-    const std::string word = token().kind() == Kind::kWord ? token().getUpText() : "";
-    if (std::find(parameter.keywords.begin(), parameter.keywords.end(), word) ==
-        parameter.keywords.end()) {
-      fail("\"" + token().getText() + "\" is not a keyword of " + parameter.name + "." + among,
-           word.empty() ? "" : nearest(word, parameter.keywords));
+    const std::string word = token().getUpText();
+    const bool isWord = token().kind() == Kind::kWord;
+    if (!isWord && isKeyword(word)) fail("A keyword stands without quotes.");
+    if (single && !result.keywords.empty() && (isKeyword(word) || !isSubcommandHere())) {
+      fail(shown() + " after the one keyword that " + parameter.name + " takes.");
+    }
+    if (!isWord || !isKeyword(word)) {
+      refuseMissingSlash();
+      fail(shortQuoted(token().getText()) + " is not a keyword of " + parameter.name + ". " +
+               demand(parameter),
+           isWord ? nearest(word, parameter.keywords) : "");
     }
     result.keywords.push_back(word);
     result.tokens.push_back(tokens_[at_++]);
   }
-  if (result.keywords.empty()) fail("The value of " + parameter.name + " is missing." + among);
+  if (result.keywords.empty()) {
+    fail("The value of " + parameter.name + " is missing. " + demand(parameter));
+  }
 }
 
 void Matcher::matchNumber(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result) {
-  if (endsValue() || !token().isNumber()) {
-    fail(parameter.name + " takes a number" + rangeText(parameter) + ".");
+  if (!token().isNumber()) {
+    fail(shown() + " where a number is expected. " + demand(parameter));
   }
   if (!inRange(parameter, token().getNumber())) {
-    fail(parameter.name + " takes a number" + rangeText(parameter) + "; " + token().getText() +
-         " is not.");
+    fail(shortQuoted(token().getText()) + " is out of range. " + demand(parameter));
   }
   result.number = token().getNumber();
   result.tokens.push_back(tokens_[at_++]);
 }
 
 void Matcher::matchQualified(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result) {
-  std::vector<std::string> known;
-  for (const auto& qualifier : parameter.qualifiers) known.push_back(qualifier.name);
+  const std::vector<std::string> known = qualifierNames(parameter);
   const std::string word = token().kind() == Kind::kWord ? token().getUpText() : "";
   const auto found = std::find(known.begin(), known.end(), word);
   if (found == known.end()) {
-    fail("\"" + token().getText() + "\" is not a value of " + parameter.name + ". Values are " +
-             joined(known) + ".",
+    fail(shortQuoted(token().getText()) + " is not a value of " + parameter.name + ". " +
+             demand(parameter),
          word.empty() ? "" : nearest(word, known));
   }
   const auto& qualifier = parameter.qualifiers[static_cast<size_t>(found - known.begin())];
@@ -254,15 +344,20 @@ std::unique_ptr<ParamObj> Matcher::matchQualifierValue(const ParamDescriptor::Im
   }
   ++at_;
   for (skipCommas(); !isSymbol(')'); skipCommas()) {
-    if (atEnd() || isSymbol('/'))
-      fail("\")\" is missing after the values of " + qualifier.name + ".");
+    if (endsValue()) fail("\")\" is missing after the values of " + qualifier.name + ".");
     if (token().kind() == Kind::kSymbol) fail(shown() + " where a value is expected. " + form);
     if (isNumber && (!token().isNumber() || result->number)) fail(form);
-    if (isNumber) result->number = token().getNumber();
+    if (isNumber) {
+      if (!inRange(qualifier, token().getNumber())) {
+        fail(shortQuoted(token().getText()) + " is out of range. " + demand(qualifier));
+      }
+      result->number = token().getNumber();
+    }
     result->tokens.push_back(withoutTrailingBlanks(tokens_[at_++]));
   }
-  if (result->tokens.empty() && qualifier.valueRequired)
+  if (result->tokens.empty() && qualifier.valueRequired) {
     fail("There is no value in the parentheses. " + form);
+  }
   ++at_;
   return std::make_unique<ParamObj>(std::move(result));
 }

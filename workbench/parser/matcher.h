@@ -39,10 +39,16 @@ class Matcher {
     while (isSymbol(',')) ++at_;
   }
 
+  bool isSubcommandHere() const;
+  void refuseMissingSlash() const;
+
   void matchCommandName();
   void matchSubcommand(CommandSpec::Impl& result);
   void matchParameter(const SubComDescriptor::Impl& subcommand, SubComObj::Impl& result);
-  std::unique_ptr<ParamObj> matchList();
+  [[noreturn]] void failNoParameter(const SubComDescriptor::Impl& subcommand);
+  [[noreturn]] void failUnknownParameter(const SubComDescriptor::Impl& subcommand) const;
+  std::unique_ptr<ParamObj> matchList(const SubComDescriptor::Impl& subcommand);
+  void takeParentheses(ParamObj::Impl& list);
   std::unique_ptr<ParamObj> matchValue(const ParamDescriptor::Impl& parameter);
   void matchKeywords(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result);
   void matchNumber(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result);

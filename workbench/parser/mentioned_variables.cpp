@@ -31,7 +31,8 @@ class MentionFinder {
  private:
   VarIndex lookUp(size_t at) const {
     const Kind kind = tokens_[at].kind();
-    const bool isName = kind == Kind::kWord || kind == Kind::kString;
+    const bool isName =
+        (kind == Kind::kWord && !tokens_[at].isReservedWord()) || kind == Kind::kString;
     return isName ? dataset_.find(tokens_[at].getText()) : -1;
   }
 
@@ -44,7 +45,8 @@ class MentionFinder {
     if (index < 0) return;
     found_.insert(index);
     if (at + 2 < tokens_.size() && tokens_[at + 1].getOperatorCode() == kOperatorTo) {
-      for (VarIndex next = index; next <= lookUp(at + 2); ++next) found_.insert(next);
+      const VarIndex last = lookUp(at + 2);
+      for (VarIndex next = index; next <= last; ++next) found_.insert(next);
     }
   }
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "workbench/engine/text_fold.h"
-
 namespace {
 
 template <typename List>

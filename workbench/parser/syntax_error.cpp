@@ -8,12 +8,17 @@
 namespace workbench {
 namespace {
 
-/// At most about this many characters of a line are shown on each side of the place.
-constexpr size_t kShown = 100;
+/// At most about this many bytes of a line are shown on each side of the place.
+constexpr size_t kShown = 60;
+/// At most about this many bytes of a word.
+constexpr size_t kShownWord = 40;
 
-/// Moves to the start of a UTF-8 character.
-size_t characterStart(const std::string& text, size_t at) {
-  while (at > 0 && at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80) --at;
+/// Moves back to the start of a UTF-8 character.
+size_t characterStart(std::string_view text, size_t at) {
+  // Bytes that are no UTF-8 may go on for ever; a character has at most three that continue it.
+  for (int steps = 0; steps < 3 && at > 0 && at < text.size(); ++steps, --at) {
+    if ((static_cast<unsigned char>(text[at]) & 0xC0) != 0x80) break;
+  }
   return at;
 }
 
@@ -23,16 +28,26 @@ size_t characters(std::string_view text) {
   }));
 }
 
+/// A part of a line as it is shown: a tab takes one column, so that the caret can be placed.
+std::string shownPart(std::string_view text) {
+  std::string part(text);
+  std::replace(part.begin(), part.end(), '\t', ' ');
+  return printable(part);
+}
+
 }  // namespace
 
-std::string didYouMean(const std::string& suggestion) {
-  return suggestion.empty() ? "" : " Did you mean " + suggestion + "?";
+std::string shortQuoted(std::string_view text) {
+  const bool cut = text.size() > kShownWord;
+  if (cut) text = text.substr(0, characterStart(text, kShownWord));
+  return '"' + printable(text) + (cut ? "...\"" : "\"");
 }
 
 void reportSyntaxError(const CommandTokens& command, const SyntaxProblem& problem) {
   const std::string& text = command.wholeText();
   const size_t place = std::min(problem.position, text.size());
-  const size_t lineStart = place == 0 ? 0 : text.rfind('\n', place - 1) + 1;  // npos + 1 is 0
+  size_t lineStart = place == 0 ? 0 : text.rfind('\n', place - 1) + 1;  // npos + 1 is 0
+  if (lineStart == 0) lineStart = std::min(textStart(text), place);
   size_t lineEnd = std::min(text.find('\n', place), text.size());
   if (lineEnd > lineStart && text[lineEnd - 1] == '\r' && lineEnd > place) --lineEnd;
   const size_t line =
@@ -42,13 +57,17 @@ void reportSyntaxError(const CommandTokens& command, const SyntaxProblem& proble
 
   const size_t from = place - lineStart > kShown ? characterStart(text, place - kShown) : lineStart;
   const size_t to = lineEnd - place > kShown ? characterStart(text, place + kShown) : lineEnd;
+  const std::string_view shown = text;
   const std::string before =
-      (from > lineStart ? "..." : "") + printable(text.substr(from, place - from));
-  const std::string after = printable(text.substr(place, to - place)) + (to < lineEnd ? "..." : "");
-  report(Severity::kError, "Syntax error ^1 ^2 ...",
-         {std::to_string(line), std::to_string(column), before + after,
-          std::string(displayWidth(before), ' ') + '^', problem.what,
-          problem.suggestion.empty() ? "" : "\n   " + didYouMean(problem.suggestion)});
+      (from > lineStart ? "..." : "") + shownPart(shown.substr(from, place - from));
+  const std::string after =
+      shownPart(shown.substr(place, to - place)) + (to < lineEnd ? "..." : "");
+  report(
+      Severity::kError, "Syntax error ^1 ^2 ...",
+      {std::to_string(line), std::to_string(column), before + after,
+       std::string(displayWidth(before), ' ') + '^', problem.what,
+       problem.suggestion.empty() ? ""
+                                  : "\n    Did you mean " + printable(problem.suggestion) + "?"});
 }
 
 }  // namespace workbench

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "workbench/parser/command_text.h"
 
@@ -11,7 +12,7 @@ namespace workbench {
 /// suggestion when there is one.
 void reportSyntaxError(const CommandTokens& command, const SyntaxProblem& problem);
 
-/// " Did you mean X?" for a non-empty word.
-std::string didYouMean(const std::string& suggestion);
+/// A word of the user's in double quotes, fit for one line of a message: what is long is cut.
+std::string shortQuoted(std::string_view text);
 
 }  // namespace workbench

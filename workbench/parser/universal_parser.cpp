@@ -1,3 +1,5 @@
+#include <stdexcept>
+
 #include "workbench/parser/matcher.h"
 #include "workbench/parser/syntax_error.h"
 #include "workbench/session/session.h"
@@ -6,8 +8,11 @@ struct ZELK_TokenSequence::Impl {
   const workbench::CommandTokens* command;
 };
 
-ZELK_TokenSequence::ZELK_TokenSequence(bool)
-    : impl_(new Impl{workbench::currentSession().command}) {}
+ZELK_TokenSequence::ZELK_TokenSequence(bool) {
+  const workbench::CommandTokens* command = workbench::currentSession().command;
+  if (command == nullptr) throw std::logic_error("no command is running");
+  impl_ = std::make_unique<Impl>(Impl{command});
+}
 ZELK_TokenSequence::~ZELK_TokenSequence() = default;
 
 struct UniversalParser::Impl {

@@ -11,9 +11,20 @@
 #include "workbench/text/nearest.h"
 
 using workbench::currentSession;
-using workbench::SyntaxProblem;
+using workbench::shortQuoted;
 using Kind = TokenInfoObj::Kind;
 using Tokens = std::vector<TokenInfoObj>;
+
+namespace {
+
+/// Repeats are kept, so a short text can name the variables of a wide file without end.
+constexpr size_t kMostEntries = 1'000'000;
+
+bool isSymbol(const TokenInfoObj& token, char symbol) {
+  return token.kind() == Kind::kSymbol && token.getText()[0] == symbol;
+}
+
+}  // namespace
 
 struct VarSpecObj::Impl {
   std::string listName;
@@ -25,14 +36,20 @@ struct VarSpecObj::Impl {
   bool hasQualifier = false;
   Tokens qualifier;
   std::vector<VarIndex> valid;
+  /// Where each of `valid` was written; empty when they were not written in the command.
+  std::vector<size_t> positions;
 
+  void clear();
+  bool add(VarIndex index, const TokenInfoObj& token);
   bool fail(const TokenInfoObj& token, const std::string& what, const std::string& suggestion = "");
   bool failAtEnd(const std::string& what);
   bool resolve(const TokenInfoObj& token, VarIndex& index);
+  bool resolveAll(const Tokens& tokens);
   bool resolveRange(const Tokens& tokens, size_t& at);
   bool takeQualifier(const Tokens& tokens, size_t at);
-  void addAll();
+  bool addAll(const TokenInfoObj& token);
   std::string place() const;
+  void reportCommon(const Impl& other, ptrdiff_t which) const;
 };
 
 bool VarSpecObj::Impl::fail(const TokenInfoObj& token, const std::string& what,
@@ -51,39 +68,75 @@ bool VarSpecObj::Impl::failAtEnd(const std::string& what) {
   return false;
 }
 
+void VarSpecObj::Impl::clear() {
+  valid.clear();
+  positions.clear();
+  qualifier.clear();
+  hasQualifier = false;
+}
+
+bool VarSpecObj::Impl::add(VarIndex index, const TokenInfoObj& token) {
+  if (valid.size() >= kMostEntries) {
+    return fail(token, "The list names more than a million variables, repeats included.");
+  }
+  valid.push_back(index);
+  positions.push_back(token.position());
+  return true;
+}
+
 /// How messages call the list.
 std::string VarSpecObj::Impl::place() const {
   if (subcommand.empty()) return listName;
-  return listName.empty() ? subcommand : "the list after " + listName + " of " + subcommand;
+  return (listName.empty() ? "the variable list" : "the list after " + listName) + " of " +
+         subcommand;
+}
+
+/// `which` counts in `valid`.
+void VarSpecObj::Impl::reportCommon(const Impl& other, ptrdiff_t which) const {
+  const auto at = static_cast<size_t>(which);
+  const std::string& name = currentSession().dataset->declaration(valid[at]).name;
+  const std::vector<std::string> arguments = {name, place(), other.place()};
+  if (at >= positions.size()) {
+    workbench::report(workbench::Severity::kError, "Var ^1 common to ^2 and ^3", arguments);
+    return;
+  }
+  const std::string role =
+      other.isWeight ? "is the weight variable and" : "stands in " + other.place() + " and";
+  workbench::reportSyntaxError(
+      *currentSession().command,
+      {positions[at],
+       "The variable " + shortQuoted(name) + " " + role + " cannot stand in " + place() + " too.",
+       ""});
 }
 
 bool VarSpecObj::Impl::resolve(const TokenInfoObj& token, VarIndex& index) {
   if (token.isReservedWord()) {
-    return fail(token, "\"" + token.getText() +
-                           "\" is a reserved word and cannot stand here. A variable of that name "
+    return fail(token, shortQuoted(token.getText()) +
+                           " is a reserved word and cannot stand here. A variable of that name "
                            "goes in double quotes.");
   }
   if (token.kind() != Kind::kWord && token.kind() != Kind::kString) {
     return fail(token,
-                "\"" + token.getText() + "\" stands where the name of a variable is expected.");
+                shortQuoted(token.getText()) + " stands where the name of a variable is expected.");
   }
   index = source.FindVariable(token.getText());
   if (index >= 0) return true;
+  if (!reporting) return false;
   std::vector<std::string> names;
   for (VarIndex i = 0; i < source.GetVariableCount(); ++i) {
     names.push_back(currentSession().dataset->declaration(i).name);
   }
-  return fail(token, "\"" + token.getText() + "\" is not a variable of the data.",
-              workbench::nearest(token.getText(), names));
+  const std::string suggestion = workbench::nearest(token.getText(), names);
+  return fail(token, shortQuoted(token.getText()) + " is not a variable of the data.",
+              suggestion.empty() ? "" : workbench::writtenName(suggestion));
 }
 
 bool VarSpecObj::Impl::resolveRange(const Tokens& tokens, size_t& at) {
   VarIndex first = -1;
   if (!resolve(tokens[at], first)) return false;
   if (at + 1 >= tokens.size() || tokens[at + 1].getOperatorCode() != workbench::kOperatorTo) {
-    valid.push_back(first);
     ++at;
-    return true;
+    return add(first, tokens[at - 1]);
   }
   if (at + 2 >= tokens.size()) return fail(tokens[at + 1], "TO has no variable after it.");
   VarIndex last = -1;
@@ -92,71 +145,78 @@ bool VarSpecObj::Impl::resolveRange(const Tokens& tokens, size_t& at) {
     return fail(tokens[at + 2],
                 "The variable after TO must not stand before the first one in the data.");
   }
-  for (VarIndex index = first; index <= last; ++index) valid.push_back(index);
+  for (VarIndex index = first; index <= last; ++index) {
+    if (!add(index, tokens[at])) return false;
+  }
   at += 3;
   return true;
 }
 
-void VarSpecObj::Impl::addAll() {
-  const std::vector<VarIndex> all = workbench::allVariables(*currentSession().dataset);
-  valid.insert(valid.end(), all.begin(), all.end());
+bool VarSpecObj::Impl::addAll(const TokenInfoObj& token) {
+  for (const VarIndex index : workbench::allVariables(*currentSession().dataset)) {
+    if (!add(index, token)) return false;
+  }
+  return true;
 }
 
 bool VarSpecObj::Impl::takeQualifier(const Tokens& tokens, size_t at) {
   hasQualifier = true;
   const size_t open = at++;
-  while (at < tokens.size() && tokens[at].getText() != ")") qualifier.push_back(tokens[at++]);
+  while (at < tokens.size() && !isSymbol(tokens[at], ')')) qualifier.push_back(tokens[at++]);
   if (at >= tokens.size()) return fail(tokens[open], "The parenthesis is not closed.");
   if (at + 1 < tokens.size())
     return fail(tokens[at + 1], "Nothing may follow the parenthesis in a variable list.");
   return true;
 }
 
-VarSpecObj::VarSpecObj(const std::string& listName, const CommandDescriptor&,
-                       ProcedureDataSource& source, bool isWeight)
-    : impl_(new Impl{listName, "", source, isWeight, true, false, false, {}, {}}) {}
-VarSpecObj::VarSpecObj(const std::string& listName, const std::string& subcommand,
-                       ProcedureDataSource& source)
-    : impl_(new Impl{listName, subcommand, source, false, true, false, false, {}, {}}) {}
-VarSpecObj::~VarSpecObj() = default;
-
-bool VarSpecObj::ValidateVariables(const Tokens& tokens, int) {
-  Impl& list = *impl_;
-  list.valid.clear();
-  list.qualifier.clear();
-  list.hasQualifier = false;
+bool VarSpecObj::Impl::resolveAll(const Tokens& tokens) {
   for (size_t at = 0; at < tokens.size();) {
-    const TokenInfoObj& token = tokens[at];
-    if (token.kind() == Kind::kSymbol && token.getText() == "(" && list.allowQualifiers) {
-      if (!list.takeQualifier(tokens, at)) return false;
+    if (allowQualifiers && isSymbol(tokens[at], '(')) {
+      if (!takeQualifier(tokens, at)) return false;
       break;
     }
-    if (token.getOperatorCode() == workbench::kOperatorAll) {
-      list.addAll();
-      ++at;
-    } else if (!list.resolveRange(tokens, at)) {
+    if (tokens[at].getOperatorCode() == workbench::kOperatorAll) {
+      if (!addAll(tokens[at++])) return false;
+    } else if (!resolveRange(tokens, at)) {
       return false;
     }
   }
-  if (!list.valid.empty()) return true;
-  if (tokens.empty()) return list.failAtEnd("The variables of " + list.place() + " are missing.");
-  return list.fail(tokens.front(), "There is no variable in " + list.place() + ".");
+  if (!valid.empty()) return true;
+  if (tokens.empty()) return failAtEnd("There is no variable in " + place() + ".");
+  return fail(tokens.front(), "There is no variable in " + place() + ".");
+}
+
+VarSpecObj::VarSpecObj(const std::string& listName, const CommandDescriptor&,
+                       ProcedureDataSource& source, bool isWeight)
+    : impl_(new Impl{listName, "", source, isWeight, true, false, false, {}, {}, {}}) {}
+VarSpecObj::VarSpecObj(const std::string& listName, const std::string& subcommand,
+                       ProcedureDataSource& source)
+    : impl_(new Impl{listName, subcommand, source, false, true, false, false, {}, {}, {}}) {}
+VarSpecObj::~VarSpecObj() = default;
+
+bool VarSpecObj::ValidateVariables(const Tokens& tokens, int) {
+  impl_->clear();
+  if (impl_->resolveAll(tokens)) return true;
+  impl_->clear();
+  return false;
 }
 
 VarIndex VarSpecObj::ValidateVariable(const TokenInfoObj& token) {
   VarIndex index = -1;
-  impl_->valid.clear();
+  impl_->clear();
   if (!impl_->resolve(token, index)) return -1;
-  impl_->valid.push_back(index);
+  impl_->add(index, token);
   return index;
 }
 
 bool VarSpecObj::SetVariables(const std::vector<VarIndex>& variables, int) {
+  impl_->clear();
   impl_->valid = variables;
   return true;
 }
 
 bool VarSpecObj::SetVariable(VarIndex variable) {
+  impl_->clear();
   impl_->valid = {variable};
   const workbench::Variable& entry = currentSession().dataset->declaration(variable);
   if (!impl_->isWeight || !entry.isString()) return true;
@@ -169,17 +229,14 @@ bool VarSpecObj::SetVariable(VarIndex variable) {
 std::vector<VarIndex> VarSpecObj::GetValidVarList() const { return impl_->valid; }
 
 bool VarSpecObj::CheckCommonVars(const VarSpecObj& other) {
-  for (const VarIndex index : impl_->valid) {
-    const auto& others = other.impl_->valid;
-    if (std::find(others.begin(), others.end(), index) == others.end()) continue;
-    if (impl_->reporting) {
-      workbench::report(workbench::Severity::kError, "Var ^1 common to ^2 and ^3",
-                        {currentSession().dataset->declaration(index).name, impl_->place(),
-                         other.impl_->place()});
-    }
-    return false;
-  }
-  return true;
+  const std::vector<VarIndex>& others = other.impl_->valid;
+  const auto isCommon = [&](VarIndex index) {
+    return std::find(others.begin(), others.end(), index) != others.end();
+  };
+  const auto common = std::find_if(impl_->valid.begin(), impl_->valid.end(), isCommon);
+  if (common == impl_->valid.end()) return true;
+  if (impl_->reporting) impl_->reportCommon(*other.impl_, common - impl_->valid.begin());
+  return false;
 }
 
 void VarSpecObj::SetAllowQualifiers(bool allow) { impl_->allowQualifiers = allow; }
@@ -194,8 +251,8 @@ bool VarSpecObj::ValidateCatValue(const std::string& text, void* buffer, ZELK_Fo
   format = variable.GetFormat();
   const int32_t width = variable.GetType();
   if (width == 0) {
-    const auto value = workbench::parseValue(currentSession().dataset->declaration(index), text);
-    if (!value || !std::isfinite(*value)) return false;
+    const auto value = workbench::parseValue(currentSession().dataset->variable(index), text);
+    if (!value || !std::isfinite(*value) || *value == kSystemMissing) return false;
     const double number = *value == 0.0 ? 0.0 : *value;  // minus zero is zero
     std::memcpy(buffer, &number, sizeof number);
     return true;

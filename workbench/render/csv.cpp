@@ -1,88 +1,92 @@
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <string>
+#include <string_view>
+#include <vector>
 
-#include "host/constants.h"
+#include "workbench/render/cell_texts.h"
 #include "workbench/render/render.h"
+#include "workbench/render/writer.h"
 
 namespace workbench {
 namespace {
 
+using Names = std::vector<std::string>;
+
 /// A text field. A text that a spreadsheet would run as a formula gets an apostrophe before it.
-std::string field(const std::string& text) {
-  std::string result = text;
-  if (!result.empty() && std::string("=+-@\t\r").find(result[0]) != std::string::npos) {
-    result.insert(0, 1, '\'');
-  }
+std::string field(std::string_view text) {
+  constexpr std::string_view kFormulaStarts = "=+-@\t\r";
+  const bool isFormula = !text.empty() && kFormulaStarts.find(text[0]) != std::string_view::npos;
+  std::string result = isFormula ? "'" : "";
+  result += text;
   if (result.find_first_of(",\"\r\n") == std::string::npos) return result;
-  std::string escaped = "\"";
-  for (const char c : result) escaped += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return escaped + '"';
+  std::string quoted = "\"";
+  for (const char c : result) quoted.append(c == '"' ? 2 : 1, c);
+  return quoted + '"';
 }
 
-std::string number(double value) {
-  if (value == kSystemMissing) return "";
-  if (std::isnan(value)) return "NaN";
-  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
-  std::array<char, 32> buffer{};
-  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
-}
-
-std::string joined(const std::vector<std::string>& path) {
+std::string joined(const std::vector<std::string_view>& path) {
   std::string result;
-  for (const std::string& text : path) result += (result.empty() ? "" : " / ") + text;
+  for (const std::string_view text : path) {
+    if (!result.empty()) result += " / ";
+    result += text;
+  }
   return result;
 }
 
 /// The names that get a column each, in order of first appearance.
 struct Columns {
-  std::vector<std::string> splits;
-  std::vector<std::string> dimensions;
+  Names splits;
+  Names dimensions;
 };
 
-void addName(std::vector<std::string>& names, const std::string& name) {
+void addName(Names& names, const std::string& name) {
   if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
 }
 
-Columns columnsOf(const OutputDocument& document) {
-  Columns columns;
-  for (const auto& procedure : document.procedures()) {
-    for (const auto& table : procedure->tables) {
-      for (const auto& [name, value] : table->split()) addName(columns.splits, name);
-      for (const int axis : {0, 1}) {
-        for (const size_t d : table->displayOrder(axis)) {
-          const Dimension& dimension = table->dimensions()[d];
-          addName(dimension.isSplit ? columns.splits : columns.dimensions, dimension.label().text);
-        }
-      }
+void addColumnsOf(const Table& table, Columns& columns) {
+  for (const auto& [name, value] : table.split()) addName(columns.splits, name);
+  for (const int axis : {0, 1}) {
+    for (const size_t d : table.displayOrder(axis)) {
+      const Dimension& dimension = table.dimensions()[d];
+      addName(dimension.isSplit ? columns.splits : columns.dimensions, dimension.label().text);
     }
   }
-  return columns;
 }
 
-/// One table: every leaf's field is made once and not per cell.
+/// The names of all columns; one that is taken already gets a number.
+Names headerOf(const Columns& columns) {
+  Names taken{"table", "value", "note"};
+  Names header{"table"};
+  for (const Names* names : {&columns.splits, &columns.dimensions}) {
+    for (const std::string& name : *names) {
+      std::string own = name;
+      for (int i = 2; std::find(taken.begin(), taken.end(), own) != taken.end(); ++i) {
+        own = name + " (" + std::to_string(i) + ")";
+      }
+      taken.push_back(own);
+      header.push_back(own);
+    }
+  }
+  header.insert(header.end(), {"value", "note"});
+  return header;
+}
+
+/// The rows of one table. A leaf's field is made once and not for every cell.
 class TableRows {
  public:
   TableRows(const Table& table, const Columns& columns)
       : table_(table), start_(field(table.title().text)) {
     for (const std::string& name : columns.splits) addColumn(name, true);
     for (const std::string& name : columns.dimensions) addColumn(name, false);
-    for (const std::string& note : table.noteTexts()) notes_.push_back(field(note));
+    for (const CellNoteText& note : table.notes()) notes_.push_back(field(note.text));
   }
 
-  void write(std::ostream& out) const {
+  void write(Writer& out) const {
     for (size_t cell = 0; cell < table_.cellCount(); ++cell) {
       out << start_;
-      for (const Column& column : columns_) {
-        out << ',';
-        const int32_t leaf =
-            column.dimension < 0 ? -1 : table_.leafOf(cell, static_cast<size_t>(column.dimension));
-        out << (leaf < 0 ? column.constant : column.leaves[static_cast<size_t>(leaf)]);
-      }
+      for (const Column& column : columns_) out << ',' << textAt(column, cell);
       const TableCell& content = table_.cell(cell);
-      out << ',' << number(content.value) << ',';
+      out << ',' << exactNumber(content.value) << ',';
       if (content.note >= 0) out << notes_[static_cast<size_t>(content.note)];
       out << '\n';
     }
@@ -90,10 +94,16 @@ class TableRows {
 
  private:
   struct Column {
-    int dimension = -1;
-    std::string constant;
-    std::vector<std::string> leaves;
+    bool hasDimension = false;
+    size_t dimension = 0;
+    std::string constant;  // of a table that has no such dimension
+    Names leaves;
   };
+
+  const std::string& textAt(const Column& column, size_t cell) const {
+    const int32_t leaf = column.hasDimension ? table_.leafOf(cell, column.dimension) : -1;
+    return leaf < 0 ? column.constant : column.leaves[static_cast<size_t>(leaf)];
+  }
 
   void addColumn(const std::string& name, bool isSplit) {
     Column column;
@@ -103,7 +113,8 @@ class TableRows {
     for (size_t d = 0; d < table_.dimensions().size(); ++d) {
       const Dimension& dimension = table_.dimensions()[d];
       if (dimension.isSplit != isSplit || dimension.label().text != name) continue;
-      column.dimension = static_cast<int>(d);
+      column.hasDimension = true;
+      column.dimension = d;
       for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
         column.leaves.push_back(field(joined(dimension.path(leaf))));
       }
@@ -114,21 +125,24 @@ class TableRows {
   const Table& table_;
   std::string start_;
   std::vector<Column> columns_;
-  std::vector<std::string> notes_;
+  Names notes_;
 };
 
 }  // namespace
 
-void renderCsv(const OutputDocument& document, std::ostream& out) {
-  const Columns columns = columnsOf(document);
-  out << "table";
-  for (const auto* names : {&columns.splits, &columns.dimensions}) {
-    for (const std::string& name : *names) out << ',' << field(name);
+void renderCsv(const OutputDocument& document, std::ostream& stream) {
+  Columns columns;
+  for (const auto& procedure : document.procedures()) {
+    for (const auto& table : procedure->tables) addColumnsOf(*table, columns);
   }
-  out << ",value,note\n";
+  Writer out(stream);
+  std::string line;
+  for (const std::string& name : headerOf(columns)) line += (line.empty() ? "" : ",") + field(name);
+  out << line << '\n';
   for (const auto& procedure : document.procedures()) {
     for (const auto& table : procedure->tables) TableRows(*table, columns).write(out);
   }
+  out.finish();
 }
 
 }  // namespace workbench

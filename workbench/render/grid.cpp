@@ -1,132 +1,138 @@
 #include "workbench/render/grid.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
+#include <limits>
+#include <numeric>
 
 namespace workbench {
 namespace {
 
-/// Leaves in tree order: position of each leaf.
-std::vector<int32_t> treeOrder(const Dimension& dimension) {
-  std::vector<int32_t> order(static_cast<size_t>(dimension.leafCount()), 0);
+/// The position of each leaf when the tree is read from its root; last for no leaf (index -1 + 1).
+std::vector<int32_t> ranks(const Dimension& dimension) {
+  std::vector<int32_t> result(static_cast<size_t>(dimension.leafCount()) + 1, 0);
   int32_t next = 0;
   std::vector<int32_t> open{0};
   while (!open.empty()) {
-    const DimensionNode& node = dimension.nodes()[static_cast<size_t>(open.back())];
+    const DimensionNode& node = dimension.node(open.back());
     open.pop_back();
-    if (node.leaf >= 0) order[static_cast<size_t>(node.leaf)] = next++;
+    if (node.leaf >= 0) result[static_cast<size_t>(node.leaf) + 1] = next++;
     open.insert(open.end(), node.children.rbegin(), node.children.rend());
   }
-  return order;
+  result[0] = std::numeric_limits<int32_t>::max();
+  return result;
 }
-
-class AxisLayout {
- public:
-  AxisLayout(const Table& table, const std::vector<size_t>& dimensions)
-      : table_(table), dimensions_(dimensions) {
-    for (const size_t d : dimensions) order_.push_back(treeOrder(table.dimensions()[d]));
-  }
-
-  Place placeOf(size_t cell) const {
-    Place place;
-    for (const size_t d : dimensions_) place.push_back(table_.leafOf(cell, d));
-    return place;
-  }
-
-  /// All places that have cells and, in rows, a place for each category that has none.
-  std::vector<Place> places(bool withEmpty) const {
-    std::set<Place> found;
-    for (size_t cell = 0; cell < table_.cellCount(); ++cell) found.insert(placeOf(cell));
-    if (withEmpty) addEmpty(found);
-    std::vector<Place> sorted(found.begin(), found.end());
-    std::sort(sorted.begin(), sorted.end(),
-              [this](const Place& a, const Place& b) { return sortKey(a) < sortKey(b); });
-    return sorted;
-  }
-
- private:
-  Place sortKey(const Place& place) const {
-    Place key(place.size(), -1);
-    for (size_t i = 0; i < place.size(); ++i) {
-      if (place[i] >= 0) key[i] = order_[i][static_cast<size_t>(place[i])];
-    }
-    return key;
-  }
-
-  /// Readers are spared categories that were gathered from other groups and show a missing value.
-  void addEmpty(std::set<Place>& found) const {
-    for (size_t i = 0; i < dimensions_.size(); ++i) {
-      const Dimension& dimension = table_.dimensions()[dimensions_[i]];
-      if (dimension.isSplit) continue;
-      std::vector<bool> used(static_cast<size_t>(dimension.leafCount()), false);
-      for (const Place& place : found) {
-        if (place[i] >= 0) used[static_cast<size_t>(place[i])] = true;
-      }
-      for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
-        const auto& node = dimension.nodes()[static_cast<size_t>(dimension.leafNode(leaf))];
-        if (used[static_cast<size_t>(leaf)] || node.label.showsMissing) continue;
-        Place place(dimensions_.size(), -1);
-        place[i] = leaf;
-        found.insert(place);
-      }
-    }
-  }
-
-  const Table& table_;
-  const std::vector<size_t>& dimensions_;
-  std::vector<std::vector<int32_t>> order_;
-};
-
-std::map<Place, size_t> numbered(const std::vector<Place>& places) {
-  std::map<Place, size_t> numbers;
-  for (size_t i = 0; i < places.size(); ++i) numbers.emplace(places[i], i);
-  return numbers;
-}
-
-}  // namespace
 
 size_t depthOf(const Dimension& dimension) {
+  std::vector<size_t> depths(dimension.nodes().size(), 0);
   size_t deepest = 1;
-  for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
-    deepest = std::max(deepest, dimension.path(leaf).size());
+  for (size_t i = 1; i < depths.size(); ++i) {  // parents come before their children
+    const DimensionNode& node = dimension.nodes()[i];
+    depths[i] = depths[static_cast<size_t>(node.parent)] + 1;
+    if (node.leaf >= 0) deepest = std::max(deepest, depths[i]);
   }
   return deepest;
 }
 
-Grid::Grid(const Table& source)
-    : table(source),
-      rowDimensions(source.displayOrder(0)),
-      columnDimensions(source.displayOrder(1)) {
-  const AxisLayout rowLayout(table, rowDimensions), columnLayout(table, columnDimensions);
-  rows = rowLayout.places(true);
-  columns = columnLayout.places(false);
-  const auto rowNumbers = numbered(rows), columnNumbers = numbered(columns);
-  cells.assign(rows.size(), std::vector<int64_t>(columns.size(), -1));
-  for (size_t cell = 0; cell < table.cellCount(); ++cell) {
-    cells[rowNumbers.at(rowLayout.placeOf(cell))][columnNumbers.at(columnLayout.placeOf(cell))] =
-        static_cast<int64_t>(cell);
+uint64_t hashOf(const int32_t* place, size_t size) {
+  uint64_t result = size;
+  for (size_t i = 0; i < size; ++i) {
+    result = (result ^ static_cast<uint32_t>(place[i])) * 0x9E3779B97F4A7C15u;
+    result ^= result >> 29;
+  }
+  return result;
+}
+
+}  // namespace
+
+GridAxis::GridAxis(const Table& table, int axis)
+    : table_(table), dimensions_(table.displayOrder(axis)) {
+  for (const size_t d : dimensions_) depths_.push_back(depthOf(table.dimensions()[d]));
+  addCells();
+  addEmptyCategories();
+  sortPlaces();
+}
+
+uint32_t GridAxis::findOrAdd(const std::vector<int32_t>& place) {
+  const size_t size = dimensions_.size();
+  const uint64_t hash = hashOf(place.data(), size);
+  const uint32_t known = index_.find(hash, [&](uint32_t number) {
+    return std::equal(place.begin(), place.end(), leaves_.data() + number * size);
+  });
+  if (known != NumberIndex::kNone) return known;
+  index_.makeRoom([&](uint32_t number) { return hashOf(leaves_.data() + number * size, size); });
+  leaves_.insert(leaves_.end(), place.begin(), place.end());
+  index_.insert(hash, static_cast<uint32_t>(found_));
+  return static_cast<uint32_t>(found_++);
+}
+
+void GridAxis::addCells() {
+  std::vector<int32_t> place(dimensions_.size());
+  placeOfCell_.reserve(table_.cellCount());
+  for (size_t cell = 0; cell < table_.cellCount(); ++cell) {
+    for (size_t i = 0; i < place.size(); ++i) place[i] = table_.leafOf(cell, dimensions_[i]);
+    placeOfCell_.push_back(findOrAdd(place));
   }
 }
 
-std::vector<const LabelData*> Grid::headings(const std::vector<size_t>& dimensions,
-                                             const Place& place) const {
-  static const LabelData none;
-  std::vector<const LabelData*> labels;
-  for (size_t i = 0; i < dimensions.size(); ++i) {
-    const Dimension& dim = dimension(dimensions[i]);
-    std::vector<const LabelData*> path;
-    if (place[i] >= 0) {
-      for (int32_t n = dim.leafNode(place[i]); n > 0;
-           n = dim.nodes()[static_cast<size_t>(n)].parent) {
-        path.push_back(&dim.nodes()[static_cast<size_t>(n)].label);
-      }
-      std::reverse(path.begin(), path.end());
+void GridAxis::addEmptyCategories() {
+  const size_t size = dimensions_.size();
+  const size_t withCells = found_;
+  for (size_t i = 0; i < size; ++i) {
+    const Dimension& dimension = table_.dimensions()[dimensions_[i]];
+    std::vector<bool> used(static_cast<size_t>(dimension.leafCount()), false);
+    for (size_t place = 0; place < withCells; ++place) {
+      const int32_t leaf = leaves_[place * size + i];
+      if (leaf >= 0) used[static_cast<size_t>(leaf)] = true;
     }
-    path.resize(std::max(path.size(), depthOf(dim)), &none);
-    labels.insert(labels.end(), path.begin(), path.end());
+    std::vector<int32_t> place(size, -1);
+    for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
+      if (used[static_cast<size_t>(leaf)]) continue;
+      if (dimension.node(dimension.leafNode(leaf)).label.showsMissing) continue;
+      place[i] = leaf;
+      findOrAdd(place);
+    }
   }
-  return labels;
+}
+
+void GridAxis::sortPlaces() {
+  const size_t size = dimensions_.size();
+  std::vector<std::vector<int32_t>> rankOf;
+  for (const size_t d : dimensions_) rankOf.push_back(ranks(table_.dimensions()[d]));
+  order_.resize(found_);
+  std::iota(order_.begin(), order_.end(), 0u);
+  std::stable_sort(order_.begin(), order_.end(), [&](uint32_t a, uint32_t b) {
+    for (size_t i = 0; i < size; ++i) {
+      const int32_t x = rankOf[i][static_cast<size_t>(leaves_[a * size + i] + 1)];
+      const int32_t y = rankOf[i][static_cast<size_t>(leaves_[b * size + i] + 1)];
+      if (x != y) return x < y;
+    }
+    return false;
+  });
+  std::vector<uint32_t> position(found_);
+  for (uint32_t i = 0; i < order_.size(); ++i) position[order_[i]] = i;
+  for (uint32_t& place : placeOfCell_) place = position[place];
+}
+
+int32_t GridAxis::node(size_t place, size_t dimension) const {
+  const int32_t leaf = leaves_[order_[place] * dimensions_.size() + dimension];
+  return leaf < 0 ? -1 : table_.dimensions()[dimensions_[dimension]].leafNode(leaf);
+}
+
+std::vector<std::string_view> GridAxis::path(size_t place, size_t dimension) const {
+  const int32_t leaf = leaves_[order_[place] * dimensions_.size() + dimension];
+  if (leaf < 0) return {};
+  return table_.dimensions()[dimensions_[dimension]].path(leaf);
+}
+
+Grid::Grid(const Table& table)
+    : table_(table),
+      rows_(table, 0),
+      columns_(table, 1),
+      cells_(rows_.placeCount() * columns_.placeCount(), kNoCell) {
+  for (size_t cell = 0; cell < table.cellCount(); ++cell) {
+    cells_[rows_.placeOf(cell) * columns_.placeCount() + columns_.placeOf(cell)] =
+        static_cast<uint32_t>(cell);
+  }
 }
 
 }  // namespace workbench

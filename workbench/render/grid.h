@@ -1,37 +1,68 @@
 /// A table laid out for reading: rows and columns in display order.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "workbench/output/document.h"
 
 namespace workbench {
 
-/// Where a row or column stands: a leaf per dimension of its axis, outermost first; -1 in the inner
-/// dimensions of a category without cells.
-using Place = std::vector<int32_t>;
+/// One axis of a table. Its places (rows or columns) are those where cells stand and, for each
+/// category without cells, one with that category alone; such a category is left out when its label
+/// shows a missing value.
+class GridAxis {
+ public:
+  GridAxis(const Table& table, int axis);
 
-struct Grid {
-  explicit Grid(const Table& table);
+  size_t placeCount() const { return order_.size(); }
+  /// By position in the table's dimensions(), outermost first.
+  const std::vector<size_t>& dimensions() const { return dimensions_; }
+  /// Levels of labels of a dimension of this axis: groups and leaf.
+  size_t depth(size_t dimension) const { return depths_[dimension]; }
+  /// The place of a cell.
+  size_t placeOf(size_t cell) const { return placeOfCell_[cell]; }
+  /// The node of a place in a dimension of this axis, -1 when the place has none.
+  int32_t node(size_t place, size_t dimension) const;
+  /// Labels from the groups down to that node; empty without one.
+  std::vector<std::string_view> path(size_t place, size_t dimension) const;
 
-  const Table& table;
-  std::vector<size_t> rowDimensions;
-  std::vector<size_t> columnDimensions;
-  std::vector<Place> rows;
-  std::vector<Place> columns;
-  /// Cell number per row and column; -1 where there is none.
-  std::vector<std::vector<int64_t>> cells;
+ private:
+  uint32_t findOrAdd(const std::vector<int32_t>& place);
+  void addCells();
+  void addEmptyCategories();
+  void sortPlaces();
 
-  /// Labels from the outside in of a place; groups of a dimension come before their leaf. Inner
-  /// places without a leaf give empty labels, so that all rows have the same depth.
-  std::vector<const LabelData*> headings(const std::vector<size_t>& dimensions,
-                                         const Place& place) const;
-  const Dimension& dimension(size_t index) const { return table.dimensions()[index]; }
+  const Table& table_;
+  std::vector<size_t> dimensions_;
+  std::vector<size_t> depths_;
+  std::vector<int32_t> leaves_;  // of places in order of discovery, one per dimension
+  size_t found_ = 0;
+  NumberIndex index_;
+  std::vector<uint32_t> placeOfCell_;
+  std::vector<uint32_t> order_;  // places as discovered, in display order
 };
 
-/// Levels of groups above the deepest leaf, leaf included.
-size_t depthOf(const Dimension& dimension);
+class Grid {
+ public:
+  static constexpr uint32_t kNoCell = UINT32_MAX;
+
+  explicit Grid(const Table& table);
+
+  const Table& table() const { return table_; }
+  const GridAxis& rows() const { return rows_; }
+  const GridAxis& columns() const { return columns_; }
+  uint32_t cell(size_t row, size_t column) const {
+    return cells_[row * columns_.placeCount() + column];
+  }
+
+ private:
+  const Table& table_;
+  GridAxis rows_;
+  GridAxis columns_;
+  std::vector<uint32_t> cells_;
+};
 
 }  // namespace workbench

@@ -1,62 +1,29 @@
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
-#include "host/constants.h"
-#include "workbench/render/number_text.h"
+#include "workbench/render/cell_texts.h"
 #include "workbench/render/render.h"
+#include "workbench/render/writer.h"
 
 namespace workbench {
 namespace {
 
 /// A JSON string; bytes that are no UTF-8 become the replacement character.
-std::string quoted(const std::string& text) {
+std::string jsonString(std::string_view text) {
   return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-std::string number(double value) {
+std::string jsonNumber(double value) {
   if (value == kSystemMissing) return "null";
-  if (std::isnan(value)) return "\"NaN\"";
-  if (std::isinf(value)) return value > 0 ? "\"Infinity\"" : "\"-Infinity\"";
-  std::array<char, 32> buffer{};
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-  return {buffer.data(), end};
-}
-
-std::string strings(const std::vector<std::string>& texts) {
-  std::string result = "[";
-  for (const std::string& text : texts) result += (result.size() > 1 ? "," : "") + quoted(text);
-  return result + ']';
-}
-
-std::string splitObject(const ShownSplit& split) {
-  std::string result = "{";
-  for (const auto& [name, value] : split) {
-    result += (result.size() > 1 ? "," : "") + quoted(name) + ':' + quoted(value);
-  }
-  return result + '}';
-}
-
-std::string noteObject(const DocumentNote& note) {
-  return "{\"section\":" + std::to_string(note.section) + ",\"label\":" + quoted(note.label) +
-         ",\"key\":" + quoted(note.key) + ",\"value\":" + quoted(note.value) + '}';
-}
-
-std::string messageObject(const DocumentMessage& message) {
-  const char* severity = message.severity == Severity::kError ? "error" : "warning";
-  std::string result =
-      std::string("{\"severity\":\"") + severity + "\",\"level\":" + std::to_string(message.level) +
-      ",\"key\":" + quoted(message.key) + ",\"arguments\":" + strings(message.arguments) +
-      ",\"text\":" + quoted(message.text);
-  if (!message.split.empty()) result += ",\"split\":" + splitObject(message.split);
-  return result + '}';
+  const std::string text = exactNumber(value);
+  return std::isfinite(value) ? text : jsonString(text);
 }
 
 /// Writes the items of a list, one after the other, with commas and line breaks.
 template <typename List, typename Write>
-void writeList(std::ostream& out, const List& list, Write write) {
+void writeList(Writer& out, const List& list, Write write) {
   out << '[';
   bool first = true;
   for (const auto& item : list) {
@@ -67,59 +34,90 @@ void writeList(std::ostream& out, const List& list, Write write) {
   out << ']';
 }
 
+template <typename List>
+std::string strings(const List& texts) {
+  std::string result = "[";
+  for (const auto& text : texts) {
+    if (result.size() > 1) result += ',';
+    result += jsonString(text);
+  }
+  return result + ']';
+}
+
+std::string splitObject(const ShownSplit& split) {
+  std::string result = "{";
+  for (const auto& [name, value] : split) {
+    if (result.size() > 1) result += ',';
+    result.append(jsonString(name)).append(":").append(jsonString(value));
+  }
+  return result + '}';
+}
+
+void writeNote(Writer& out, const DocumentNote& note) {
+  out << "{\"section\":" << std::to_string(note.section) << ",\"label\":" << jsonString(note.label)
+      << ",\"key\":" << jsonString(note.key) << ",\"value\":" << jsonString(note.value) << '}';
+}
+
+void writeMessage(Writer& out, const DocumentMessage& message) {
+  out << "{\"severity\":\"" << (message.severity == Severity::kError ? "error" : "warning")
+      << "\",\"level\":" << std::to_string(message.level) << ",\"key\":" << jsonString(message.key)
+      << ",\"arguments\":" << strings(message.arguments)
+      << ",\"text\":" << jsonString(message.text);
+  if (!message.split.empty()) out << ",\"split\":" << splitObject(message.split);
+  out << '}';
+}
+
+/// Writes one table. What a leaf contributes to a cell is made once and not for every cell.
 class TableWriter {
  public:
-  TableWriter(const Table& table, std::ostream& out) : table_(table), out_(out) {
+  TableWriter(const Table& table, Writer& out) : table_(table), out_(out), texts_(table) {
     for (const int axis : {0, 1}) {
       for (const size_t d : table.displayOrder(axis)) order_.push_back(d);
     }
-    for (const size_t d : order_) describeLeaves(d);
+    for (const size_t d : order_) leaves_.push_back(leafMembers(table.dimensions()[d]));
+    for (const CellNoteText& note : table.notes()) notes_.push_back(jsonString(note.key));
   }
 
   void write() {
-    out_ << "{\"title\":" << quoted(table_.title().text)
-         << ",\"split\":" << splitObject(table_.split()) << ",\"dimensions\":";
+    out_ << "{\"title\":" << jsonString(table_.title().text)
+         << ",\"split\":" << splitObject(table_.split()) << ",\n\"dimensions\":";
     writeList(out_, order_, [this](size_t d) { writeDimension(table_.dimensions()[d]); });
-    out_ << ",\n\"cells\":";
-    std::vector<size_t> cells(table_.cellCount());
-    for (size_t i = 0; i < cells.size(); ++i) cells[i] = i;
-    writeList(out_, cells, [this](size_t cell) { writeCell(cell); });
-    out_ << '}';
+    out_ << ",\n\"cells\":[";
+    for (size_t cell = 0; cell < table_.cellCount(); ++cell) {
+      out_ << (cell == 0 ? "\n" : ",\n");
+      writeCell(cell);
+    }
+    out_ << "]}";
   }
 
  private:
-  struct Leaf {
-    std::string path;
-    bool isProbability;
-  };
-
-  /// `"name":[path]` of each leaf, made once and not per cell.
-  void describeLeaves(size_t d) {
-    const Dimension& dimension = table_.dimensions()[d];
-    std::vector<Leaf> leaves;
+  /// `"name":[path]` of each leaf.
+  static std::vector<std::string> leafMembers(const Dimension& dimension) {
+    const std::string name = jsonString(dimension.label().text) + ':';
+    std::vector<std::string> members;
     for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
-      const auto& node = dimension.nodes()[static_cast<size_t>(dimension.leafNode(leaf))];
-      leaves.push_back({quoted(dimension.label().text) + ':' + strings(dimension.path(leaf)),
-                        isProbabilityColumn(node.label)});
+      members.push_back(name + strings(dimension.path(leaf)));
     }
-    leaves_.push_back(std::move(leaves));
+    return members;
   }
 
   void writeDimension(const Dimension& dimension) {
-    out_ << "{\"name\":" << quoted(dimension.label().text) << ",\"axis\":\""
-         << (dimension.axis == 0 ? "row" : "column") << "\",\"categories\":";
+    out_ << "{\"name\":" << jsonString(dimension.label().text) << ",\"axis\":\""
+         << (dimension.axis == 1 ? "column" : "row") << "\",\"categories\":";
     writeChildren(dimension, 0);
     out_ << '}';
   }
 
   void writeChildren(const Dimension& dimension, int32_t parent) {
-    writeList(out_, dimension.nodes()[static_cast<size_t>(parent)].children, [&](int32_t child) {
-      const DimensionNode& node = dimension.nodes()[static_cast<size_t>(child)];
-      out_ << "{\"label\":" << quoted(node.label.text) << ",\"key\":" << quoted(node.label.key);
+    writeList(out_, dimension.node(parent).children, [&](int32_t child) {
+      const DimensionNode& node = dimension.node(child);
+      out_ << "{\"label\":" << jsonString(node.label.text)
+           << ",\"key\":" << jsonString(node.label.key);
       if (!node.footnotes.empty()) {
         out_ << ",\"notes\":";
         writeList(out_, node.footnotes, [this](const LabelData& note) {
-          out_ << "{\"key\":" << quoted(note.key) << ",\"text\":" << quoted(note.text) << '}';
+          out_ << "{\"key\":" << jsonString(note.key) << ",\"text\":" << jsonString(note.text)
+               << '}';
         });
       }
       if (node.leaf < 0) {
@@ -131,39 +129,39 @@ class TableWriter {
   }
 
   void writeCell(size_t index) {
-    const TableCell& cell = table_.cell(index);
-    bool isProbability = false;
     out_ << "{\"at\":{";
     bool first = true;
     for (size_t i = 0; i < order_.size(); ++i) {
       const int32_t leaf = table_.leafOf(index, order_[i]);
       if (leaf < 0) continue;
-      const Leaf& described = leaves_[i][static_cast<size_t>(leaf)];
-      out_ << (first ? "" : ",") << described.path;
+      out_ << (first ? "" : ",") << leaves_[i][static_cast<size_t>(leaf)];
       first = false;
-      isProbability |= described.isProbability;
     }
-    out_ << "},\"value\":" << number(cell.value)
-         << ",\"text\":" << quoted(cellText(cell, isProbability));
+    const TableCell& cell = table_.cell(index);
+    // A number's text has no character that JSON would escape.
+    out_ << "},\"value\":" << jsonNumber(cell.value) << ",\"text\":\"" << texts_(index) << '"';
     if (cell.note >= 0) {
-      out_ << ",\"notes\":[" << quoted(table_.noteKeys()[static_cast<size_t>(cell.note)]) << ']';
+      out_ << ",\"notes\":[" << notes_[static_cast<size_t>(cell.note)] << ']';
     }
     out_ << '}';
   }
 
   const Table& table_;
-  std::ostream& out_;
+  Writer& out_;
+  CellTexts texts_;
   std::vector<size_t> order_;
-  std::vector<std::vector<Leaf>> leaves_;
+  std::vector<std::vector<std::string>> leaves_;
+  std::vector<std::string> notes_;
 };
 
-void writeProcedure(const DocumentProcedure& procedure, std::ostream& out) {
-  out << "{\"title\":" << quoted(procedure.title) << ",\"command\":" << quoted(procedure.command)
-      << ",\"status\":\"" << (procedure.failed ? "failed" : "ok") << "\",\n\"notes\":";
-  writeList(out, procedure.notes, [&](const DocumentNote& note) { out << noteObject(note); });
+void writeProcedure(Writer& out, const DocumentProcedure& procedure) {
+  out << "{\"title\":" << jsonString(procedure.title)
+      << ",\"command\":" << jsonString(procedure.command) << ",\"status\":\""
+      << (procedure.failed ? "failed" : "ok") << "\",\n\"notes\":";
+  writeList(out, procedure.notes, [&](const DocumentNote& note) { writeNote(out, note); });
   out << ",\n\"messages\":";
   writeList(out, procedure.messages,
-            [&](const DocumentMessage& message) { out << messageObject(message); });
+            [&](const DocumentMessage& message) { writeMessage(out, message); });
   out << ",\n\"tables\":";
   writeList(out, procedure.tables, [&](const auto& table) { TableWriter(*table, out).write(); });
   out << '}';
@@ -171,11 +169,13 @@ void writeProcedure(const DocumentProcedure& procedure, std::ostream& out) {
 
 }  // namespace
 
-void renderJson(const OutputDocument& document, std::ostream& out) {
+void renderJson(const OutputDocument& document, std::ostream& stream) {
+  Writer out(stream);
   out << "{\"schema\":\"proportions-output/1\",\"procedures\":";
   writeList(out, document.procedures(),
-            [&](const auto& procedure) { writeProcedure(*procedure, out); });
+            [&](const auto& procedure) { writeProcedure(out, *procedure); });
   out << "}\n";
+  out.finish();
 }
 
 }  // namespace workbench

@@ -1,16 +1,21 @@
+#include <algorithm>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "workbench/render/cell_texts.h"
+#include "workbench/render/footnotes.h"
 #include "workbench/render/grid.h"
-#include "workbench/render/number_text.h"
 #include "workbench/render/render.h"
-#include "workbench/render/report_text.h"
+#include "workbench/render/writer.h"
 #include "workbench/text/display_width.h"
 
 namespace workbench {
 namespace {
 
-/// A text that reads as itself: everything that Markdown or HTML would take for a sign is escaped.
-std::string escaped(const std::string& text) {
+/// A text that reads as itself: all that Markdown or HTML would take for a sign is escaped.
+std::string escaped(std::string_view text) {
+  constexpr std::string_view kSigns = "\\`*_{}[]()#|~$!^";
   std::string result;
   for (const char c : printable(text)) {
     if (c == '<') {
@@ -20,104 +25,155 @@ std::string escaped(const std::string& text) {
     } else if (c == '&') {
       result += "&amp;";
     } else {
-      if (std::string("\\`*_{}[]#|~$!").find(c) != std::string::npos) result += '\\';
+      if (kSigns.find(c) != std::string_view::npos) result += '\\';
       result += c;
     }
   }
+  // At the start of a line these would begin a list.
+  if (!result.empty() && std::string_view("-+=").find(result[0]) != std::string_view::npos) {
+    result.insert(0, 1, '\\');
+  }
+  const size_t digits = std::min(result.find_first_not_of("0123456789"), result.size());
+  if (digits > 0 && digits < result.size() && result[digits] == '.') result.insert(digits, 1, '\\');
   return result;
 }
 
-std::string joined(const std::vector<const LabelData*>& labels) {
+std::string superscript(size_t number) { return "<sup>" + Footnotes::letters(number) + "</sup>"; }
+
+std::string joined(const std::vector<std::string_view>& path) {
   std::string result;
-  for (const LabelData* label : labels) {
-    if (!label->text.empty()) result += (result.empty() ? "" : " / ") + label->text;
+  for (const std::string_view label : path) {
+    result += (result.empty() ? "" : ": ") + escaped(shownCategory(label));
   }
   return result;
 }
 
-void writeHeader(const Grid& grid, Footnotes& notes, std::ostream& out) {
-  std::string alignment = "|";
-  out << '|';
-  for (const size_t d : grid.rowDimensions) {
-    out << ' ' << escaped(grid.dimension(d).label().text) << " |";
-    alignment += " --- |";
-  }
-  for (const Place& place : grid.columns) {
-    out << ' ' << escaped(joined(grid.headings(grid.columnDimensions, place)));
-    const Dimension& dimension = grid.dimension(grid.columnDimensions.back());
-    const auto& node = dimension.nodes()[static_cast<size_t>(dimension.leafNode(place.back()))];
-    for (const LabelData& note : node.footnotes)
-      out << " <sup>" << notes.mark(note.text) << "</sup>";
-    out << " |";
-    alignment += " ---: |";
-  }
-  out << '\n' << alignment << '\n';
-}
+class MarkdownTable {
+ public:
+  MarkdownTable(const Table& table, Writer& out) : grid_(table), texts_(table), out_(out) {}
 
-void writeRow(const Grid& grid, size_t row, Footnotes& notes, std::ostream& out) {
-  out << '|';
-  for (size_t i = 0; i < grid.rowDimensions.size(); ++i) {
-    const Place place{grid.rows[row][i]};
-    out << ' ' << escaped(joined(grid.headings({grid.rowDimensions[i]}, place))) << " |";
+  void write() {
+    out_ << "### " << escaped(tableHeading(grid_.table())) << "\n\n";
+    writeHeader();
+    for (size_t row = 0; row < grid_.rows().placeCount(); ++row) writeRow(row);
+    out_ << '\n';
+    for (size_t i = 0; i < footnotes_.texts().size(); ++i) {
+      out_ << superscript(i) << ' ' << escaped(footnotes_.texts()[i]) << "\n\n";
+    }
   }
-  for (size_t c = 0; c < grid.columns.size(); ++c) {
-    const int64_t index = grid.cells[row][c];
-    if (index >= 0) {
-      const TableCell& cell = grid.table.cell(static_cast<size_t>(index));
-      const Dimension& dimension = grid.dimension(grid.columnDimensions.back());
-      const auto& node =
-          dimension.nodes()[static_cast<size_t>(dimension.leafNode(grid.columns[c].back()))];
-      out << ' ' << escaped(cellText(cell, isProbabilityColumn(node.label)));
-      if (cell.note >= 0) {
-        out << " <sup>" << notes.mark(grid.table.noteTexts()[static_cast<size_t>(cell.note)])
-            << "</sup>";
+
+ private:
+  const Dimension& dimension(size_t position) const { return grid_.table().dimensions()[position]; }
+
+  void writeHeader() {
+    std::string alignment = "|";
+    out_ << '|';
+    for (const size_t d : grid_.rows().dimensions()) {
+      out_ << ' ' << escaped(dimension(d).label().text) << " |";
+      alignment += " :--- |";
+    }
+    for (size_t c = 0; c < grid_.columns().placeCount(); ++c) {
+      out_ << ' ' << columnHeading(c) << " |";
+      alignment += " ---: |";
+    }
+    out_ << '\n' << alignment << '\n';
+  }
+
+  std::string columnHeading(size_t column) {
+    const GridAxis& axis = grid_.columns();
+    std::string heading;
+    for (size_t d = 0; d < axis.dimensions().size(); ++d) {
+      heading += (heading.empty() ? "" : ": ") + joined(axis.path(column, d));
+      const int32_t node = axis.node(column, d);
+      if (node < 0) continue;
+      for (const LabelData& note : dimension(axis.dimensions()[d]).node(node).footnotes) {
+        heading += superscript(footnotes_.numberOf(note.text));
       }
     }
-    out << " |";
+    return heading;
   }
-  out << '\n';
+
+  void writeRow(size_t row) {
+    const GridAxis& axis = grid_.rows();
+    out_ << '|';
+    bool same = row > 0;  // an outer label stands once, at the first of its rows
+    for (size_t d = 0; d < axis.dimensions().size(); ++d) {
+      same = same && d + 1 < axis.dimensions().size() && axis.node(row, d) == axis.node(row - 1, d);
+      out_ << ' ' << (same ? "" : joined(axis.path(row, d))) << " |";
+    }
+    for (size_t c = 0; c < grid_.columns().placeCount(); ++c) {
+      out_ << ' ' << cellText(grid_.cell(row, c)) << " |";
+    }
+    out_ << '\n';
+  }
+
+  std::string cellText(uint32_t cell) {
+    if (cell == Grid::kNoCell) return "";
+    std::string text = texts_(cell);
+    if (text[0] == '<') text.replace(0, 1, "&lt;");
+    const int32_t note = grid_.table().cell(cell).note;
+    if (note >= 0) {
+      const std::string& noteText = grid_.table().notes()[static_cast<size_t>(note)].text;
+      text += superscript(footnotes_.numberOf(noteText));
+    }
+    return text;
+  }
+
+  const Grid grid_;
+  const CellTexts texts_;
+  Footnotes footnotes_;
+  Writer& out_;
+};
+
+/// A block whose text is shown as it stands; its fence is longer than any in the text.
+void writeCode(std::string_view text, std::string_view indent, Writer& out) {
+  size_t longest = 2;
+  for (size_t at = 0, run = 0; at < text.size(); ++at) {
+    run = text[at] == '`' ? run + 1 : 0;
+    longest = std::max(longest, run);
+  }
+  const std::string fence(longest + 1, '`');
+  out << indent << fence << '\n';
+  for (size_t start = 0; start <= text.size();) {
+    const size_t end = std::min(text.find('\n', start), text.size());
+    out << indent << printable(text.substr(start, end - start)) << '\n';
+    start = end + 1;
+  }
+  out << indent << fence << '\n';
 }
 
-void writeTable(const Table& table, std::ostream& out) {
-  const Grid grid(table);
-  Footnotes notes;
-  out << "### " << escaped(tableHeading(table)) << "\n\n";
-  writeHeader(grid, notes, out);
-  for (size_t row = 0; row < grid.rows.size(); ++row) writeRow(grid, row, notes, out);
+/// The first line of a message as text, what follows as it stands.
+void writeMessage(const DocumentMessage& message, Writer& out) {
+  const std::string_view text = message.text;
+  const size_t end = text.find('\n');
+  out << "- **" << (message.severity == Severity::kError ? "Error:" : "Warning:") << "** "
+      << escaped(text.substr(0, end)) << '\n';
+  if (end == std::string_view::npos) return;
   out << '\n';
-  for (size_t i = 0; i < notes.texts().size(); ++i) {
-    out << "<sup>" << Footnotes::letter(i) << "</sup> " << escaped(notes.texts()[i]) << "\n\n";
-  }
+  writeCode(text.substr(end + 1), "  ", out);
 }
 
-/// Lines of a message inside a list item: the first as text, what follows as it stands.
-void writeMessage(const DocumentMessage& message, std::ostream& out) {
-  const size_t end = message.text.find('\n');
-  out << "- **" << (message.severity == Severity::kError ? "Error" : "Warning") << "** "
-      << escaped(message.text.substr(0, end)) << '\n';
-  if (end == std::string::npos) return;
-  out << "\n  ```\n";
-  for (size_t start = end + 1; start <= message.text.size();) {
-    const size_t stop = std::min(message.text.find('\n', start), message.text.size());
-    out << "  " << printable(message.text.substr(start, stop - start)) << '\n';
-    start = stop + 1;
+void writeProcedure(const DocumentProcedure& procedure, Writer& out) {
+  out << "## " << escaped(procedure.title) << "\n\n";
+  if (!procedure.command.empty()) {
+    writeCode(procedure.command, "", out);
+    out << '\n';
   }
-  out << "  ```\n";
+  for (const DocumentMessage& message : procedure.messages) writeMessage(message, out);
+  if (!procedure.messages.empty()) out << '\n';
+  for (const auto& table : procedure.tables) MarkdownTable(*table, out).write();
+  for (const DocumentNote& note : procedure.notes) {
+    out << "- **" << escaped(note.label) << ":** " << escaped(note.value) << '\n';
+  }
+  if (!procedure.notes.empty()) out << '\n';
 }
 
 }  // namespace
 
-void renderMarkdown(const OutputDocument& document, std::ostream& out) {
-  for (const auto& procedure : document.procedures()) {
-    out << "## " << escaped(procedure->title) << "\n\n";
-    for (const DocumentMessage& message : procedure->messages) writeMessage(message, out);
-    if (!procedure->messages.empty()) out << '\n';
-    for (const auto& table : procedure->tables) writeTable(*table, out);
-    for (const DocumentNote& note : procedure->notes) {
-      out << "- " << escaped(note.label) << ": " << escaped(note.value) << '\n';
-    }
-    if (!procedure->notes.empty()) out << '\n';
-  }
+void renderMarkdown(const OutputDocument& document, std::ostream& stream) {
+  Writer out(stream);
+  for (const auto& procedure : document.procedures()) writeProcedure(*procedure, out);
+  out.finish();
 }
 
 }  // namespace workbench

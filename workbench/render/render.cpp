@@ -1,6 +1,7 @@
 #include "workbench/render/render.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace workbench {
@@ -8,15 +9,16 @@ namespace {
 
 struct FormatEntry {
   std::string_view name;
-  std::string_view ending;
+  std::array<std::string_view, 2> endings;
   Format format;
   void (*render)(const OutputDocument&, std::ostream&);
 };
 
-constexpr FormatEntry kFormats[] = {{"text", ".txt", Format::kText, renderText},
-                                    {"markdown", ".md", Format::kMarkdown, renderMarkdown},
-                                    {"json", ".json", Format::kJson, renderJson},
-                                    {"csv", ".csv", Format::kCsv, renderCsv}};
+constexpr std::array<FormatEntry, 4> kFormats{
+    {{"text", {".txt", ".text"}, Format::kText, renderText},
+     {"markdown", {".md", ".markdown"}, Format::kMarkdown, renderMarkdown},
+     {"json", {".json", ".json"}, Format::kJson, renderJson},
+     {"csv", {".csv", ".csv"}, Format::kCsv, renderCsv}}};
 
 std::string lowerCase(std::string_view text) {
   std::string result(text);
@@ -28,8 +30,9 @@ std::string lowerCase(std::string_view text) {
 }  // namespace
 
 std::optional<Format> formatFromName(std::string_view name) {
+  const std::string lower = lowerCase(name);
   for (const FormatEntry& entry : kFormats) {
-    if (entry.name == lowerCase(name)) return entry.format;
+    if (entry.name == lower) return entry.format;
   }
   return std::nullopt;
 }
@@ -37,9 +40,11 @@ std::optional<Format> formatFromName(std::string_view name) {
 std::optional<Format> formatFromEnding(std::string_view path) {
   const std::string lower = lowerCase(path);
   for (const FormatEntry& entry : kFormats) {
-    const size_t length = entry.ending.size();
-    if (lower.size() > length && lower.compare(lower.size() - length, length, entry.ending) == 0) {
-      return entry.format;
+    for (const std::string_view ending : entry.endings) {
+      const size_t length = ending.size();
+      if (lower.size() > length && lower.compare(lower.size() - length, length, ending) == 0) {
+        return entry.format;
+      }
     }
   }
   return std::nullopt;

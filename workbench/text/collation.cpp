@@ -1,9 +1,10 @@
 #include "workbench/text/collation.h"
 
 #include <unicode/ucol.h>
-#include <unicode/uiter.h>
 
+#include <cstdlib>
 #include <memory>
+#include <string>
 
 namespace workbench {
 namespace {
@@ -13,16 +14,32 @@ struct CollatorCloser {
 };
 using Collator = std::unique_ptr<UCollator, CollatorCloser>;
 
-/// The collator of the default locale, or of the root when that has none; null when ICU has no data
-/// at all.
-Collator openCollator() {
-  UErrorCode status = U_ZERO_ERROR;
-  Collator collator(ucol_open(nullptr, &status));
-  if (U_FAILURE(status)) {
-    status = U_ZERO_ERROR;
-    collator.reset(ucol_open("", &status));
+/// The locale that the environment asks for to compare strings; "" when it asks for none.
+std::string environmentLocale() {
+  for (const char* name : {"LC_ALL", "LC_COLLATE", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && *value != '\0') return value;
   }
-  return collator;
+  return "";
+}
+
+/// The name that ICU knows a locale of the environment ("de_DE.UTF-8") by. The C locale has the
+/// order of ASCII.
+std::string icuName(const std::string& posixName) {
+  const std::string language = posixName.substr(0, posixName.find_first_of(".@"));
+  return language.empty() || language == "C" || language == "POSIX" ? "en_US_POSIX" : language;
+}
+
+Collator openFor(const char* locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  Collator collator(ucol_open(locale, &status));
+  return U_SUCCESS(status) ? std::move(collator) : nullptr;
+}
+
+/// Null when ICU has no data at all.
+Collator openCollator() {
+  Collator collator = openFor(icuName(environmentLocale()).c_str());
+  return collator ? std::move(collator) : openFor("");
 }
 
 }  // namespace

@@ -40,12 +40,18 @@ size_t distance(const Characters& a, const Characters& b) {
   return last[b.size()];
 }
 
+bool startsWith(const Characters& text, const Characters& start) {
+  return start.size() <= text.size() && std::equal(start.begin(), start.end(), text.begin());
+}
+
 }  // namespace
 
 std::string nearest(std::string_view word, const std::vector<std::string>& candidates) {
   constexpr size_t kLongestWord = 200;
+  constexpr size_t kShortestStart = 3;
   const Characters target = folded(word.substr(0, kLongestWord));
   std::string best;
+  std::string longer;
   size_t bestDistance = std::max<size_t>(1, (target.size() + 1) / 3) + 1;
   for (const std::string& candidate : candidates) {
     const Characters letters = folded(std::string_view(candidate).substr(0, kLongestWord));
@@ -54,8 +60,11 @@ std::string nearest(std::string_view word, const std::vector<std::string>& candi
       bestDistance = away;
       best = candidate;
     }
+    if (longer.empty() && target.size() >= kShortestStart && startsWith(letters, target)) {
+      longer = candidate;
+    }
   }
-  return best;
+  return best.empty() ? longer : best;
 }
 
 }  // namespace workbench

@@ -8,8 +8,9 @@
 namespace workbench {
 
 /// The candidate that takes the fewest insertions, deletions, replacements and swaps of
-/// neighbouring letters to reach from `word`, whatever the case of the letters; empty when none is
-/// near (more than about a third of the word away).
+/// neighbouring letters to reach from `word`, whatever the case of the letters. When none is near
+/// (within about a third of the word), the first candidate that begins with the word, if that has
+/// three letters or more; else empty. Of equally near candidates the first.
 std::string nearest(std::string_view word, const std::vector<std::string>& candidates);
 
 }  // namespace workbench
