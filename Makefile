@@ -26,6 +26,8 @@ check: test
 	ctest --test-dir build-sanitize --output-on-failure -j $(JOBS)
 
 bench: build
+	cmake --preset release -DPROPORTIONS_BENCH=ON >/dev/null
+	cmake --build build -j $(JOBS)
 	bench/run.sh
 
 format:
