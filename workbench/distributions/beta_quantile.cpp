@@ -10,7 +10,7 @@ namespace {
 
 // Logits beyond +-760 belong to places that are 0 or 1 in double.
 constexpr long double kLogitReach = 760;
-constexpr int kMostSteps = 60;
+constexpr int kMostSteps = 200;
 // Two shapes beyond this leave the place at the mean to all digits of a double.
 constexpr long double kDegenerate = 1e40L;
 // The last place of a logit in extended precision.
@@ -41,7 +41,12 @@ bool beyondReach(long double r, long double a, long double b) {
 // as the ratio of two normal ones, or the leading term of the tail where that is higher or Paulson
 // has no solution. The leading term's logit never exceeds the true one.
 long double startLogit(long double r, long double a, long double b) {
-  const long double leading = (std::log(r) + logLeadingConstant(a, b)) / a;
+  // The leading term gives ln x; for b >= 1 it is an upper bound of the tail, so that the place it
+  // gives is a lower bound also as a logit, which matters for large a, where x is close to 1.
+  const long double logPlace = (std::log(r) + logLeadingConstant(a, b)) / a;
+  const bool belowOne = b >= 1 && logPlace < 0;
+  const long double leading =
+      belowOne ? logPlace - std::log(-std::expm1(logPlace)) : logPlace;
   const long double z = roughNormalQuantile(r);
   const long double va = 1 / (9 * a), vb = 1 / (9 * b);
   const long double ma = 1 - va, mb = 1 - vb;
@@ -79,6 +84,7 @@ long double logitOfLowerTail(long double r, long double a, long double b) {
     const long double bend = std::clamp(1 - miss * (at.excess - slope) / (2 * slope), 0.5L, 2.0L);
     const long double change = miss / (slope * bend);
     w -= change;
+    if (!(w > low && w < high)) continue;  // nothing but the side was told: the bracket is halved
     const long double finest = kFinest * std::max(1.0L, std::fabs(w));
     if (std::fabs(change) <= std::max(scale, finest)) break;  // the next error is its cube
     if (high - low <= finest) break;

@@ -1,15 +1,15 @@
-"""Tails of the beta distribution at 60 digits, for the generators beside this file.
+"""Tails of the beta distribution at 50 digits or more, for the generators beside this file.
 
 Two independent ways: the hypergeometric series of Abramowitz & Stegun 26.5.4 in fixed point, all of
 whose terms are positive, and, where it would take too many terms, tanh-sinh quadrature of the
 density. `python3 distributions_beta.py` compares the two with each other and with direct sums.
 """
-from mpmath import mp, mpf, exp, expm1, log, log1p, loggamma, quad, sqrt
+from mpmath import erfinv, mp, mpf, exp, expm1, log, log1p, loggamma, quad, sqrt
 
 mp.dps = 75
 SHIFT = 1 << 260
 # The series takes about sqrt(360 a / y) terms.
-SERIES_REACH = 10**9
+SERIES_REACH = 10**7
 
 
 def log_power(a, b, x, y):
@@ -36,8 +36,10 @@ def tail_by_series(a, b, x, y):
 def tail_by_quadrature(a, b, x, y):
     """The same ratio as the integral of the density over the logit below the place."""
     slope, bend = a * y - b * x, (a + b) * x * y
-    # exp(-150) of the first value; the curvature falls towards small places, hence the doubling
-    reach = 300 / (slope + sqrt(slope * slope + 600 * bend)) * 2
+    # Until nothing is left of the first value to the working precision; the curvature falls towards
+    # small places, hence the doubling.
+    drop = mpf(mp.dps) * 2.4
+    reach = 2 * drop / (slope + sqrt(slope * slope + 4 * drop * bend)) * 2
 
     def density(t):
         return exp(a * t - (a + b) * log1p(x * expm1(t)))
@@ -65,7 +67,7 @@ def logit_of_lower_tail(r, a, b):
     """The logit w with I_x(a, b) = r, x = 1 / (1 + exp(-w)), by Newton's method on ln I."""
     a, b = mpf(a), mpf(b)
     # The logarithm is concave in w, so Newton's steps from any start end up closing in from below.
-    z = -sqrt(-2 * log(r)) + 1
+    z = sqrt(2) * erfinv(2 * max(mpf(r), mpf(10) ** -40) - 1)
     w = log(a / b) + z * sqrt(1 / a + 1 / b)
     leading = (log(r) + log(a) + loggamma(a) + loggamma(b) - loggamma(a + b)) / a
     if a < 40:
@@ -76,7 +78,8 @@ def logit_of_lower_tail(r, a, b):
         slope = exp(log_power(a, b, x, y)) / lower
         change = log(lower / r) / slope
         w -= change
-        if abs(change) < mpf(10) ** -25 * max(1, abs(w)) * min(1, sqrt(1 / a + 1 / b)):
+        # Newton's next error is the square of this one, in units of the spread.
+        if abs(change) < mpf(10) ** -14 * min(1, sqrt(1 / a + 1 / b)):
             return w
     raise ArithmeticError(f"no convergence at {r} {a} {b}")
 

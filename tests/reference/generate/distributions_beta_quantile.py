@@ -1,6 +1,6 @@
 """Writes the reference values of the beta quantile."""
 
-from mpmath import exp, mpf
+from mpmath import exp, mp, mpf
 
 from distributions_beta import check, logit_of_lower_tail
 from distributions_output import digits, exact, write
@@ -20,6 +20,8 @@ PROBABILITIES = [1e-300, 1e-12, 0.01, 0.3, 0.5, 0.9, 1 - 2.0**-40, 1 - 2.0**-53]
 
 def quantile(q, a, b):
     q = mpf(q)
+    if q == 1:  # 1 - alpha / 2 in doubles, for the level next to 100
+        return mpf(1)
     w = logit_of_lower_tail(q, a, b) if q <= 0.5 else -logit_of_lower_tail(1 - q, b, a)
     return 1 / (1 + exp(-w))
 
@@ -29,7 +31,7 @@ def cases():
         for a, b in ((x, n - x + 1), (x + 1, n - x), (x + 0.5, n - x + 0.5)):
             if a <= 0 or b <= 0:
                 continue
-            for level in LEVELS:
+            for level in LEVELS if n < 10**9 else LEVELS[::2]:
                 half = (1 - level / 100) / 2
                 yield half, a, b
                 if 1 - half != half:
@@ -41,6 +43,7 @@ def cases():
 
 def main():
     check()
+    mp.dps = 50
     rows = [[exact(q), exact(a), exact(b), digits(quantile(q, a, b))] for q, a, b in cases()]
     write(
         "beta_quantile.csv",

@@ -1,6 +1,6 @@
 """Writes the reference noncentralities of the t distribution."""
 
-from mpmath import erfc, exp, findroot, gamma, log, mp, mpf, quad, sqrt
+from mpmath import erfc, erfinv, exp, findroot, gamma, log, mp, mpf, quad, sqrt
 
 from distributions_output import digits, exact, write
 
@@ -26,13 +26,13 @@ def lower_tail(t, df, d):
 
 def noncentrality(t, df, p):
     t, df, p = mpf(t), mpf(df), mpf(p)
-    z = -findroot(lambda v: erfc(v / sqrt(2)) / 2 - p, 0)
+    z = sqrt(2) * erfinv(2 * p - 1)
     start = t * (1 - 1 / (4 * df)) - z * sqrt(1 + t * t / (2 * df))
     if p < 0.5:
         miss = lambda d: log(lower_tail(t, df, d)) - log(p)
     else:
         miss = lambda d: log(lower_tail(-t, df, -d)) - log(1 - p)
-    d = findroot(miss, (start, start + mpf("0.01")), solver="secant", tol=mpf(10) ** -36)
+    d = findroot(miss, (start, start + mpf("0.01")), solver="secant", tol=mpf(10) ** -44)
     assert abs(miss(d)) < mpf(10) ** -16
     return d
 

@@ -1,0 +1,142 @@
+#include "workbench/catalogue/catalogue.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <stdexcept>
+
+namespace workbench {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kRoot = SOURCE_ROOT;
+
+std::string contentOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  EXPECT_TRUE(stream.good()) << file;
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// The captures of a pattern in all sources below a folder.
+std::set<std::string> captures(const fs::path& folder, const std::string& pattern) {
+  std::set<std::string> found;
+  const std::regex expression(pattern);
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() != ".h" && entry.path().extension() != ".cpp") continue;
+    const std::string source = contentOf(entry.path());
+    for (std::sregex_iterator it(source.begin(), source.end(), expression), end; it != end; ++it) {
+      found.insert((*it)[1]);
+    }
+  }
+  return found;
+}
+
+/// A file that goes with the test.
+class TextFile {
+ public:
+  explicit TextFile(const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+  }
+  ~TextFile() { fs::remove(path); }
+  TextFile(const TextFile&) = delete;
+  TextFile& operator=(const TextFile&) = delete;
+
+  const fs::path path = fs::temp_directory_path() /
+                        (std::string("catalogue_") +
+                         testing::UnitTest::GetInstance()->current_test_info()->name() + ".json");
+};
+
+void expectEntries(const std::set<std::string>& keys, size_t atLeast) {
+  const Catalogue catalogue = Catalogue::english();
+  EXPECT_GE(keys.size(), atLeast) << "the search found too few keys to mean anything";
+  for (const std::string& key : keys) EXPECT_TRUE(catalogue.contains(key)) << key;
+}
+
+TEST(Catalogue, holdsTheFileThatItWasBuiltFrom) {
+  const Catalogue built = Catalogue::english();
+  const std::string json = contentOf(kRoot / "workbench/catalogue/en.json");
+  const Catalogue read = Catalogue::parse(json);
+  const std::regex entry("\n \"((?:[^\"\\\\]|\\\\.)*)\": ");
+  size_t entries = 0;
+  for (std::sregex_iterator it(json.begin(), json.end(), entry), end; it != end; ++it, ++entries) {
+    const std::string key = (*it)[1];
+    EXPECT_TRUE(built.contains(key)) << key;
+    EXPECT_EQ(built.text(key), read.text(key));
+  }
+  EXPECT_GT(entries, 100u);
+}
+
+TEST(Catalogue, everyTextOfTheModuleHasAnEntry) {
+  std::set<std::string> keys =
+      captures(kRoot / "module/output", "inline constexpr char k\\w+\\[\\] =\\s*\"([^\"]+)\"");
+  keys.erase("PROPORTIONS");  // the command's own name and title are no keys
+  keys.erase("Proportions");
+  expectEntries(keys, 70);
+}
+
+TEST(Catalogue, everyMethodHasAnEntry) {
+  expectEntries(captures(kRoot / "module", "\\{\"[A-Z0-9_]+\", \"([^\"]+)\", (?:true|false)"), 20);
+}
+
+TEST(Catalogue, everyMessageOfTheHostHasAnEntry) {
+  expectEntries(captures(kRoot / "workbench",
+                         "report\\(\\s*(?:workbench::)?Severity::k\\w+,\\s*"
+                         "\"([^\"]+)\""),
+                8);
+  expectEntries(captures(kRoot / "workbench/output", "BpComposite text\\(\"([^\"]+)\"\\)"), 1);
+}
+
+TEST(Catalogue, noTextIsEmptyOrStillAKey) {
+  const std::string json = contentOf(kRoot / "workbench/catalogue/en.json");
+  EXPECT_EQ(json.find(": \"\""), std::string::npos);
+  EXPECT_EQ(json.find("...\",\n"), std::string::npos) << "a text ends like a key";
+}
+
+TEST(Catalogue, aKeyWithoutAnEntryIsShownAsItIs) {
+  EXPECT_EQ(Catalogue::english().text("No such key ^1 ..."), "No such key ^1 ...");
+  EXPECT_EQ(Catalogue::parse("{}").text("Wald"), "Wald");
+}
+
+TEST(Catalogue, aFileReplacesTextsKeyByKey) {
+  const TextFile file(R"({"Wald": "Wald-Intervall", "New": "neu"})");
+  Catalogue catalogue = Catalogue::english();
+  catalogue.takeFrom(file.path);
+  EXPECT_EQ(catalogue.text("Wald"), "Wald-Intervall");
+  EXPECT_EQ(catalogue.text("New"), "neu");
+  EXPECT_EQ(catalogue.text("Clopper-Pearson Exact ..."), "Clopper-Pearson (Exact)");
+}
+
+TEST(Catalogue, aFileThatIsNotThereChangesNothing) {
+  Catalogue catalogue = Catalogue::english();
+  catalogue.takeFrom(kRoot / "no such folder" / "en.json");
+  EXPECT_EQ(catalogue.text("Clopper-Pearson Exact ..."), "Clopper-Pearson (Exact)");
+}
+
+TEST(Catalogue, aBrokenFileIsNamed) {
+  for (const char* content : {"{", "", "[1]", "{\"a\": 1}", "null", "{\"a\": \"\xFF\"}"}) {
+    const TextFile file(content);
+    Catalogue catalogue = Catalogue::english();
+    try {
+      catalogue.takeFrom(file.path);
+      ADD_FAILURE() << content;
+    } catch (const std::runtime_error& error) {
+      EXPECT_NE(std::string(error.what()).find(file.path.string()), std::string::npos);
+    }
+    EXPECT_EQ(catalogue.text("Clopper-Pearson Exact ..."), "Clopper-Pearson (Exact)");
+  }
+}
+
+TEST(Catalogue, liesBesideTheProgram) {
+  const fs::path program = fs::read_symlink("/proc/self/exe");
+  const fs::path file = program.parent_path() / "catalogue" / "en.json";
+  EXPECT_EQ(contentOf(file), contentOf(kRoot / "workbench/catalogue/en.json"));
+  EXPECT_EQ(Catalogue::besideProgram().text("Clopper-Pearson Exact ..."),
+            "Clopper-Pearson (Exact)");
+}
+
+}  // namespace
+}  // namespace workbench

@@ -1,0 +1,62 @@
+#include "host/display.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+
+#include "workbench/session/session.h"
+
+namespace workbench {
+namespace {
+
+/// What `write` puts on the session's display.
+template <typename Write>
+std::string displayed(Write write) {
+  char* content = nullptr;
+  size_t size = 0;
+  Session session;
+  session.display = open_memstream(&content, &size);
+  {
+    const SessionScope scope(session);
+    write();
+  }
+  std::fclose(session.display);
+  const std::unique_ptr<char, decltype(&std::free)> owner(content, &std::free);
+  return {content, size};
+}
+
+TEST(Display, textStandsAsItIs) {
+  EXPECT_EQ(displayed([] { BP_ToFront("a%d\nb"); }), "a%d\nb");
+}
+
+TEST(Display, oneLinePerValue) {
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayB("flag", true); }), "flag: true\n");
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayI("i", -2147483647 - 1); }),
+            "i: -2147483648\n");
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayS("s", "x\"y"); }), "s: \"x\"y\"\n");
+}
+
+TEST(Display, doublesReadBack) {
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayD("d", 0.1); }), "d: 0.10000000000000001\n");
+  for (const double value : {1.0 / 3, 5e-324, -std::numeric_limits<double>::max(), 95.0}) {
+    const std::string line = displayed([&] { ACACommonDisplay::DisplayD("", value); });
+    EXPECT_EQ(std::strtod(line.c_str() + 2, nullptr), value) << line;
+  }
+}
+
+TEST(Display, listsInBrackets) {
+  EXPECT_EQ(displayed([] {
+              ACACommonDisplay::DisplayBV("b", {true, false});
+            }),
+            "b: [true, false]\n");
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayIV("i", {1, -2}); }), "i: [1, -2]\n");
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayDV("d", {0.5, 2}); }), "d: [0.5, 2]\n");
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplaySV("s", {"a", ""}); }), "s: [\"a\", \"\"]\n");
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayDV("d", {}); }), "d: []\n");
+}
+
+}  // namespace
+}  // namespace workbench

@@ -1,0 +1,37 @@
+/// Arguments that a numeric function is most likely to trip over.
+#pragma once
+
+#include <limits>
+
+inline constexpr double kNasty[] = {std::numeric_limits<double>::quiet_NaN(),
+                                    std::numeric_limits<double>::infinity(),
+                                    -std::numeric_limits<double>::infinity(),
+                                    std::numeric_limits<double>::lowest(),
+                                    std::numeric_limits<double>::max(),
+                                    std::numeric_limits<double>::denorm_min(),
+                                    std::numeric_limits<double>::min(),
+                                    -0.0,
+                                    0.0,
+                                    -1.0,
+                                    -0.5,
+                                    1e-300,
+                                    1e-17,
+                                    0.001,
+                                    0.3,
+                                    0.5,
+                                    0.75,
+                                    0.9999999999999999,
+                                    1.0,
+                                    1.0000000000000002,
+                                    1.5,
+                                    2.0,
+                                    7.0,
+                                    1234.5,
+                                    1e6,
+                                    4294967296.0,
+                                    9007199254740992.0,
+                                    9007199254740993e3,
+                                    1e19,
+                                    1e100,
+                                    1e300,
+                                    1e308};
