@@ -2,13 +2,14 @@
 
 #include <fmt/format.h>
 
-#include <optional>
+#include <algorithm>
 
 namespace workbench {
 namespace {
 
 constexpr int64_t kSmallFile = int64_t{1} << 20;
 constexpr int64_t kSampleRows = 20'480;
+constexpr int64_t kSampleValues = int64_t{1} << 18;
 constexpr int64_t kMostCombinations = 2'000'000;
 constexpr double kExactLimit = 9'007'199'254'740'992.0;  // 2^53: beyond it sums are rounded
 constexpr int64_t kMemoryChunk = 16'384;
@@ -86,15 +87,22 @@ bool combinationsRepeat(const CasePlan& plan) {
   const int64_t bytes = plan.source->bytes();
   if (bytes >= 0 && bytes < kSmallFile) return false;
   if (plan.columns.empty() && plan.weight < 0) return false;
+  const auto columns = static_cast<int64_t>(plan.columns.size() + 1);
+  const int64_t sample =
+      std::clamp<int64_t>(kSampleValues / columns, kSampleRows / 10, kSampleRows);
+  std::string names;
+  for (size_t i = 0; i < plan.columns.size(); ++i) names += fmt::format("c{}, ", i);
+  if (plan.weight >= 0) names += "w, ";
+  names.resize(names.size() - 2);
   Query query(plan.source->database(),
-              fmt::format("WITH s AS MATERIALIZED (SELECT {} FROM {} LIMIT {}) SELECT count(*), "
-                          "(SELECT count(*) FROM (SELECT DISTINCT * FROM s)) FROM s",
-                          combinationOf(plan), relationOf(plan), kSampleRows));
+              fmt::format("SELECT count(*), count(DISTINCT hash({})) FROM (SELECT {} FROM {} "
+                          "LIMIT {})",
+                          names, combinationOf(plan), relationOf(plan), sample));
   const Chunk chunk = query.fetch();
   const int64_t rows = chunk.data<int64_t>(0)[0];
   const int64_t different = chunk.data<int64_t>(1)[0];
   // A sample that holds all the data leaves nothing to gain.
-  return rows == kSampleRows && different * 10 < rows;
+  return rows == sample && different * 10 < rows;
 }
 
 std::unique_ptr<CaseStore> readCombinations(const CasePlan& plan) {

@@ -22,7 +22,7 @@ SourceDataset::SourceDataset(const DataOptions& options)
       collapse_(options.collapse),
       memoryLimit_(options.memoryLimit) {
   openDictionary(options);
-  source_ = openSource({options.data, options.query, options.table},
+  source_ = openSource({options.data, options.query, options.table, options.interrupted},
                        [this](const std::string& name) -> const std::vector<std::string>& {
                          return dictionary_.missingTexts(name);
                        });

@@ -1,6 +1,7 @@
 /// The active data set over a file, standard input or a database.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -27,6 +28,9 @@ struct DataOptions {
   bool separateTables = false;
   CollapseMode collapse = CollapseMode::kAuto;
   size_t memoryLimit = size_t{200} << 20;  ///< bytes of cases that are held in memory
+  /// Set from outside (by a signal handler, say) to make all reading fail; may be null, else it
+  /// outlives the data set.
+  const std::atomic<bool>* interrupted = nullptr;
 };
 
 /// Reads the cases of a command when they are first needed, and only its variables.

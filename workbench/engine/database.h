@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "workbench/engine/data_error.h"
 #include "workbench/engine/duckdb_library.h"
 
 namespace workbench {
@@ -22,9 +23,9 @@ class EngineError : public std::runtime_error {
 };
 
 /// A statement that was stopped by requestInterrupt.
-class Interrupted : public std::runtime_error {
+class Interrupted : public DataError {
  public:
-  Interrupted() : std::runtime_error("The run was interrupted.") {}
+  Interrupted() : DataError("The run was interrupted.") {}
 };
 
 /// `percent` is negative when the engine cannot tell; `rows` is what it has read so far.
@@ -48,7 +49,9 @@ class Database {
   /// Stops what is running and all that follows. May be called from a signal handler or another
   /// thread.
   void requestInterrupt();
-  bool interruptRequested() const { return interrupted_; }
+  /// A flag from outside that is looked at now and then and means the same. May be null.
+  void watch(const std::atomic<bool>* flag) { watched_ = flag; }
+  bool interruptRequested() const { return interrupted_ || (watched_ != nullptr && *watched_); }
 
   void setProgress(ProgressCallback callback) { progress_ = std::move(callback); }
   /// Calls back now and then; queries do this while they run.
@@ -58,6 +61,7 @@ class Database {
   duckdb_database database_ = nullptr;
   duckdb_connection connection_ = nullptr;
   std::atomic<bool> interrupted_{false};
+  const std::atomic<bool>* watched_ = nullptr;
   ProgressCallback progress_;
   int64_t nextPoll_ = 0;
 };

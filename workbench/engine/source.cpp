@@ -104,6 +104,7 @@ void EngineHolder::start(const std::string& databaseFile) {
       "SET enable_progress_bar = true; SET enable_progress_bar_print = false; "
       "SET TimeZone = 'UTC'");
   database_->setProgress(progress_);
+  database_->watch(watched_);
   running_ = database_.get();
   if (interrupted_) database_->requestInterrupt();
 }
@@ -132,7 +133,9 @@ void EngineHolder::setProgress(ProgressCallback callback) {
   if (database_ != nullptr) database_->setProgress(progress_);
 }
 
-std::unique_ptr<Source> openSource(const SourceOptions& options, const MissingTexts& missing) {
+namespace {
+
+std::unique_ptr<Source> openByName(const SourceOptions& options, const MissingTexts& missing) {
   constexpr std::string_view kDatabase = "duckdb:";
   if (options.data.compare(0, kDatabase.size(), kDatabase) == 0) {
     if (options.query && options.table) {
@@ -144,9 +147,19 @@ std::unique_ptr<Source> openSource(const SourceOptions& options, const MissingTe
     throw DataError(
         fmt::format("{}: --table names a table of a database; this is a file.", options.data));
   }
-  std::unique_ptr<Source> file = openFileSource(options.data, missing);
+  std::unique_ptr<Source> file = openFileSource(options.data, missing, options.interrupted);
   if (!options.query) return file;
   return openQueryOverFile(std::move(file), *options.query);
+}
+
+}  // namespace
+
+std::unique_ptr<Source> openSource(const SourceOptions& options, const MissingTexts& missing) {
+  try {
+    return openByName(options, missing);
+  } catch (const EngineError& error) {
+    throw DataError(readProblem(error.what(), options.data).text);
+  }
 }
 
 }  // namespace workbench

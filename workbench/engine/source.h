@@ -1,6 +1,7 @@
 /// What DATA names, as columns and as SQL.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -19,6 +20,9 @@ struct SourceOptions {
   std::string data;                  ///< a file, "-" or "duckdb:FILE"
   std::optional<std::string> query;  ///< one SELECT statement
   std::optional<std::string> table;
+  /// Set from outside (by a signal handler, say) to make all reading fail; may be null, else it
+  /// outlives the source.
+  const std::atomic<bool>* interrupted = nullptr;
 };
 
 /// How a column is to be read.
@@ -52,7 +56,10 @@ class EngineHolder {
   /// loaded, and no setting changed.
   void confine(const std::vector<std::string>& paths);
   void requestInterrupt();
-  bool interruptRequested() const { return interrupted_; }
+  /// A flag from outside that means the same. May be null.
+  void watch(const std::atomic<bool>* flag) { watched_ = flag; }
+  const std::atomic<bool>* watched() const { return watched_; }
+  bool interruptRequested() const { return interrupted_ || (watched_ != nullptr && *watched_); }
   void setProgress(ProgressCallback callback);
 
  private:
@@ -60,6 +67,7 @@ class EngineHolder {
   std::unique_ptr<Database> database_;
   std::atomic<Database*> running_{nullptr};
   std::atomic<bool> interrupted_{false};
+  const std::atomic<bool>* watched_ = nullptr;
   ProgressCallback progress_;
 };
 

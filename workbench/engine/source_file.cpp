@@ -5,12 +5,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "workbench/engine/data_error.h"
 #include "workbench/engine/read_problem.h"
@@ -68,27 +70,44 @@ std::string readHead(const std::string& file, const std::string& label, bool& co
   return head;
 }
 
+/// An open file, closed with its owner.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
 /// Copies what can be read only once.
-void spool(int from, const std::string& to, const std::string& label) {
-  const File copy(std::fopen(to.c_str(), "wb"));
-  if (!copy) throw DataError(fmt::format("{}: {}.", to, std::strerror(errno)));
+void copyAll(int from, int to, const std::string& label, const std::atomic<bool>* interrupted) {
   std::string buffer(size_t{1} << 16, '\0');
   for (;;) {
+    if (interrupted != nullptr && *interrupted) throw Interrupted();
     const ssize_t count = read(from, buffer.data(), buffer.size());
-    if (count == 0) break;
+    if (count == 0) return;
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) throw DataError(fmt::format("{}: {}.", label, std::strerror(errno)));
-    const auto size = static_cast<size_t>(count);
-    if (std::fwrite(buffer.data(), 1, size, copy.get()) != size) {
-      throw DataError(
-          fmt::format("{}: cannot be copied to {} ({}). Set TMPDIR to a folder with "
-                      "more room.",
-                      label, to, std::strerror(errno)));
+    for (ssize_t written = 0; written < count;) {
+      const ssize_t now = write(to, buffer.data() + written, static_cast<size_t>(count - written));
+      if (now < 0 && errno == EINTR) continue;
+      if (now < 0) {
+        throw DataError(
+            fmt::format("{}: cannot be copied to the working folder ({}). Set TMPDIR "
+                        "to a folder with more room.",
+                        label, std::strerror(errno)));
+      }
+      written += now;
     }
-  }
-  if (std::fflush(copy.get()) != 0) {
-    throw DataError(
-        fmt::format("{}: cannot be copied to {} ({}).", label, to, std::strerror(errno)));
   }
 }
 
@@ -109,8 +128,10 @@ const char* plainType(const SourceColumn& column) {
 
 class DelimitedSource final : public Source {
  public:
-  DelimitedSource(const std::string& data, char delimiter, const MissingTexts& missing)
+  DelimitedSource(const std::string& data, char delimiter, const MissingTexts& missing,
+                  const std::atomic<bool>* interrupted)
       : Source(data == "-" ? "standard input" : data), file_(data), compression_("none") {
+    engine_.watch(interrupted);
     if (data == "-") {
       spoolFrom(STDIN_FILENO);
     } else {
@@ -143,6 +164,7 @@ class DelimitedSource final : public Source {
   }
 
   std::string file_;  // as the engine is to be given it
+  Descriptor spooled_;
   std::string compression_;
   char delimiter_ = ',';
   int64_t bytes_ = -1;
@@ -153,15 +175,23 @@ void DelimitedSource::openFile() {
   refuseUnreadable(file_);
   compression_ = compressionOf(file_);
   if (std::filesystem::is_regular_file(file_)) return;
-  const int descriptor = open(file_.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) throw DataError(fmt::format("{}: {}.", label(), std::strerror(errno)));
-  spoolFrom(descriptor);
-  close(descriptor);
+  const Descriptor descriptor(open(file_.c_str(), O_RDONLY | O_CLOEXEC));
+  if (descriptor.number() < 0) {
+    throw DataError(fmt::format("{}: {}.", label(), std::strerror(errno)));
+  }
+  spoolFrom(descriptor.number());
 }
 
+/// The copy has no name, so that nothing stays behind however the run ends.
 void DelimitedSource::spoolFrom(int descriptor) {
-  file_ = engine_.folder() + "/spooled";
-  spool(descriptor, file_, label());
+  const std::string name = engine_.folder() + "/spooled";
+  spooled_ = Descriptor(open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (spooled_.number() < 0) {
+    throw DataError(fmt::format("{}: {}.", name, std::strerror(errno)));
+  }
+  unlink(name.c_str());
+  copyAll(descriptor, spooled_.number(), label(), engine_.watched());
+  file_ = fmt::format("/proc/self/fd/{}", spooled_.number());
 }
 
 int64_t DelimitedSource::fileSize() const {
@@ -314,17 +344,20 @@ std::string enginePath(const std::string& file, EngineHolder& engine) {
   return link;
 }
 
-std::unique_ptr<Source> openFileSource(const std::string& data, const MissingTexts& missing) {
-  if (data == "-") return std::make_unique<DelimitedSource>(data, char{0}, missing);
-  const std::string ending = splitEnding(data).ending;
-  if (ending == ".csv") return std::make_unique<DelimitedSource>(data, char{0}, missing);
-  if (ending == ".tsv") return std::make_unique<DelimitedSource>(data, '\t', missing);
+std::unique_ptr<Source> openFileSource(const std::string& data, const MissingTexts& missing,
+                                       const std::atomic<bool>* interrupted) {
+  std::string ending = ".csv";
+  if (data != "-") ending = splitEnding(data).ending;
+  if (ending == ".csv" || ending == ".tsv") {
+    const char delimiter = ending == ".tsv" ? '\t' : '\0';
+    return std::make_unique<DelimitedSource>(data, delimiter, missing, interrupted);
+  }
   const bool json = ending == ".json" || ending == ".jsonl" || ending == ".ndjson";
   if (!json && ending != ".parquet") {
     throw DataError(fmt::format("{}: this ending is not known. {}", data, kEndings));
   }
   refuseUnreadable(data);
-  return openTypedFile(data, json);
+  return openTypedFile(data, json, interrupted);
 }
 
 }  // namespace workbench

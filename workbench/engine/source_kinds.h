@@ -9,10 +9,12 @@
 namespace workbench {
 
 /// A file by its ending, or "-" for CSV on standard input.
-std::unique_ptr<Source> openFileSource(const std::string& data, const MissingTexts& missing);
+std::unique_ptr<Source> openFileSource(const std::string& data, const MissingTexts& missing,
+                                       const std::atomic<bool>* interrupted);
 
 /// A file whose columns are known from its own declarations or from the engine's reading of it all.
-std::unique_ptr<Source> openTypedFile(const std::string& file, bool json);
+std::unique_ptr<Source> openTypedFile(const std::string& file, bool json,
+                                      const std::atomic<bool>* interrupted);
 
 /// A database file, with a table or a query of it.
 std::unique_ptr<Source> openDatabaseSource(const std::string& file, const SourceOptions& options);

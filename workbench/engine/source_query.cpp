@@ -300,8 +300,10 @@ std::vector<SourceColumn> columnsOf(const Statement& statement) {
   return columns;
 }
 
-std::unique_ptr<Source> openTypedFile(const std::string& file, bool json) {
+std::unique_ptr<Source> openTypedFile(const std::string& file, bool json,
+                                      const std::atomic<bool>* interrupted) {
   auto source = std::make_unique<RelationSource>(file, !json);
+  source->engine().watch(interrupted);
   std::error_code error;
   const auto size = std::filesystem::file_size(file, error);
   if (!error && size == 0) throw DataError(fmt::format("{}: the file is empty.", file));
@@ -326,6 +328,7 @@ std::unique_ptr<Source> openDatabaseSource(const std::string& file, const Source
     throw DataError(fmt::format("{}: there is no such database file.", file));
   }
   auto source = std::make_unique<RelationSource>(options.data, !options.query.has_value());
+  source->engine().watch(options.interrupted);
   std::string place = source->label();
   try {
     source->engine().start(file);

@@ -19,7 +19,7 @@ inline constexpr int kOperatorAll = 35;
 struct SyntaxProblem {
   size_t position = 0;  ///< byte offset in the whole text
   std::string what;
-  std::string suggestion;  ///< the nearest valid word, or empty
+  std::string suggestion = {};  ///< the nearest valid word, or empty
 };
 
 /// The tokens of one command. Token positions are byte offsets in the whole text, so that messages

@@ -42,7 +42,8 @@ struct VarSpecObj::Impl {
   void clear();
   bool add(VarIndex index, const TokenInfoObj& token);
   bool fail(const TokenInfoObj& token, const std::string& what, const std::string& suggestion = "");
-  bool failAtEnd(const std::string& what);
+  bool failEmpty();
+  size_t placeOfList(const workbench::CommandTokens& command) const;
   bool resolve(const TokenInfoObj& token, VarIndex& index);
   bool resolveAll(const Tokens& tokens);
   bool resolveRange(const Tokens& tokens, size_t& at);
@@ -60,12 +61,25 @@ bool VarSpecObj::Impl::fail(const TokenInfoObj& token, const std::string& what,
   return false;
 }
 
-bool VarSpecObj::Impl::failAtEnd(const std::string& what) {
+bool VarSpecObj::Impl::failEmpty() {
   if (reporting) {
     const workbench::CommandTokens& command = *currentSession().command;
-    workbench::reportSyntaxError(command, {command.endPosition(), what, ""});
+    workbench::reportSyntaxError(
+        command, {placeOfList(command), "There is no variable in " + place() + "."});
   }
   return false;
+}
+
+/// Where the list's first variable should stand: behind the subcommand's name.
+size_t VarSpecObj::Impl::placeOfList(const workbench::CommandTokens& command) const {
+  const Tokens& tokens = command.tokens();
+  for (size_t at = 1; at + 1 < tokens.size(); ++at) {
+    const bool begins = at == 1 || isSymbol(tokens[at - 1], '/');
+    if (begins && tokens[at].kind() == Kind::kWord && tokens[at].getUpText() == subcommand) {
+      return tokens[at + 1].position();
+    }
+  }
+  return command.endPosition();
 }
 
 void VarSpecObj::Impl::clear() {
@@ -182,7 +196,7 @@ bool VarSpecObj::Impl::resolveAll(const Tokens& tokens) {
     }
   }
   if (!valid.empty()) return true;
-  if (tokens.empty()) return failAtEnd("There is no variable in " + place() + ".");
+  if (tokens.empty()) return failEmpty();
   return fail(tokens.front(), "There is no variable in " + place() + ".");
 }
 

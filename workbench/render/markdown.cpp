@@ -13,9 +13,17 @@
 namespace workbench {
 namespace {
 
+/// True when a line that starts like this would be an item of a list or a heading.
+bool startsBlock(std::string_view text) {
+  if (!text.empty() && std::string_view("-+#").find(text[0]) != std::string_view::npos) return true;
+  const size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+  return digits > 0 && digits + 1 < text.size() && (text[digits] == '.' || text[digits] == ')') &&
+         text[digits + 1] == ' ';
+}
+
 /// A text that reads as itself: all that Markdown or HTML would take for a sign is escaped.
 std::string escaped(std::string_view text) {
-  constexpr std::string_view kSigns = "\\`*_{}[]()#|~$!^";
+  constexpr std::string_view kSigns = "\\`*_[]|~$";
   std::string result;
   for (const char c : printable(text)) {
     if (c == '<') {
@@ -29,12 +37,10 @@ std::string escaped(std::string_view text) {
       result += c;
     }
   }
-  // At the start of a line these would begin a list.
-  if (!result.empty() && std::string_view("-+=").find(result[0]) != std::string_view::npos) {
-    result.insert(0, 1, '\\');
+  if (startsBlock(result)) {
+    const size_t sign = std::min(result.find_first_not_of("0123456789"), result.size());
+    result.insert(sign, 1, '\\');
   }
-  const size_t digits = std::min(result.find_first_not_of("0123456789"), result.size());
-  if (digits > 0 && digits < result.size() && result[digits] == '.') result.insert(digits, 1, '\\');
   return result;
 }
 

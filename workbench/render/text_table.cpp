@@ -166,15 +166,17 @@ class RowHeadings {
   bool hasLargeGroups_ = false;
 };
 
-/// A number cut at its decimal point, so that points stand below each other.
+/// A number cut at its decimal point, so that points stand below each other. A word is all rest.
 struct CellPieces {
   std::string whole;
   std::string rest;
+  bool isWord = false;
 };
 
 CellPieces cutAtPoint(std::string text) {
-  const size_t point = std::min(text.find('.'), text.size());
-  return {text.substr(0, point), text.substr(point)};
+  const bool isWord = !text.empty() && text.find_first_of(".0123456789") == std::string::npos;
+  const size_t point = isWord ? 0 : std::min(text.find('.'), text.size());
+  return {text.substr(0, point), text.substr(point), isWord};
 }
 
 class TextTable {
@@ -259,10 +261,13 @@ class TextTable {
         column.cells.push_back(piecesOf(grid_.cell(row, c)));
         const CellPieces& pieces = column.cells.back();
         column.wholeWidth = std::max(column.wholeWidth, pieces.whole.size());
-        column.restWidth = std::max(column.restWidth, widthOf(pieces.rest));
+        size_t& width = pieces.isWord ? column.width : column.restWidth;
+        width = std::max(width, widthOf(pieces.rest));
       }
     }
-    for (Column& column : columns_) column.width = column.wholeWidth + column.restWidth;
+    for (Column& column : columns_) {
+      column.width = std::max(column.width, column.wholeWidth + column.restWidth);
+    }
   }
 
   /// The end of the columns that stand under the same heading at a level.
@@ -338,9 +343,13 @@ class TextTable {
     std::string line;
     for (const Column& column : columns_) {
       const CellPieces& cell = column.cells[row];
-      line.append(column.width - column.wholeWidth - column.restWidth, ' ');
-      line += placed(cell.whole, column.wholeWidth, Align::kRight);
-      line += placed(cell.rest, column.restWidth, Align::kLeft);
+      if (cell.isWord) {
+        line += placed(cell.rest, column.width, Align::kRight);
+      } else {
+        line.append(column.width - column.wholeWidth - column.restWidth, ' ');
+        line += placed(cell.whole, column.wholeWidth, Align::kRight);
+        line += placed(cell.rest, column.restWidth, Align::kLeft);
+      }
       line += kGap;
     }
     return line;
