@@ -46,7 +46,7 @@ TEST(SyntaxError, CutsBetweenCharacters) {
 }
 
 TEST(SyntaxError, CutsBytesThatAreNoUtf8Too) {
-  const std::string message = reportedAt(std::string("a").append(500, '\x80'), 300);
+  const std::string message = reportedAt("a" + std::string(500, '\x80'), 300);
   EXPECT_LT(message.size(), 1000u);
 }
 
