@@ -10,7 +10,7 @@ namespace {
 
 // Logits beyond +-760 belong to places that are 0 or 1 in double.
 constexpr long double kLogitReach = 760;
-constexpr int kMostSteps = 200;
+constexpr int kMostSteps = 100;
 // Two shapes beyond this leave the place at the mean to all digits of a double.
 constexpr long double kDegenerate = 1e40L;
 // The last place of a logit in extended precision.
@@ -45,15 +45,18 @@ long double startLogit(long double r, long double a, long double b) {
   // gives is a lower bound also as a logit, which matters for large a, where x is close to 1.
   const long double logPlace = (std::log(r) + logLeadingConstant(a, b)) / a;
   const bool belowOne = b >= 1 && logPlace < 0;
-  const long double leading =
-      belowOne ? logPlace - std::log(-std::expm1(logPlace)) : logPlace;
+  const long double leading = belowOne ? logPlace - std::log(-std::expm1(logPlace)) : logPlace;
   const long double z = roughNormalQuantile(r);
   const long double va = 1 / (9 * a), vb = 1 / (9 * b);
   const long double ma = 1 - va, mb = 1 - vb;
   const long double spread = z * z * (ma * ma * vb + mb * mb * va - z * z * va * vb);
   const long double denominator = mb * mb - z * z * vb;
   const long double root = (ma * mb - std::sqrt(std::max(spread, 0.0L))) / denominator;
-  if (!(denominator > 0 && spread >= 0 && root > 0)) return leading;
+  if (!(denominator > 0 && spread >= 0 && root > 0)) {
+    // With b < 1 <= a the complement of x is nearly a gamma variable over a, whose tail is not far
+    // from an exponential one.
+    return b < 1 && a >= 1 ? std::max(leading, std::log(a / (1 - std::log(r)))) : leading;
+  }
   return std::max(leading, 3 * std::log(root) + std::log(a / b));
 }
 
@@ -83,11 +86,12 @@ long double logitOfLowerTail(long double r, long double a, long double b) {
     const long double slope = tails.power / tails.lower;
     const long double bend = std::clamp(1 - miss * (at.excess - slope) / (2 * slope), 0.5L, 2.0L);
     const long double change = miss / (slope * bend);
-    w -= change;
-    if (!(w > low && w < high)) continue;  // nothing but the side was told: the bracket is halved
     const long double finest = kFinest * std::max(1.0L, std::fabs(w));
-    if (std::fabs(change) <= std::max(scale, finest)) break;  // the next error is its cube
-    if (high - low <= finest) break;
+    w -= change;
+    // A tail that has underflowed tells only the side: the bracket is halved.
+    if (!std::isfinite(change)) continue;
+    // Within the first bound the next error is the cube of this one.
+    if (std::fabs(change) <= std::max(scale, finest) || high - low <= finest) break;
   }
   return std::isnan(w) ? low : std::clamp(w, low, high);
 }

@@ -57,22 +57,26 @@ class MemoryTest : public OutputTest {
     return {
         [this] { begin("PROPORTIONS /ONESAMPLE variables that take some memory."); },
         [this] { procedure_ = std::make_unique<BpProcedure>("Proportions", 10); },
-        [this] { AddNotes(4, text("A label of a note, long"), text("A value of a note, long")); },
-        [this] { enterGroup(*procedure_, {std::string("north of the river")}); },
-        [=, this] { dimensionAt(table(), text("Interval types and others"), 0, 1); },
-        [=, this] { dimensionAt(table(), text("Variables and pairs of them"), 0, 2); },
-        [=, this] { dimensionAt(table(), text("Statistics of all kinds here"), 1); },
+        [] { AddNotes(4, text("A label of a note, long"), text("A value of a note, long")); },
+        [this] {
+          data.splitNow.clear();
+          data.splitNow.emplace_back(std::string("north of the river"));
+          procedure_->SplitChange();
+        },
+        [=] { dimensionAt(table(), text("Interval types and others"), 0, 1); },
+        [=] { dimensionAt(table(), text("Variables and pairs of them"), 0, 2); },
+        [=] { dimensionAt(table(), text("Statistics of all kinds here"), 1); },
         [=, this] {
           table()
               .Dimension(text("Variables and pairs of them"), 2)
               .Category(composite("^1 = ^2", BpVariable(x_, 2), BpDataValue(x_, 1.0, 2)));
         },
-        [=, this] {
+        [=] {
           table()
               .Dimension(text("Interval types and others"), 2)
               .Category(text("Wald (Continuity Corrected)"));
         },
-        [=, this] {
+        [=] {
           BpGroup& group = table()
                                .Dimension(text("Statistics of all kinds here"), 2)
                                .Group(text("A group that takes memory"), 1, 2);
