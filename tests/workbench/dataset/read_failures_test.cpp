@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -174,9 +175,11 @@ TEST(ReadFailures, AFlagFromOutsideStopsAsWell) {
   EXPECT_TRUE(has(casesOf(*data).back(), "failed: The run was interrupted."));
   options.data = folder.path("pipe.csv");
   ASSERT_EQ(mkfifo(options.data.c_str(), 0600), 0);
-  std::thread writer([&options] { std::ofstream(options.data) << "a\n"; });
+  // Held open at both ends, so that the pipe neither ends nor breaks.
+  const int pipe = open(options.data.c_str(), O_RDWR);
+  ASSERT_EQ(write(pipe, "a\n", 2), 2);
   EXPECT_EQ(refusal(options), "The run was interrupted.");
-  writer.join();
+  close(pipe);
 }
 
 TEST(ReadFailures, APipeIsReadOnce) {

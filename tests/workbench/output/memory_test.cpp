@@ -29,6 +29,14 @@ void* operator new(size_t size) {
   return header + 1;
 }
 
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void operator delete(void* memory) noexcept {
   if (memory == nullptr) return;
   Header* header = static_cast<Header*>(memory) - 1;

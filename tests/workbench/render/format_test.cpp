@@ -1,0 +1,52 @@
+#include <sstream>
+
+#include "sample_documents.h"
+
+namespace workbench {
+namespace {
+
+TEST(Format, names) {
+  EXPECT_EQ(formatFromName("text"), Format::kText);
+  EXPECT_EQ(formatFromName("Markdown"), Format::kMarkdown);
+  EXPECT_EQ(formatFromName("json"), Format::kJson);
+  EXPECT_EQ(formatFromName("csv"), Format::kCsv);
+  for (const char* name : {"", "md", "txt", "xml", "json "}) {
+    EXPECT_EQ(formatFromName(name), std::nullopt) << name;
+  }
+}
+
+TEST(Format, endings) {
+  EXPECT_EQ(formatFromEnding("out.txt"), Format::kText);
+  EXPECT_EQ(formatFromEnding("a/b.c/out.MD"), Format::kMarkdown);
+  EXPECT_EQ(formatFromEnding("out.markdown"), Format::kMarkdown);
+  EXPECT_EQ(formatFromEnding("x.json"), Format::kJson);
+  EXPECT_EQ(formatFromEnding("x.tar.csv"), Format::kCsv);
+  for (const char* path : {"", "out", ".json", "out.xml", "csv", "out.csv.gz", "out.csvx"}) {
+    EXPECT_EQ(formatFromEnding(path), std::nullopt) << path;
+  }
+}
+
+TEST(Format, aStreamThatFailsShowsIt) {
+  SampleBench bench;
+  sampleDocuments()[0].make(bench);
+  bench.document.finishProcedure(&bench.data);
+  for (const Format format : {Format::kText, Format::kMarkdown, Format::kJson, Format::kCsv}) {
+    std::ostringstream out;
+    out.setstate(std::ios::badbit);
+    render(bench.document, format, out);
+    EXPECT_FALSE(out.good());
+  }
+}
+
+TEST(Format, messagesAloneAreSafeForATerminal) {
+  SampleBench bench;
+  bench.document.beginProcedure("", "");
+  report(Severity::kError, "Bad ^1\nsecond line", {"\x1B[31m"});
+  report(Severity::kWarning, "Odd", {});
+  std::ostringstream out;
+  renderMessages(bench.document, out);
+  EXPECT_EQ(out.str(), "Error: Bad \\u001B[31m\nsecond line\nWarning: Odd\n");
+}
+
+}  // namespace
+}  // namespace workbench

@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "sample_documents.h"
+
+namespace workbench {
+namespace {
+
+using nlohmann::json;
+
+json finished(SampleBench& bench) {
+  bench.document.finishProcedure(&bench.data);
+  return json::parse(bench.rendered(Format::kJson));
+}
+
+TEST(Json, everySampleIsWellFormed) {
+  for (const SampleDocument& sample : sampleDocuments()) {
+    SampleBench bench;
+    sample.make(bench);
+    const json document = finished(bench);
+    EXPECT_EQ(document["schema"], "proportions-output/1") << sample.name;
+    EXPECT_FALSE(document["procedures"].empty()) << sample.name;
+  }
+}
+
+TEST(Json, anEmptyDocument) {
+  const SampleBench bench;
+  EXPECT_EQ(json::parse(bench.rendered(Format::kJson)),
+            (json{{"schema", "proportions-output/1"}, {"procedures", json::array()}}));
+}
+
+TEST(Json, everyCellNamesItsPlaceByLabelsThatAreListed) {
+  for (const SampleDocument& sample : sampleDocuments()) {
+    SampleBench bench;
+    sample.make(bench);
+    const json document = finished(bench);
+    for (const json& procedure : document["procedures"]) {
+      for (const json& table : procedure["tables"]) {
+        for (const json& cell : table["cells"]) {
+          EXPECT_EQ(cell["at"].size(), table["dimensions"].size());
+          for (const json& dimension : table["dimensions"]) {
+            json categories = dimension["categories"];
+            for (const json& step : cell["at"][dimension["name"].get<std::string>()]) {
+              const auto found = std::find_if(categories.begin(), categories.end(),
+                                              [&](const json& c) { return c["label"] == step; });
+              ASSERT_NE(found, categories.end()) << step;
+              const json inner = found->value("categories", json::array());
+              categories = inner;
+            }
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(Json, valuesReadBack) {
+  SampleBench bench;
+  bench.document.beginProcedure("", "");
+  BpProcedure procedure("Proportions", 10);
+  BpDimension& rows = dimensionAt(pivot(procedure, "T"), text("R"), 0);
+  const double values[] = {1.0 / 3, 5e-324, 1.7e308, -0.1, 4, 1e22, 123456789012345.6};
+  for (size_t i = 0; i < std::size(values); ++i) {
+    rows.Category(composite("^1", count(static_cast<double>(i)))).Cell(statistic(values[i]));
+  }
+  const json document = finished(bench);
+  const json& cells = document["procedures"][0]["tables"][0]["cells"];
+  for (size_t i = 0; i < std::size(values); ++i) {
+    EXPECT_EQ(cells[i]["value"].get<double>(), values[i]);
+  }
+}
+
+TEST(Json, whatIsNoNumber) {
+  SampleBench bench;
+  bench.document.beginProcedure("", "");
+  BpProcedure procedure("Proportions", 10);
+  BpDimension& rows = dimensionAt(pivot(procedure, "T"), text("R"), 0);
+  rows.Category(text("a")).Cell(statistic(kSystemMissing));
+  rows.Category(text("b")).Cell(statistic(std::nan("")));
+  rows.Category(text("c")).Cell(statistic(std::numeric_limits<double>::infinity()));
+  rows.Category(text("d")).Cell(statistic(-std::numeric_limits<double>::infinity()));
+  const json document = finished(bench);
+  const json& cells = document["procedures"][0]["tables"][0]["cells"];
+  EXPECT_TRUE(cells[0]["value"].is_null());
+  EXPECT_EQ(cells[1]["value"], "NaN");
+  EXPECT_EQ(cells[2]["value"], "Infinity");
+  EXPECT_EQ(cells[3]["value"], "-Infinity");
+}
+
+TEST(Json, absentMembers) {
+  SampleBench bench;
+  bench.document.beginProcedure("", "");
+  BpProcedure procedure("Proportions", 10);
+  dimensionAt(pivot(procedure, "T"), text("R"), 0).Category(text("a")).Cell(count(1));
+  BpError(text("W ..."), 2, 2);
+  const json document = finished(bench);
+  const json& made = document["procedures"][0];
+  EXPECT_FALSE(made["messages"][0].contains("split"));
+  EXPECT_FALSE(made["tables"][0]["cells"][0].contains("notes"));
+  EXPECT_EQ(made["tables"][0]["split"], json::object());
+  const json& category = made["tables"][0]["dimensions"][0]["categories"][0];
+  EXPECT_FALSE(category.contains("notes"));
+  EXPECT_FALSE(category.contains("categories"));
+}
+
+}  // namespace
+}  // namespace workbench
