@@ -68,13 +68,19 @@ class ZELK_Variable {
  public:
   struct Impl;
   ZELK_Variable(const Impl* impl, int32_t type, NumericMissingView missing)
-      : impl_(impl), type_(type), missing_(missing) {}
+      : impl_(impl),
+        type_(type),
+        missing_(missing),
+        hasUserMissing_(missing.count > 0 || missing.low <= missing.high) {}
 
   /// True when the observation is system- or user-missing. `obs` is what Case::Obs gave for this
   /// variable. A string is missing when it is blank or one of the user-missing strings.
   bool IsMissing(const void* obs) const {
     return type_ == 0 ? IsMissingNumber(*static_cast<const double*>(obs)) : IsMissingString(obs);
   }
+
+  /// False when only the system-missing value is missing of a numeric variable.
+  bool HasUserMissing() const { return hasUserMissing_; }
 
   /// 0 for a numeric variable, else the width of its values in bytes (1 or more, even when all are
   /// empty).
@@ -91,7 +97,9 @@ class ZELK_Variable {
 
  private:
   bool IsMissingNumber(double value) const {
-    if (value == kSystemMissing) return true;
+    return IsSystemMissing(value) || (hasUserMissing_ && IsUserMissing(value));
+  }
+  bool IsUserMissing(double value) const {
     for (size_t i = 0; i < missing_.count; ++i) {
       if (value == missing_.values[i]) return true;
     }
@@ -102,6 +110,7 @@ class ZELK_Variable {
   const Impl* impl_;
   int32_t type_;
   NumericMissingView missing_;
+  bool hasUserMissing_;
 };
 
 /// One variable's observations in the current chunk of cases: `stride` 8-byte words per case.

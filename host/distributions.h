@@ -21,8 +21,8 @@ struct MCDistFun {
   /// was.
   static double CdfBin(double k, double n, double p, int32_t& error);
 
-  /// P(X > k) for X binomial(n, p), to the relative accuracy of CdfBin where 1 - CdfBin would cancel.
-  /// k below 0 gives 1 and k at or above n gives 0. Errors as for CdfBin.
+  /// P(X > k) for X binomial(n, p), to the relative accuracy of CdfBin where 1 - CdfBin would
+  /// cancel. k below 0 gives 1 and k at or above n gives 0. Errors as for CdfBin.
   static double CdfBinUpper(double k, double n, double p, int32_t& error);
 
   /// P(X = k) for X binomial(n, p), 0 for k outside 0..n. PdfBin(0, 0, p) is 1. Errors as for

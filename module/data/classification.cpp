@@ -8,12 +8,7 @@
 namespace proportions {
 namespace {
 
-CaseVariable caseVariable(const PRPAlgorithm& analysis, VarIndex index, VarCatInfo* cats,
-                          const BinInfoElem& info) {
-  return {index, &analysis.dataSource->GetVariable(index), cats, &info};
-}
-
-void collectNumber(double value, VarCatInfo& cats) {
+void extendExtremes(double value, VarCatInfo& cats) {
   if (!cats.hasValidValue) {
     cats.minValue = cats.maxValue = value;
     cats.hasValidValue = true;
@@ -21,6 +16,14 @@ void collectNumber(double value, VarCatInfo& cats) {
   }
   if (value < cats.minValue) cats.minValue = value;
   if (value > cats.maxValue) cats.maxValue = value;
+}
+
+inline void collectNumber(double value, VarCatInfo& cats) {
+  // Most values lie between those seen before; none does before the first, both ends being missing.
+  if (value >= cats.minValue && value <= cats.maxValue) [[likely]] {
+    return;
+  }
+  extendExtremes(value, cats);
 }
 
 bool collatesBefore(const std::string& a, const std::string& b) {
@@ -38,25 +41,45 @@ void collectString(const std::string& value, VarCatInfo& cats) {
   if (collatesBefore(cats.maxString, value)) cats.maxString = value;
 }
 
-/// A missing reference (no valid value anywhere, or no cut point given) compares with nothing.
-bool reaches(double value, double reference) { return !isMissing(reference) && value >= reference; }
-
-bool numberSucceeds(double value, const VarCatInfo& cats, const BinInfoElem& info) {
+/// Sets what numbers are successes by the rule and what the first pass found. A missing reference
+/// (no valid value anywhere, or no cut point given) compares with nothing.
+void setSuccesses(CaseVariable& variable) {
+  const VarCatInfo& cats = *variable.cats;
+  const BinInfoElem& info = *variable.info;
+  const auto exactly = [&variable](double value) { variable.low = variable.high = value; };
+  const auto from = [&variable](double reference) {
+    if (isMissing(reference)) return;
+    variable.low = reference;
+    variable.high = std::numeric_limits<double>::infinity();
+  };
   switch (info.rule) {
     case kFirst:
-      return value == cats.minValue;
+      return exactly(cats.minValue);
     case kLast:
-      return value == cats.maxValue;
+      return exactly(cats.maxValue);
     case kMidpoint:
-      return reaches(value, cats.midPoint);
+      return from(cats.midPoint);
     case kCutpoint:
-      return reaches(value, info.cutPoint());
+      return from(info.cutPoint());
     case kLevels:
-      return std::find(info.numericValues.begin(), info.numericValues.end(), value) !=
-             info.numericValues.end();
+      if (info.numericValues.size() == 1) return exactly(info.numericValues.front());
+      variable.levels = &info.numericValues;
+      return;
     default:
-      return false;
+      return;
   }
+}
+
+bool liesWithin(double value, const CaseVariable& variable) {
+  // Both comparisons are made, so that the compiler needs no jump between them.
+  return static_cast<bool>(static_cast<int>(value >= variable.low) &
+                           static_cast<int>(value <= variable.high));
+}
+
+bool numberSucceeds(double value, const CaseVariable& variable) {
+  if (variable.levels == nullptr) return liesWithin(value, variable);
+  return std::find(variable.levels->begin(), variable.levels->end(), value) !=
+         variable.levels->end();
 }
 
 bool stringSucceeds(const std::string& value, const VarCatInfo& cats, const BinInfoElem& info) {
@@ -86,30 +109,42 @@ int32_t sideOf(double value, double reference) {
 
 }  // namespace
 
-Classifier::Classifier(PRPAlgorithm& analysis) : analysis_(analysis) {
+Classifier::Classifier(PRPAlgorithm& analysis)
+    : analysis_(analysis),
+      collecting_(analysis.initialDataPass),
+      userMissingIncluded_(analysis.userMissingIncluded) {
   for (size_t i = 0; i < analysis.testVarIndices.size(); ++i) {
-    first_.push_back(caseVariable(analysis, analysis.testVarIndices[i],
-                                  analysis.testVarCats[i].get(), analysis.testVarInfo[i]));
+    add(first_, analysis.testVarIndices[i], analysis.testVarCats[i].get(), analysis.testVarInfo[i]);
   }
   for (size_t i = 0; i < analysis.secondVarIndices.size(); ++i) {
-    second_.push_back(caseVariable(analysis, analysis.secondVarIndices[i],
-                                   analysis.secondVarCats[i].get(), analysis.secondVarInfo[i]));
+    add(second_, analysis.secondVarIndices[i], analysis.secondVarCats[i].get(),
+        analysis.secondVarInfo[i]);
   }
   if (analysis.groupVarIndex >= 0) {
-    group_.push_back(caseVariable(analysis, analysis.groupVarIndex, analysis.groupCats.get(),
-                                  analysis.groupInfo));
+    add(group_, analysis.groupVarIndex, analysis.groupCats.get(), analysis.groupInfo);
   }
 }
 
-Classifier::Number Classifier::fetchNumeric(const Case& data, const CaseVariable& variable) const {
+void Classifier::add(CaseVariables& list, VarIndex index, VarCatInfo* cats,
+                     const BinInfoElem& info) {
+  CaseVariable variable{index, cats->isString, &analysis_.dataSource->GetVariable(index), cats,
+                        &info};
+  if (!variable.isString) setSuccesses(variable);
+  list.plain = list.plain && !variable.isString && variable.levels == nullptr &&
+               (userMissingIncluded_ || !variable.variable->HasUserMissing());
+  list.variables.push_back(variable);
+}
+
+inline Classifier::Number Classifier::fetchNumeric(const Case& data,
+                                                   const CaseVariable& variable) const {
   const double value = *data.Obs(variable.index);
-  if (analysis_.userMissingIncluded) return {value, isMissing(value)};
+  if (userMissingIncluded_) return {value, isMissing(value)};
   return {value, variable.variable->IsMissing(&value)};
 }
 
 bool Classifier::fetchString(const Case& data, const CaseVariable& variable) {
   const double* words = data.Obs(variable.index);
-  if (!analysis_.userMissingIncluded && variable.variable->IsMissing(words)) return true;
+  if (!userMissingIncluded_ && variable.variable->IsMissing(words)) return true;
   const auto width = static_cast<size_t>(variable.variable->GetType());
   text_.resize(width + 1);
   std::memcpy(text_.data(), words, width);
@@ -125,45 +160,54 @@ bool Classifier::fetchString(const Case& data, const CaseVariable& variable) {
 }
 
 bool Classifier::observationIsMissing(const Case& data, const CaseVariable& variable) const {
-  if (!variable.cats->isString) return fetchNumeric(data, variable).missing;
-  return !analysis_.userMissingIncluded && variable.variable->IsMissing(data.Obs(variable.index));
+  if (!variable.isString) return fetchNumeric(data, variable).missing;
+  return !userMissingIncluded_ && variable.variable->IsMissing(data.Obs(variable.index));
 }
 
-bool Classifier::caseIsComplete(const Case& data) const {
-  if (analysis_.scopeAnalysis) return true;
-  for (const std::vector<CaseVariable>* list : {&group_, &first_, &second_}) {
-    for (const CaseVariable& variable : *list) {
-      if (observationIsMissing(data, variable)) return false;
-    }
-  }
-  return true;
+bool Classifier::noneIsMissing(const Case& data, const CaseVariables& list) const {
+  return std::none_of(
+      list.variables.begin(), list.variables.end(),
+      [&](const CaseVariable& variable) { return observationIsMissing(data, variable); });
 }
 
-Code Classifier::classifyValue(const Case& data, const CaseVariable& variable) {
-  if (!variable.cats->isString) {
-    const auto [value, missing] = fetchNumeric(data, variable);
-    if (missing) return kNotCounted;
-    if (analysis_.initialDataPass) {
-      collectNumber(value, *variable.cats);
-      return kNotCounted;
-    }
-    return numberSucceeds(value, *variable.cats, *variable.info) ? 1 : 0;
-  }
+Code Classifier::classifyString(const Case& data, const CaseVariable& variable) {
   if (fetchString(data, variable)) return kNotCounted;
-  if (analysis_.initialDataPass) {
+  if (collecting_) {
     collectString(text_, *variable.cats);
     return kNotCounted;
   }
   return stringSucceeds(text_, *variable.cats, *variable.info) ? 1 : 0;
 }
 
+template <bool kCollecting>
+inline Code Classifier::classifyPlain(const Case& data, const CaseVariable& variable) const {
+  const double value = *data.Obs(variable.index);
+  if (isMissing(value)) return kNotCounted;
+  if constexpr (kCollecting) {
+    collectNumber(value, *variable.cats);
+    return kNotCounted;
+  }
+  return liesWithin(value, variable) ? 1 : 0;
+}
+
+Code Classifier::classifyValue(const Case& data, const CaseVariable& variable) {
+  if (variable.isString) return classifyString(data, variable);
+  const auto [value, missing] = fetchNumeric(data, variable);
+  if (missing) return kNotCounted;
+  if (collecting_) {
+    collectNumber(value, *variable.cats);
+    return kNotCounted;
+  }
+  return numberSucceeds(value, variable) ? 1 : 0;
+}
+
 int32_t Classifier::classifyGroup(const Case& data) {
-  const CaseVariable& variable = group_.front();
+  const CaseVariable& variable = group_.variables.front();
   const BinInfoElem& info = *variable.info;
-  if (!variable.cats->isString) {
+  if (!variable.isString) {
     const auto [value, missing] = fetchNumeric(data, variable);
     if (missing) return kNotCounted;
-    if (analysis_.initialDataPass) {
+    if (collecting_) {
       collectNumber(value, *variable.cats);
       return kNotCounted;
     }
@@ -172,32 +216,47 @@ int32_t Classifier::classifyGroup(const Case& data) {
     return info.rule == kLevels ? positionOf(info.numericValues, value) : kNotCounted;
   }
   if (fetchString(data, variable)) return kNotCounted;
-  if (analysis_.initialDataPass) {
+  if (collecting_) {
     collectString(text_, *variable.cats);
     return kNotCounted;
   }
   return info.rule == kLevels ? positionOf(info.stringValues, text_) : kNotCounted;
 }
 
-bool Classifier::classifyList(const Case& data, const std::vector<CaseVariable>& list,
+template <bool kCollecting>
+bool Classifier::classifyList(const Case& data, const CaseVariables& list,
                               std::vector<Code>& codes) {
-  codes.resize(list.size());
-  bool allCounted = true;
-  for (size_t i = 0; i < list.size(); ++i) {
-    codes[i] = classifyValue(data, list[i]);
-    allCounted &= codes[i] >= 0;
+  codes.resize(list.variables.size());
+  Code* code = codes.data();
+  int signs = 0;
+  if (list.plain) {
+    for (const CaseVariable& variable : list.variables) {
+      *code = classifyPlain<kCollecting>(data, variable);
+      signs |= *code++;
+    }
+  } else {
+    for (const CaseVariable& variable : list.variables) {
+      *code = classifyValue(data, variable);
+      signs |= *code++;
+    }
   }
-  return allCounted;
+  return signs >= 0;  // no code is negative
 }
 
 bool Classifier::classifyCase(const Case& data, std::vector<Code>& first, std::vector<Code>& second,
                               int32_t& group) {
-  group = group_.empty() ? kNotCounted : classifyGroup(data);
-  bool usable = group_.empty() || group >= 0;
+  const bool grouped = !group_.variables.empty();
+  group = grouped ? classifyGroup(data) : kNotCounted;
   // Every list is classified, usable or not: the first pass collects from all of them.
-  usable &= classifyList(data, first_, first);
-  usable &= classifyList(data, second_, second);
-  return analysis_.initialDataPass || usable || analysis_.scopeAnalysis;
+  if (collecting_) {
+    classifyList<true>(data, first_, first);
+    if (!second_.variables.empty()) classifyList<true>(data, second_, second);
+    return true;
+  }
+  bool usable = !grouped || group >= 0;
+  usable &= classifyList<false>(data, first_, first);
+  if (!second_.variables.empty()) usable &= classifyList<false>(data, second_, second);
+  return usable || analysis_.scopeAnalysis;
 }
 
 }  // namespace proportions

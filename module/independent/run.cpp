@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "module/data/case_reader.h"
+#include "module/data/outcome_weights.h"
 #include "module/independent/intervals.h"
 #include "module/independent/tables.h"
 #include "module/output/texts.h"
@@ -11,29 +12,25 @@
 namespace proportions {
 namespace {
 
-void countCase(PropZIndSamp& record, int32_t side, Code code, double weight) {
-  if (code < 0) return;
-  if (side == 0) {
-    (code == 1 ? record.numSuccesses1 : record.numFailures1) += weight;
-    record.numTrials1 += weight;
-  } else {
-    (code == 1 ? record.numSuccesses2 : record.numFailures2) += weight;
-    record.numTrials2 += weight;
-  }
-  record.numObservations += weight;
-}
-
 /// False when neither side has any weight. One side is enough to go on: a missing side is caught
 /// per variable.
 bool countCases(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
   double sideTotals[2] = {0.0, 0.0};
   CaseReader reader(analysis, iterator);
   UsedCase used;
+  OutcomeWeights weights;
   while (reader.nextUsedCase(used)) {
     if (used.group != 0 && used.group != 1) continue;
     sideTotals[used.group] += used.weight;
+    weights.setWeight(used.weight);
     for (PropZIndSamp& record : analysis.independentRecords) {
-      countCase(record, used.group, used.first[record.localVarIndex], used.weight);
+      const Code code = used.first[record.localVarIndex];
+      if (used.group == 0) {
+        weights.add(code, record.numSuccesses1, record.numFailures1, record.numTrials1);
+      } else {
+        weights.add(code, record.numSuccesses2, record.numFailures2, record.numTrials2);
+      }
+      record.numObservations += weights.trial(code);
     }
   }
   return sideTotals[0] > 0.0 || sideTotals[1] > 0.0;

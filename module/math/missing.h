@@ -6,6 +6,6 @@
 namespace proportions {
 
 /// The only comparison with the system-missing value.
-inline bool isMissing(double value) { return value == kSystemMissing; }
+inline bool isMissing(double value) { return IsSystemMissing(value); }
 
 }  // namespace proportions

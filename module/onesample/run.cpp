@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "module/data/case_reader.h"
+#include "module/data/outcome_weights.h"
 #include "module/math/arithmetic.h"
 #include "module/onesample/tables.h"
 #include "module/output/texts.h"
@@ -14,16 +15,12 @@ namespace {
 void countCases(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
   CaseReader reader(analysis, iterator);
   UsedCase used;
+  OutcomeWeights weights;
   while (reader.nextUsedCase(used)) {
+    weights.setWeight(used.weight);
     for (PropZOneSamp& record : analysis.oneSampleRecords) {
-      const Code code = used.first[record.localVarIndex];
-      if (code == 1) {
-        record.numSuccesses += used.weight;
-        record.numTrials += used.weight;
-      } else if (code == 0) {
-        record.numFailures += used.weight;
-        record.numTrials += used.weight;
-      }
+      weights.add(used.first[record.localVarIndex], record.numSuccesses, record.numFailures,
+                  record.numTrials);
     }
   }
 }

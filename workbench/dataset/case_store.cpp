@@ -82,7 +82,9 @@ std::string combinationOf(const CasePlan& plan) {
   return list;
 }
 
-/// Whether few combinations make up the beginning of the data.
+/// Whether most of the cases to come are expected to repeat a combination that the beginning of the
+/// data holds: the share of combinations seen once estimates the share of new ones among further
+/// cases (Good 1953, Biometrika 40:237-264).
 bool combinationsRepeat(const CasePlan& plan) {
   const int64_t bytes = plan.source->bytes();
   if (bytes >= 0 && bytes < kSmallFile) return false;
@@ -95,14 +97,15 @@ bool combinationsRepeat(const CasePlan& plan) {
   if (plan.weight >= 0) names += "w, ";
   names.resize(names.size() - 2);
   Query query(plan.source->database(),
-              fmt::format("SELECT count(*), count(DISTINCT hash({})) FROM (SELECT {} FROM {} "
-                          "LIMIT {})",
-                          names, combinationOf(plan), relationOf(plan), sample));
+              fmt::format("SELECT CAST(coalesce(sum(n), 0) AS BIGINT), count(*) FILTER (WHERE n = 1) FROM "
+                          "(SELECT count(*) AS n FROM (SELECT {} FROM {} LIMIT {}) "
+                          "GROUP BY hash({}))",
+                          combinationOf(plan), relationOf(plan), sample, names));
   const Chunk chunk = query.fetch();
   const int64_t rows = chunk.data<int64_t>(0)[0];
-  const int64_t different = chunk.data<int64_t>(1)[0];
+  const int64_t once = chunk.data<int64_t>(1)[0];
   // A sample that holds all the data leaves nothing to gain.
-  return rows == sample && different * 10 < rows;
+  return rows == sample && once * 10 < rows;
 }
 
 std::unique_ptr<CaseStore> readCombinations(const CasePlan& plan) {

@@ -1,0 +1,32 @@
+/// What a case adds to the sums of successes, failures and trials, by its code.
+#pragma once
+
+#include "module/data/classification.h"
+
+namespace proportions {
+
+/// Looked up instead of decided: half of all jumps on outcomes would be foreseen wrongly by the
+/// processor.
+class OutcomeWeights {
+ public:
+  /// To be told each case's weight; most often it is the one before.
+  void setWeight(double weight) {
+    if (weight == trial_[2]) return;
+    success_[2] = failure_[1] = trial_[1] = trial_[2] = weight;
+  }
+
+  void add(Code code, double& successes, double& failures, double& trials) const {
+    const int position = code - kNotCounted;
+    successes += success_[position];
+    failures += failure_[position];
+    trials += trial_[position];
+  }
+  double trial(Code code) const { return trial_[code - kNotCounted]; }
+
+ private:
+  double success_[3] = {};
+  double failure_[3] = {};
+  double trial_[3] = {};
+};
+
+}  // namespace proportions
