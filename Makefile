@@ -28,7 +28,9 @@ check: test
 bench: build
 	cmake --preset release -DPROPORTIONS_BENCH=ON >/dev/null
 	cmake --build build -j $(JOBS)
-	bench/run.sh
+	bench/run.py $(ROWS)
+	build/bin/classification_bench --benchmark_min_time=0.2
+	build/bin/distributions_bench --benchmark_min_time=0.05
 
 format:
 	clang-format -i $$(git ls-files '*.h' '*.cpp')

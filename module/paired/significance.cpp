@@ -53,10 +53,13 @@ double waldVariance(const PairedCounts& counts) {
 
 /// With g = n - 2·last and t terms between k and `last`, ln P(X = k) / P(X = last) is at most
 /// -2·t·(g + t) / (n + 1), because ln(j / (n + 1 - j)) <= -2·(n + 1 - 2j) / (n + 1) for j <= (n +
-/// 1) / 2. The terms left out, at most `last` of them, add up to less than 2^-75 of the last term.
+/// 1) / 2; and below k each term is less than exp(-2·(g + 2t) / (n + 1)) times the one above it,
+/// where g + 2t >= 2·sqrt(t·(g + t)). The geometric series of the terms left out is therefore less
+/// than 2^-66 of the last term.
 double firstTermThatCounts(double last, double n) {
   if (last < kFullSumTerms) return 0.0;
-  const double bound = 75.0 * std::log(2.0) + std::log(last);
+  const double bits = 66.0 * std::log(2.0);
+  const double bound = bits + std::log(1.0 + std::sqrt((n + 1.0) / (8.0 * bits)));
   const double g = n - 2.0 * last;
   const double t = 0.5 * (std::sqrt(g * g + 2.0 * (n + 1.0) * bound) - g);
   return std::max(0.0, std::floor(last - t));

@@ -100,9 +100,10 @@ void EngineHolder::start(const std::string& databaseFile) {
       {"autoload_known_extensions", "false"}};
   if (!databaseFile.empty()) configuration.emplace_back("access_mode", "READ_ONLY");
   database_ = std::make_unique<Database>(databaseFile, configuration);
+  // The default buffer for results holds a fraction of a thread's share; the others would wait.
   database_->execute(
       "SET enable_progress_bar = true; SET enable_progress_bar_print = false; "
-      "SET TimeZone = 'UTC'");
+      "SET TimeZone = 'UTC'; SET streaming_buffer_size = '128MB'");
   database_->setProgress(progress_);
   database_->watch(watched_);
   running_ = database_.get();

@@ -22,6 +22,9 @@ namespace workbench {
 namespace {
 
 constexpr size_t kHeadBytes = size_t{1} << 20;
+/// What one thread of the engine takes from a file at a time: small enough that files of a few
+/// megabytes keep all of them busy, and more than the engine's longest line of 2,000,000 bytes.
+constexpr size_t kReadBytes = 4'000'000;
 constexpr const char* kEndings =
     "Files that are read: .csv, .tsv, .parquet, .json, .jsonl, .ndjson (text files also compressed "
     "as .gz or .zst), - for CSV on standard input, duckdb:FILE for a database.";
@@ -272,8 +275,9 @@ std::string DelimitedSource::relation(const std::vector<size_t>& wanted) const {
   }
   return fmt::format(
       "read_csv({}, auto_detect=false, delim={}, quote='\"', escape='\"', "
-      "header=true, hive_partitioning=false, compression='{}', columns={{{}}})",
-      quotedText(file_), quotedText(std::string(1, delimiter_)), compression_, declared);
+      "header=true, hive_partitioning=false, compression='{}', buffer_size={}, columns={{{}}})",
+      quotedText(file_), quotedText(std::string(1, delimiter_)), compression_, kReadBytes,
+      declared);
 }
 
 bool DelimitedSource::settle(const std::vector<size_t>& wanted) {

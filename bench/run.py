@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+"""Prints whole-process times of the program beside what each is compared with, in one run.
+
+    bench/run.py [ROWS]     rows of the large files, 10 million by default
+
+Each figure is the fastest of three runs; memory is the program's highest peak.
+"""
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+REPEATS = 3
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+BIN = os.path.join(ROOT, "build", "bin")
+
+
+def run(command):
+    """Seconds and peak kilobytes of one run; its output is thrown away."""
+    start = time.perf_counter()
+    child = subprocess.Popen(command, stdout=subprocess.DEVNULL)
+    _, status, usage = os.wait4(child.pid, 0)
+    child.returncode = os.waitstatus_to_exitcode(status)
+    if child.returncode != 0:
+        sys.exit(f"failed with status {child.returncode}: {' '.join(command)}")
+    return time.perf_counter() - start, usage.ru_maxrss
+
+
+def best(command):
+    runs = [run(command) for _ in range(REPEATS)]
+    return min(seconds for seconds, _ in runs), max(peak for _, peak in runs)
+
+
+def compare(title, command, reference, bar):
+    """One line: the program, what it is compared with, and their ratio."""
+    seconds, peak = best(command)
+    other, _ = best(reference)
+    print(f"{title:<52} {seconds:8.3f} s {other:8.3f} s {seconds / other:7.2f}  (at most {bar})"
+          f" {peak / 1024:7.0f} MiB", flush=True)
+
+
+def program(data, command, *options):
+    return [f"{BIN}/proportions", data, "-c", command, *options]
+
+
+def engine(query=None):
+    return [f"{BIN}/engine_only"] + ([query] if query else [])
+
+
+def make_data(path, *arguments):
+    with open(path, "wb") as file:
+        subprocess.run([f"{BIN}/make_data", *map(str, arguments)], stdout=file, check=True)
+    return path
+
+
+def large_files(folder, rows):
+    data = make_data(f"{folder}/large.csv", rows)
+    counts = ", ".join(f"count(*) FILTER (WHERE v{i} = 1)" for i in range(1, 9))
+    source = f"FROM read_csv('{data}')"
+    compare(f"{rows:,} rows, one sample, 8 variables", program(data, "PROPORTIONS /ONESAMPLE v1 TO v8."),
+            engine(f"SELECT {counts} {source}"), 1.5)
+    compare(f"{rows:,} rows, two groups, 8 outcomes",
+            program(data, "PROPORTIONS /INDEPENDENTSAMPLES v1 TO v8 BY arm."),
+            engine(f"SELECT arm, {counts} {source} GROUP BY arm"), 1.5)
+    compare(f"{rows:,} rows, 12 split groups, 8 variables",
+            program(data, "PROPORTIONS /ONESAMPLE v1 TO v8.", "--split", "region"),
+            engine(f"SELECT region, {counts} {source} GROUP BY region"), 1.5)
+
+
+def many_pairs(folder):
+    """19,900 pairs, CSV in and CSV out, beside R."""
+    rscript = shutil.which("Rscript")
+    check = [rscript or "", "-e", "if (!requireNamespace('data.table', quietly = TRUE)) quit(status = 1)"]
+    if rscript is None or subprocess.run(check, capture_output=True).returncode != 0:
+        print("100,000 rows, 200 variables, all pairs: needs R with data.table; left out")
+        return
+    data = make_data(f"{folder}/wide.csv", 100000, 200)
+    compare("100,000 rows, 200 variables, 19,900 pairs, beside R",
+            program(data, "PROPORTIONS /PAIREDSAMPLES ALL.", "-o", f"{folder}/pairs.csv"),
+            [rscript, f"{ROOT}/bench/paired_tables.R", data, f"{folder}/r"], 1)
+
+
+def many_groups(folder):
+    """Groups of ten cases: ten times the groups beside a tenth of them."""
+    def grouped(groups):
+        path = f"{folder}/groups{groups}.csv"
+        with open(path, "w", encoding="ascii") as file:
+            file.write("g,x\n")
+            for case in range(10 * groups):
+                file.write(f"{case * 7919 % groups},{case * 31 % 7 % 2}\n")
+        return program(path, "PROPORTIONS /ONESAMPLE x.", "--split", "g", "-o", f"{folder}/out.csv")
+    compare("100,000 split groups of 10 cases, beside 10,000", grouped(100000), grouped(10000), 10)
+
+
+def heavy_pairs(folder):
+    """Ten thousand million discordant cases beside ten: what the long sums of two tests cost."""
+    def weighted(name, count):
+        path = f"{folder}/{name}.csv"
+        with open(path, "w", encoding="ascii") as file:
+            file.write(f"a,b,w\n1,1,10\n1,0,{count}\n0,1,{count}\n0,0,10\n")
+        return program(path, "PROPORTIONS /PAIREDSAMPLES a b CITYPES=NONE TESTTYPES=EXACT MIDP.",
+                       "--weight", "w")
+    compare("a pair with 1e10 discordant cases, beside 10", weighted("heavy", 5000000000),
+            weighted("light", 5), 3)
+
+
+def main():
+    rows = int(sys.argv[1]) if len(sys.argv) > 1 else 10_000_000
+    print(f"{'':<52} {'program':>10} {'other':>10} {'ratio':>7}")
+    with tempfile.TemporaryDirectory() as folder:
+        small = make_data(f"{folder}/small.csv", 1000)
+        compare("1,000 rows, beside an empty engine",
+                program(small, "PROPORTIONS /ONESAMPLE v1 TO v8."), engine(), 2.5)
+        heavy_pairs(folder)
+        many_groups(folder)
+        many_pairs(folder)
+        large_files(folder, rows)
+
+
+if __name__ == "__main__":
+    main()
