@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Installs what the project builds on: Debian's packages, and DuckDB from npm, pinned by third_party/package-lock.json. Does nothing
-# where everything is there already. Needs root or sudo for the packages.
+# Installs what the project builds on: Debian's packages, those named as arguments too, and DuckDB from npm, pinned by
+# third_party/package-lock.json. Does nothing where everything is there already. Needs root or sudo for the packages.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(g++ cmake ninja-build ccache nodejs npm python3
   libicu-dev libcli11-dev nlohmann-json3-dev libfmt-dev libboost1.81-dev
-  libgtest-dev libgmock-dev libbenchmark-dev)
+  libgtest-dev libgmock-dev libbenchmark-dev "$@")
 
 missing=()
 for package in "${packages[@]}"; do

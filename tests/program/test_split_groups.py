@@ -1,5 +1,7 @@
 """Split groups in both layouts, and resampled data."""
 
+import random
+
 from program import ProgramTest, cells, keys, table
 
 COMMAND = "PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=LEVEL(1)."
@@ -20,6 +22,45 @@ class SplitGroups(ProgramTest):
             self.write("f.csv", "x,region,sex\n" + "\n".join(r for r in rows if region in r and r.endswith("1")) + "\n")
             for place, number in cells(table(self.procedure(COMMAND, "f.csv"), "Intervals")).items():
                 self.assertEqual(shared[((region,), ("1",)) + place], number)
+
+    def test_every_design_gives_a_group_what_its_cases_alone_give(self):
+        # With tables of their own, the groups' first and last values and midpoints are their own, too.
+        generator = random.Random(3)
+        rows = [(generator.choice("0129"), generator.choice("01"), generator.choice(["yes", "no", ""]),
+                 generator.choice("1234"), generator.choice("acb"), generator.choice(["0.4", "1", "2.5"]))
+                for _ in range(150)]
+        header = "x,y,s,k,g,w\n"
+        self.schema("all.schema.json", {"name": "x", "missingValues": ["9"]})
+        self.schema("one.schema.json", {"name": "x", "missingValues": ["9"]})
+        self.write("all.csv", header + "".join(",".join(row) + "\n" for row in rows))
+        for design in ("/ONESAMPLE x y s", "/PAIREDSAMPLES x y s", "/PAIREDSAMPLES x WITH y s",
+                       "/INDEPENDENTSAMPLES x y BY k SELECT=MIDPOINT",
+                       "/INDEPENDENTSAMPLES y s BY k SELECT=LEVEL(1 3)"):
+            for rule in ("FIRST", "LAST", "LEVEL(1)"):
+                command = f"PROPORTIONS {design} TESTTYPES=ALL CITYPES=ALL /SUCCESS VALUE={rule}."
+                together = self.procedure(command, "all.csv", "--weight", "w", "--split", "g", "--split-layout", "tables")
+                for group in "abc":
+                    self.write("one.csv", header + "".join(",".join(row) + "\n" for row in rows if row[4] == group))
+                    alone = self.procedure(command, "one.csv", "--weight", "w")
+                    found = [t for t in together["tables"] if t["split"] == {"g": group}]
+                    self.assertEqual([t["title"] for t in found], [t["title"] for t in alone["tables"]])
+                    for one, other in zip(found, alone["tables"]):
+                        self.assertEqual(cells(one), cells(other), (command, group))
+
+    def test_one_group_only(self):
+        self.write("d.csv", "x,g\n1,a\n0,a\n1,a\n")
+        shared = table(self.procedure(COMMAND, "d.csv", "--split", "g"), "Intervals")
+        alone = table(self.procedure(COMMAND, "d.csv"), "Intervals")
+        self.assertEqual({place[1:]: number for place, number in cells(shared).items()}, cells(alone))
+
+    def test_group_whose_values_are_all_missing(self):
+        self.write("d.csv", "x,g\n1,a\n0,a\n,b\n,b\n1,c\n")
+        p = self.procedure("PROPORTIONS /ONESAMPLE x.", "d.csv", "--split", "g")
+        self.assertEqual([(m["key"], m["level"], m["split"]) for m in p["messages"]],
+                         [("Not enough valid cases for split [%1 = %2:,^1 = ^2:]1 ...", 2, {"g": "b"})])
+        self.assertEqual([c["label"] for c in table(p, "Intervals")["dimensions"][0]["categories"]], ["a", "c"])
+        listwise = self.procedure("PROPORTIONS /ONESAMPLE x /MISSING SCOPE=LISTWISE.", "d.csv", "--split", "g")
+        self.assertEqual([(m["level"], m["split"]) for m in listwise["messages"]], [(2, {"g": "b"})])
 
     def test_order_of_groups(self):
         self.write("d.csv", "x,g\n1,10\n0,2\n1,\n0,-1\n1,2\n")
@@ -78,6 +119,34 @@ class Resamples(ProgramTest):
         p = self.procedure(self.COMMAND, "d.csv", "--split", "$bootstrap_split")
         # The largest value of the base data, 2, counts in every resample; sample 1 has none.
         self.assertEqual(self.successes(p), {"0": 1, "1": 0, "2": 2})
+
+    def test_reference_values_in_both_lists_of_pairs(self):
+        self.write("d.csv", "x,y,$bootstrap_split\n0,0,0\n1,3,0\n0,1,1\n0,1,1\n")
+        p = self.procedure("PROPORTIONS /PAIREDSAMPLES x WITH y.", "d.csv", "--split", "$bootstrap_split")
+        counts = {(place[0][0], place[1][-1]): number
+                  for place, number in cells(table(p, "Statistics")).items() if place[-1][-1] == "Successes"}
+        # The base data's largest values, 1 and 3, count in the resample, which has neither.
+        self.assertEqual(counts, {("0", "x = 1"): 1, ("0", "y = 3"): 1, ("1", "x = 1"): 0, ("1", "y = 3"): 0})
+
+    def test_reference_midpoint_of_the_grouping(self):
+        self.write("d.csv", "x,k,$bootstrap_split\n" + "0,1,0\n1,9,0\n1,2,0\n0,8,0\n" + "1,5.2,1\n0,7,1\n1,4,1\n1,6,1\n")
+        p = self.procedure("PROPORTIONS /INDEPENDENTSAMPLES x BY k SELECT=MIDPOINT.", "d.csv", "--split", "$bootstrap_split")
+        trials = {(place[0][0], place[2][0]): number
+                  for place, number in cells(table(p, "Group Statistics")).items() if place[-1][-1] == "Trials"}
+        # The base data's midpoint is 5; by its own, 5.5, the resample would have two cases on each side.
+        self.assertEqual(trials, {("0", "< 5"): 2, ("0", ">= 5"): 2, ("1", "< 5"): 1, ("1", ">= 5"): 3})
+
+    def test_a_string_numbers_no_resamples(self):
+        self.write("d.csv", "x,$bootstrap_split\n0,base\n1,base\n0,one\n2,one\n")
+        p = self.procedure(self.COMMAND, "d.csv", "--split", "$bootstrap_split")
+        self.assertEqual(p["status"], "ok")
+        self.assertEqual(self.successes(p), {"base": 1, "one": 1})
+
+    def test_first_of_two_base_groups_wins(self):
+        # Both base groups carry the user split value a; resamples copy from the one that stands first.
+        self.write("d.csv", "x,Imputation_,g\n0,0,a\n3,0,a\n0,0.2,a\n5,0.2,a\n3,1,a\n5,1,a\n")
+        p = self.procedure(self.COMMAND, "d.csv", "--split", "Imputation_,g")
+        self.assertEqual(self.successes(p), {"0": 1, "0.2": 1, "1": 1})
 
     def test_inconsistent_and_invalid(self):
         self.write("d.csv", "x,Imputation_,g\n0,0,1\n1,0,1\n0,1,1\n1,1,2\n")

@@ -1,0 +1,84 @@
+#include "tests/fuzz/workbench_run.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/fuzz/target.h"
+#include "workbench/catalogue/catalogue.h"
+#include "workbench/output/output_document.h"
+#include "workbench/parser/command_text.h"
+#include "workbench/render/render.h"
+#include "workbench/session/session.h"
+
+extern "C" void PROPORTI();
+
+namespace fuzz {
+namespace {
+
+using nlohmann::json;
+
+const workbench::Catalogue& english() {
+  static const workbench::Catalogue catalogue = workbench::Catalogue::english();
+  return catalogue;
+}
+
+std::string rendered(const workbench::OutputDocument& document, workbench::Format format) {
+  std::ostringstream out;
+  workbench::render(document, format, out);
+  return out.str();
+}
+
+bool within(double value, double low, double high) { return value >= low && value <= high; }
+
+void checkCell(const json& cell) {
+  const json& value = cell["value"];
+  if (!value.is_number()) return;
+  for (const auto& step : cell["at"]["Statistics"]) {
+    const auto number = value.get<double>();
+    if (step == "One-Sided p") promise(within(number, 0, 1), "one tail", cell.dump());
+    if (step == "Two-Sided p") promise(within(number, 0, 1), "both tails", cell.dump());
+    if (step == "Proportion") promise(within(number, 0, 1), "a proportion", cell.dump());
+    if (step == "Lower" || step == "Upper") promise(within(number, -1, 1), "a bound", cell.dump());
+    if (step == "Successes") promise(within(number, 0, 1e300), "a count", cell.dump());
+  }
+}
+
+void checkProcedure(const json& procedure) {
+  if (procedure["status"] == "failed") {
+    promise(!procedure["messages"].empty(), "a refusal says why", procedure.dump());
+  }
+  for (const json& table : procedure["tables"]) {
+    promise(!table["cells"].empty(), "no table without cells", table.dump());
+    for (const json& cell : table["cells"]) checkCell(cell);
+  }
+}
+
+}  // namespace
+
+std::string runCommands(workbench::MemoryDataset& data, const std::string& text) {
+  workbench::OutputDocument document;
+  workbench::Session session;
+  session.dataset = &data;
+  session.document = &document;
+  session.catalogue = &english();
+  const workbench::SessionScope scope(session);
+  const auto commands = workbench::splitCommands(text);
+  for (const workbench::CommandTokens& command : commands) {
+    session.command = &command;
+    document.beginProcedure("Proportions", command.source());
+    PROPORTI();
+    document.finishProcedure(&data);
+  }
+  for (const auto format :
+       {workbench::Format::kText, workbench::Format::kMarkdown, workbench::Format::kCsv}) {
+    rendered(document, format);
+  }
+  std::string result = rendered(document, workbench::Format::kJson);
+  const json parsed = json::parse(result, nullptr, false);
+  promise(!parsed.is_discarded(), "the JSON is well formed", result);
+  promise(parsed["procedures"].size() == commands.size(), "every command has its procedure");
+  for (const json& procedure : parsed["procedures"]) checkProcedure(procedure);
+  return result;
+}
+
+}  // namespace fuzz
