@@ -59,8 +59,7 @@ std::string exactNumber(double value) {
   if (value == kSystemMissing) return "";
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
-  std::array<char, 32> buffer{};
-  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
+  return shortestNumber(value);
 }
 
 CellTexts::CellTexts(const Table& table) : table_(table) {

@@ -85,23 +85,26 @@ class RowHeadings {
     return block;
   }
 
-  /// The lines that head a row. Labels that it shares with the row before are not repeated.
-  Lines lines(size_t row) const {
+  /// The lines that head a row; rows have to be asked for in order. Labels that a row shares with
+  /// the one before are not repeated, but those of several lines go on beside the rows that share
+  /// them.
+  Lines nextLines(size_t row) {
     const std::vector<const Label*> labels = labelsOf(row);
-    size_t shared = 0;
-    if (row > 0) {
-      const std::vector<const Label*> before = labelsOf(row - 1);
-      while (shared + 1 < labels.size() && labels[shared] == before[shared]) ++shared;
+    shownLines_.resize(labels.size());
+    std::fill(shownLines_.begin() + static_cast<ptrdiff_t>(sharedLevels(row)), shownLines_.end(),
+              0);
+    size_t height = 1;
+    for (size_t i = sharedLevels(row + 1); i < labels.size(); ++i) {
+      const size_t count = labels[i]->lines.size();
+      height = std::max(height, count - std::min(count, shownLines_[i]));
     }
-    Lines result(1);
-    for (size_t i = shared; i < labels.size(); ++i) {
-      result.resize(std::max(result.size(), labels[i]->lines.size()));
-    }
-    for (size_t line = 0; line < result.size(); ++line) {
+    Lines result(height);
+    for (std::string& line : result) {
       for (size_t i = 0; i < labels.size(); ++i) {
-        const bool isShown = i >= shared && line < labels[i]->lines.size();
-        result[line] += placed(isShown ? labels[i]->lines[line] : "", widths_[i], Align::kLeft);
-        result[line] += kGap;
+        const Lines& all = labels[i]->lines;
+        const bool isShown = shownLines_[i] < all.size();
+        line += placed(isShown ? all[shownLines_[i]++] : "", widths_[i], Align::kLeft);
+        line += kGap;
       }
     }
     return result;
@@ -156,6 +159,16 @@ class RowHeadings {
     return labels;
   }
 
+  /// How many of its outer labels a row shares with the row before; never all.
+  size_t sharedLevels(size_t row) const {
+    if (row == 0 || row >= rows_.placeCount()) return 0;
+    const std::vector<const Label*> labels = labelsOf(row);
+    const std::vector<const Label*> before = labelsOf(row - 1);
+    size_t shared = 0;
+    while (shared + 1 < labels.size() && labels[shared] == before[shared]) ++shared;
+    return shared;
+  }
+
   bool sameGroup(size_t a, size_t b) const { return labelsOf(a)[0] == labelsOf(b)[0]; }
 
   const GridAxis& rows_;
@@ -163,6 +176,7 @@ class RowHeadings {
   std::vector<size_t> widths_;
   std::vector<std::vector<Label>> labels_;     // by dimension and node
   std::vector<std::vector<int32_t>> parents_;  // likewise
+  std::vector<size_t> shownLines_;             // of the labels of the row at hand, by level
   bool hasLargeGroups_ = false;
 };
 
@@ -358,8 +372,8 @@ class TextTable {
   void writeRows(Writer& out) {
     for (size_t row = 0; row < grid_.rows().placeCount(); ++row) {
       if (rowHeadings_.startsGroup(row)) out << '\n';
-      const Lines lines = rowHeadings_.lines(row);
-      out << trimmedLine((lines.empty() ? "" : lines[0]) + cellsOf(row)) << '\n';
+      const Lines lines = rowHeadings_.nextLines(row);
+      out << trimmedLine(lines[0] + cellsOf(row)) << '\n';
       for (size_t i = 1; i < lines.size(); ++i) out << trimmedLine(lines[i]) << '\n';
     }
   }

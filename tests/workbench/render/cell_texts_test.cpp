@@ -83,6 +83,7 @@ TEST(CellTexts, exactNumbersReadBack) {
   EXPECT_EQ(exactNumber(kSystemMissing), "");
   EXPECT_EQ(exactNumber(5), "5");
   EXPECT_EQ(exactNumber(0.1), "0.1");
+  EXPECT_EQ(exactNumber(100000), "100000");
   std::mt19937_64 random(20240501);
   for (int i = 0; i < 20000; ++i) {
     const uint64_t bits = random();

@@ -209,6 +209,31 @@ void makeNastyLabels(SampleBench& bench) {
   report(Severity::kError, "Line 1:\n    ^1\n       ^", {"/ONESAMPL x"});
 }
 
+/// Labels of several lines over many rows, over few, and in two columns at once.
+void makeLongLabels(SampleBench& bench) {
+  const VarIndex before = bench.data.addNumber(
+      "before",
+      "Hyper-responsive before the transplantation of stem cells, as the clinic found it");
+  const VarIndex after = bench.data.addNumber(
+      "after", "Hyper-responsive after the transplantation of stem cells, as the clinic found it",
+      {{1, "a value whose label takes more than one line, too"}});
+  bench.document.beginProcedure("Proportions", "PROPORTIONS /ONESAMPLE before after.");
+  BpProcedure procedure("Proportions", 10);
+  const Dimensions at = layOut(procedure, "A table", "Interval Type");
+  const std::vector<const char*> methods{"Agresti-Coull", "Jeffreys", "Logit", "Wilson Score",
+                                         "A method with such a long name that it takes two lines"};
+  at.variables.Category(equals(before, 1));
+  for (const char* method : methods) {
+    at.types.Category(text(method));
+    writeInterval(at, 1, 3, 0.1, 0.9);
+  }
+  at.variables.Category(equals(after, 1));
+  for (const char* method : {"Agresti-Coull", "Jeffreys"}) {
+    at.types.Category(text(method));
+    writeInterval(at, 1, 3, 0.1, 0.9);
+  }
+}
+
 /// Two commands, one of them refused.
 void makeSeveral(SampleBench& bench) {
   bench.document.beginProcedure("Proportions", "PROPORTIONS /PAIREDSAMPLES a a.");
@@ -254,8 +279,8 @@ const std::vector<SampleDocument>& sampleDocuments() {
   static const std::vector<SampleDocument> samples{
       {"one_sample", makeOneSample},     {"paired", makePaired},
       {"split_rows", makeSplitRows},     {"split_tables", makeSplitTables},
-      {"nasty_labels", makeNastyLabels}, {"several_commands", makeSeveral},
-      {"nothing", makeNothing},
+      {"nasty_labels", makeNastyLabels}, {"long_labels", makeLongLabels},
+      {"several_commands", makeSeveral}, {"nothing", makeNothing},
   };
   return samples;
 }
