@@ -154,19 +154,18 @@ TEST_F(Dump, SpecificationFilled) {
 }
 
 class ModelType : public Dump,
-                  public testing::WithParamInterface<std::pair<int32_t, const char*>> {};
+                  public testing::WithParamInterface<std::pair<int32_t, std::string>> {};
 
 TEST_P(ModelType, IsShownAsText) {
   specs_.setModelType(GetParam().first);
   dumpSpecification(specs_);
-  EXPECT_EQ(displayLines(host_.transcript()).at(6),
-            std::string("S Model Type = \"") + GetParam().second + "\"");
+  EXPECT_EQ(displayLines(host_.transcript()).at(6), "S Model Type = \"" + GetParam().second + "\"");
 }
 
 INSTANTIATE_TEST_SUITE_P(Codes, ModelType,
-                         testing::Values(std::pair{0, "One Sample"}, std::pair{1, "Related"},
-                                         std::pair{2, "Independent"}, std::pair{3, "Undefined"},
-                                         std::pair{-1, "Undefined"}));
+                         testing::Values(std::pair(0, "One Sample"), std::pair(1, "Related"),
+                                         std::pair(2, "Independent"), std::pair(3, "Undefined"),
+                                         std::pair(-1, "Undefined")));
 
 TEST_F(Dump, AnalysisAsItIsMade) {
   const PRPAlgorithm analysis(source_, procedure_, specs_);

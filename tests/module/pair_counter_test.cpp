@@ -15,6 +15,12 @@ struct Setting {
   std::vector<double> weights;
 };
 
+/// Names a setting in the list of tests.
+void PrintTo(const Setting& setting, std::ostream* out) {
+  *out << setting.nFirst << " and " << setting.nSecond << " variables, " << setting.cases
+       << " cases, " << setting.weights.size() << " weights";
+}
+
 class PairCounterAgainstPlainCount : public ::testing::TestWithParam<Setting> {};
 
 TEST_P(PairCounterAgainstPlainCount, Agree) {

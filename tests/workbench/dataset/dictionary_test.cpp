@@ -102,6 +102,11 @@ struct Misfit {
   const char* type;
   const char* bad;
 };
+/// Names a misfit in the list of tests.
+void PrintTo(const Misfit& misfit, std::ostream* out) {
+  *out << misfit.bad << " as " << misfit.type;
+}
+
 class ValuesThatDoNotFit : public ::testing::TestWithParam<Misfit> {};
 
 TEST_P(ValuesThatDoNotFit, AreErrorsWithTheirPlace) {
@@ -128,6 +133,9 @@ struct BadDictionary {
   const char* text;
   const char* message;
 };
+/// Names a dictionary in the list of tests.
+void PrintTo(const BadDictionary& dictionary, std::ostream* out) { *out << dictionary.message; }
+
 class BadDictionaries : public ::testing::TestWithParam<BadDictionary> {};
 
 TEST_P(BadDictionaries, AreRefusedWithTheirPlace) {

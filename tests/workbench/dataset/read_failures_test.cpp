@@ -26,6 +26,9 @@ struct BadFile {
   const char* message;  // what stands after the path
 };
 
+/// Names a file in the list of tests.
+void PrintTo(const BadFile& file, std::ostream* out) { *out << file.name; }
+
 class BadFiles : public ::testing::TestWithParam<BadFile> {};
 
 TEST_P(BadFiles, AreRefusedWithTheirPlace) {

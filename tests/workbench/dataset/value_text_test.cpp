@@ -37,6 +37,9 @@ struct Shown {
   const char* text;
 };
 
+/// Names a value in the list of tests.
+void PrintTo(const Shown& shown, std::ostream* out) { *out << shown.text; }
+
 class ValueAndText : public ::testing::TestWithParam<Shown> {};
 
 TEST_P(ValueAndText, GoBothWays) {
@@ -104,30 +107,34 @@ TEST(ParseValue, TakesABooleansLabels) {
   EXPECT_EQ(parseValue(variable, "straße"), 1.0);
 }
 
-class NotAValue : public ::testing::TestWithParam<std::pair<ValueKind, const char*>> {};
+struct BadText {
+  ValueKind kind;
+  const char* text;
+};
 
-TEST_P(NotAValue, IsRefused) {
-  EXPECT_FALSE(parseValue(ofKind(GetParam().first), GetParam().second));
-}
+/// Names a text in the list of tests.
+void PrintTo(const BadText& bad, std::ostream* out) { *out << '"' << bad.text << '"'; }
+
+class NotAValue : public ::testing::TestWithParam<BadText> {};
+
+TEST_P(NotAValue, IsRefused) { EXPECT_FALSE(parseValue(ofKind(GetParam().kind), GetParam().text)); }
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, NotAValue,
     ::testing::Values(
-        std::pair{ValueKind::kNumber, ""}, std::pair{ValueKind::kNumber, "x"},
-        std::pair{ValueKind::kNumber, "1x"}, std::pair{ValueKind::kNumber, "nan"},
-        std::pair{ValueKind::kNumber, "inf"}, std::pair{ValueKind::kNumber, "1e400"},
-        std::pair{ValueKind::kNumber, "1e-400"}, std::pair{ValueKind::kNumber, "--1"},
-        std::pair{ValueKind::kNumber, "+-1"}, std::pair{ValueKind::kNumber, "."},
-        std::pair{ValueKind::kNumber, "1,5"}, std::pair{ValueKind::kNumber, "0x10"},
-        std::pair{ValueKind::kNumber, "2026-01-31"}, std::pair{ValueKind::kDate, "2026-02-30"},
-        std::pair{ValueKind::kDate, "2026-13-01"}, std::pair{ValueKind::kDate, "26-01-01"},
-        std::pair{ValueKind::kDate, "2026-01-31x"}, std::pair{ValueKind::kDate, "2026-01"},
-        std::pair{ValueKind::kTime, "25:00:00"}, std::pair{ValueKind::kTime, "12:60"},
-        std::pair{ValueKind::kTime,
-                  "12"
-                  ":"},
-        std::pair{ValueKind::kTime, "24:00:01"}, std::pair{ValueKind::kDateTime, "2026-01-31 "},
-        std::pair{ValueKind::kDateTime, "2026-01-31 12"}, std::pair{ValueKind::kString, "1"}));
+        BadText{ValueKind::kNumber, ""}, BadText{ValueKind::kNumber, "x"},
+        BadText{ValueKind::kNumber, "1x"}, BadText{ValueKind::kNumber, "nan"},
+        BadText{ValueKind::kNumber, "inf"}, BadText{ValueKind::kNumber, "1e400"},
+        BadText{ValueKind::kNumber, "1e-400"}, BadText{ValueKind::kNumber, "--1"},
+        BadText{ValueKind::kNumber, "+-1"}, BadText{ValueKind::kNumber, "."},
+        BadText{ValueKind::kNumber, "1,5"}, BadText{ValueKind::kNumber, "0x10"},
+        BadText{ValueKind::kNumber, "2026-01-31"}, BadText{ValueKind::kDate, "2026-02-30"},
+        BadText{ValueKind::kDate, "2026-13-01"}, BadText{ValueKind::kDate, "26-01-01"},
+        BadText{ValueKind::kDate, "2026-01-31x"}, BadText{ValueKind::kDate, "2026-01"},
+        BadText{ValueKind::kTime, "25:00:00"}, BadText{ValueKind::kTime, "12:60"},
+        BadText{ValueKind::kTime, "12:"}, BadText{ValueKind::kTime, "24:00:01"},
+        BadText{ValueKind::kDateTime, "2026-01-31 "},
+        BadText{ValueKind::kDateTime, "2026-01-31 12"}, BadText{ValueKind::kString, "1"}));
 
 }  // namespace
 }  // namespace workbench
