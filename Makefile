@@ -4,7 +4,7 @@ SHELL := /bin/bash
 JOBS ?= $(shell nproc)
 export CMAKE_CXX_COMPILER_LAUNCHER := $(shell command -v ccache)
 
-.PHONY: build demo test check fuzz bench format setup clean
+.PHONY: build demo test check headers lint sanitize coverage fuzz bench format setup clean
 
 build: setup
 	cmake --preset release >/dev/null
@@ -19,11 +19,34 @@ demo: build
 test: build
 	ctest --test-dir build --output-on-failure -j $(JOBS)
 
+# Everything that `test` leaves out because it takes long.
 check: test
+	@scripts/setup.sh clang-format clang-tidy
 	clang-format --dry-run -Werror $$(git ls-files '*.h' '*.cpp')
+	$(MAKE) headers lint sanitize
+
+# Every header compiles alone.
+headers: setup
+	git ls-files 'host/*.h' 'module/*.h' 'workbench/*.h' | xargs -P $(JOBS) -I{} sh -c 'echo "#include \"{}\"" | \
+	  c++ -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Werror -I. -isystem third_party/node_modules/duckdb/src/duckdb/src/include -x c++ -'
+
+lint: build
+	git ls-files 'module/*.cpp' 'workbench/*.cpp' | \
+	  xargs -P $(JOBS) -n 1 clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p build
+
+sanitize: setup
 	cmake --preset sanitize >/dev/null
 	cmake --build build-sanitize -j $(JOBS)
 	ctest --test-dir build-sanitize --output-on-failure -j $(JOBS)
+
+# Of the module; branches that only an exception takes are left out.
+coverage:
+	@scripts/setup.sh gcovr
+	cmake --preset coverage >/dev/null
+	cmake --build build-coverage -j $(JOBS)
+	find build-coverage -name '*.gcda' -delete
+	ctest --test-dir build-coverage --output-on-failure -j $(JOBS)
+	gcovr --root . --filter module/ --exclude-throw-branches --exclude-unreachable-branches --print-summary build-coverage
 
 # Seconds for each target.
 FUZZ_SECONDS ?= 600

@@ -1,5 +1,6 @@
 #include "module/driver/resampling.h"
 
+#include <cmath>
 #include <cstddef>
 #include <map>
 
@@ -31,7 +32,7 @@ bool findBaseGroups(const std::vector<PRPAlgorithm*>& groups, ObsVecMap& map, Ba
                                                        : texts::kImputationInconsistent);
       return false;
     }
-    bases[i] = static_cast<size_t>(*cell + 0.5);
+    bases[i] = static_cast<size_t>(std::floor(*cell + 0.5));
   }
   return true;
 }
