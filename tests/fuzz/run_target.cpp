@@ -13,7 +13,7 @@ namespace {
 using fuzz::Choices;
 
 constexpr double kNumbers[] = {0, 1, 1, 0, 2, -0.0, 9, kSystemMissing, 0.5, 1e300, -3, NAN, 1e-300};
-constexpr double kWeights[] = {1, 1, 2, 0, 0.4, 0.5, 1.5, -1, kSystemMissing, 1e6, 3e15, 5};
+constexpr double kWeights[] = {1, 1, 2, 0, 0.4, 0.5, 1.5, -1, kSystemMissing, 1e6, 1e9, 5};
 constexpr const char* kTexts[] = {"yes",  "no",       "",          "Yes",
                                   " yes", "\xC3\xA9", "long text", "=1+1,\"\n<b>"};
 constexpr const char* kSplitNames[] = {"r", "$bootstrap_split", "Imputation_", "$BOOTSTRAP_SPLIT"};
@@ -90,6 +90,13 @@ std::string runPlan(const Plan& plan, const std::string& command, bool reversed)
   return fuzz::runCommands(data, command);
 }
 
+/// What two texts have at the first place where they differ, with something before it.
+std::string firstDifference(const std::string& a, const std::string& b) {
+  const auto place = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin();
+  const size_t from = place < 200 ? 0 : static_cast<size_t>(place) - 200;
+  return a.substr(from, 400) + "\n  and\n" + b.substr(from, 400);
+}
+
 constexpr const char* kDesigns[] = {"/ONESAMPLE x y s",
                                     "/ONESAMPLE x TESTVAL=0.9",
                                     "/PAIREDSAMPLES x y g",
@@ -127,7 +134,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   command += ".";
   const Plan plan = planOf(choices);
   const std::string once = runPlan(plan, command, false);
-  fuzz::promise(once == runPlan(plan, command, true), "the order of the cases changes nothing",
-                once);
+  const std::string again = runPlan(plan, command, true);
+  fuzz::promise(once == again, "the order of the cases changes nothing",
+                firstDifference(once, again));
   return 0;
 }

@@ -70,6 +70,9 @@ class Reader {
       const auto end = bytes.begin() + static_cast<std::ptrdiff_t>(at);
       throw DataError(fmt::format("{}, line {}: this is not JSON.", file_,
                                   1 + std::count(bytes.begin(), end, '\n')));
+    } catch (const Json::out_of_range&) {
+      throw DataError(
+          fmt::format("{}: a number is too large; numbers end at about 1.8e308.", file_));
     }
   }
 

@@ -58,8 +58,9 @@ struct Mixture {
     const double s = std::exp(u);
     return df * (1 / s - s) + t * inverseMills(t * s - d);
   }
-  // A width over which the logarithm of the integrand changes little.
-  double grain() const { return 1 / std::sqrt(2 * df + t * t + 1); }
+  // A width over which the logarithm of the integrand changes little; never 0, though t * t may
+  // overflow.
+  double grain() const { return 1 / std::hypot(std::sqrt(2 * df + 1), t); }
 };
 
 double modeOf(const Mixture& mixture) {

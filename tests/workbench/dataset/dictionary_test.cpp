@@ -151,6 +151,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         BadDictionary{"", ", line 1: this is not JSON"},
         BadDictionary{"{\n\"fields\": [\n}", ", line 3: this is not JSON"},
+        BadDictionary{R"({"fields":[{"name":"x","missingValues":[1e999]}]})",
+                      ": a number is too large"},
         BadDictionary{"[]", ": /: a Table Schema"}, BadDictionary{"{}", ": /: there are no fields"},
         BadDictionary{R"({"fields":{}})", ": /fields: a list is expected"},
         BadDictionary{R"({"fields":[1]})", ": /fields/0: an object is expected"},
