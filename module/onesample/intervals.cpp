@@ -76,14 +76,19 @@ Bounds waldCorrected(const OneSampleCounts& counts, const Level& level) {
   return symmetric(counts.x / n, half, kProportionRange);
 }
 
-/// Wilson (1927): the values of p that the score test does not reject.
+/// Wilson (1927): the values of p that the score test does not reject, (m - h) / d and (m + h) / d.
+/// The lower bound equals p² / (m + h), and 1 less the upper one is the same of the failures:
+/// without the differences the bounds keep their digits, and are 0 at x = 0 and 1 at x = n.
 Bounds wilsonScore(const OneSampleCounts& counts, const Level& level) {
   const auto [x, f, n] = counts;
   const double p = x / n, q = f / n, z = level.z, z2 = z * z;
   const double h = z * std::sqrt(z2 / (n * 4 * n) + q * p / n);
-  const double m = z2 / (n + n) + p;
+  const double m0 = z2 / (n + n);
   const double d = z2 / n + 1;
-  return clip({(m - h) / d, (m + h) / d}, kProportionRange);
+  const auto lower = [m0, h](double share) {
+    return share > 0.0 ? share * share / (m0 + share + h) : 0.0;
+  };
+  return clip({lower(p), q < p ? 1.0 - lower(q) : (m0 + p + h) / d}, kProportionRange);
 }
 
 /// Newcombe (1998a), method 4. On purpose without his replacement of the bounds at x = 0 and x = n;

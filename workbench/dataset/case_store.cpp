@@ -96,11 +96,12 @@ bool combinationsRepeat(const CasePlan& plan) {
   for (size_t i = 0; i < plan.columns.size(); ++i) names += fmt::format("c{}, ", i);
   if (plan.weight >= 0) names += "w, ";
   names.resize(names.size() - 2);
-  Query query(plan.source->database(),
-              fmt::format("SELECT CAST(coalesce(sum(n), 0) AS BIGINT), count(*) FILTER (WHERE n = 1) FROM "
-                          "(SELECT count(*) AS n FROM (SELECT {} FROM {} LIMIT {}) "
-                          "GROUP BY hash({}))",
-                          combinationOf(plan), relationOf(plan), sample, names));
+  Query query(
+      plan.source->database(),
+      fmt::format("SELECT CAST(coalesce(sum(n), 0) AS BIGINT), count(*) FILTER (WHERE n = 1) FROM "
+                  "(SELECT count(*) AS n FROM (SELECT {} FROM {} LIMIT {}) "
+                  "GROUP BY hash({}))",
+                  combinationOf(plan), relationOf(plan), sample, names));
   const Chunk chunk = query.fetch();
   const int64_t rows = chunk.data<int64_t>(0)[0];
   const int64_t once = chunk.data<int64_t>(1)[0];

@@ -85,8 +85,11 @@ def wald_parts(x, n, level):
 
 
 def wilson_score(x, n, level):
-    """Wilson (1927), Journal of the American Statistical Association 22, 209-212."""
-    lower, upper = wilson_unclipped(x, n, level.z)
+    """Wilson (1927), Journal of the American Statistical Association 22, 209-212. The product of
+    the two roots is p^2 / (1 + z^2 / n), which gives the lower one without a difference."""
+    _, upper = wilson_unclipped(x, n, level.z)
+    p = Tracked(x) / n
+    lower = p * p / (1 + level.z * level.z / n) / upper if x > 0 else Tracked(0)
     return clip(lower, upper, 0, 1)
 
 
