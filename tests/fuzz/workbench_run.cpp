@@ -28,27 +28,33 @@ std::string rendered(const workbench::OutputDocument& document, workbench::Forma
   return out.str();
 }
 
+/// A promise about a part of the document, which is shown when it is broken.
+void promiseOf(const json& part, bool holds, const char* what) {
+  if (!holds) promise(false, what, part.dump());
+}
+
 bool within(double value, double low, double high) { return value >= low && value <= high; }
 
 void checkCell(const json& cell) {
   const json& value = cell["value"];
   if (!value.is_number()) return;
-  for (const auto& step : cell["at"]["Statistics"]) {
-    const auto number = value.get<double>();
-    if (step == "One-Sided p") promise(within(number, 0, 1), "one tail", cell.dump());
-    if (step == "Two-Sided p") promise(within(number, 0, 1), "both tails", cell.dump());
-    if (step == "Proportion") promise(within(number, 0, 1), "a proportion", cell.dump());
-    if (step == "Lower" || step == "Upper") promise(within(number, -1, 1), "a bound", cell.dump());
-    if (step == "Successes") promise(within(number, 0, 1e300), "a count", cell.dump());
+  const auto number = value.get<double>();
+  for (const json& label : cell["at"]["Statistics"]) {
+    const auto& step = label.get_ref<const std::string&>();
+    if (step == "One-Sided p") promiseOf(cell, within(number, 0, 1), "one tail");
+    if (step == "Two-Sided p") promiseOf(cell, within(number, 0, 1), "both tails");
+    if (step == "Proportion") promiseOf(cell, within(number, 0, 1), "a proportion");
+    if (step == "Lower" || step == "Upper") promiseOf(cell, within(number, -1, 1), "a bound");
+    if (step == "Successes") promiseOf(cell, within(number, 0, 1e300), "a count");
   }
 }
 
 void checkProcedure(const json& procedure) {
   if (procedure["status"] == "failed") {
-    promise(!procedure["messages"].empty(), "a refusal says why", procedure.dump());
+    promiseOf(procedure, !procedure["messages"].empty(), "a refusal says why");
   }
   for (const json& table : procedure["tables"]) {
-    promise(!table["cells"].empty(), "no table without cells", table.dump());
+    promiseOf(table, !table["cells"].empty(), "no table without cells");
     for (const json& cell : table["cells"]) checkCell(cell);
   }
 }
