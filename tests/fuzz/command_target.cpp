@@ -32,6 +32,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   if (size > 2000) return 0;
   workbench::MemoryDataset data;
   fill(data);
-  fuzz::runCommands(data, std::string(reinterpret_cast<const char*>(bytes), size));
+  fuzz::checkCommands(data, std::string(reinterpret_cast<const char*>(bytes), size));
   return 0;
 }

@@ -87,7 +87,7 @@ std::string runPlan(const Plan& plan, const std::string& command, bool reversed)
   }
   data.setSeparateSplitLayout(plan.separate);
   data.setChunkSize(plan.chunk);
-  return fuzz::runCommands(data, command);
+  return reversed ? fuzz::runCommands(data, command) : fuzz::checkCommands(data, command);
 }
 
 /// What two texts have at the first place where they differ, with something before it.

@@ -59,10 +59,9 @@ void checkProcedure(const json& procedure) {
   }
 }
 
-}  // namespace
-
-std::string runCommands(workbench::MemoryDataset& data, const std::string& text) {
-  workbench::OutputDocument document;
+/// Gives the number of commands.
+size_t run(workbench::MemoryDataset& data, const std::string& text,
+           workbench::OutputDocument& document) {
   workbench::Session session;
   session.dataset = &data;
   session.document = &document;
@@ -75,6 +74,20 @@ std::string runCommands(workbench::MemoryDataset& data, const std::string& text)
     PROPORTI();
     document.finishProcedure(&data);
   }
+  return commands.size();
+}
+
+}  // namespace
+
+std::string runCommands(workbench::MemoryDataset& data, const std::string& text) {
+  workbench::OutputDocument document;
+  run(data, text, document);
+  return rendered(document, workbench::Format::kJson);
+}
+
+std::string checkCommands(workbench::MemoryDataset& data, const std::string& text) {
+  workbench::OutputDocument document;
+  const size_t commands = run(data, text, document);
   for (const auto format :
        {workbench::Format::kText, workbench::Format::kMarkdown, workbench::Format::kCsv}) {
     rendered(document, format);
@@ -82,7 +95,7 @@ std::string runCommands(workbench::MemoryDataset& data, const std::string& text)
   std::string result = rendered(document, workbench::Format::kJson);
   const json parsed = json::parse(result, nullptr, false);
   promise(!parsed.is_discarded(), "the JSON is well formed", result);
-  promise(parsed["procedures"].size() == commands.size(), "every command has its procedure");
+  promise(parsed["procedures"].size() == commands, "every command has its procedure");
   for (const json& procedure : parsed["procedures"]) checkProcedure(procedure);
   return result;
 }
