@@ -227,7 +227,7 @@ std::string EngineStore::rankTable(size_t column) {
   }
   std::sort(values.begin(), values.end(),
             [](const std::string& a, const std::string& b) { return compareStrings(a, b) < 0; });
-  const std::string table = fmt::format("proportions_ranks{}", column);
+  std::string table = fmt::format("proportions_ranks{}", column);
   tables_.push_back(table);
   database.execute(
       fmt::format("CREATE OR REPLACE TEMP TABLE {} (value VARCHAR, rank DOUBLE)", table));

@@ -342,8 +342,7 @@ std::string enginePath(const std::string& file, EngineHolder& engine) {
   std::string path = std::filesystem::absolute(file).string();
   if (path.find_first_of("*?[") == std::string::npos) return path;
   // The engine would take such a name for a pattern.
-  const std::string link =
-      engine.folder() + "/data" + std::filesystem::path(file).extension().string();
+  std::string link = engine.folder() + "/data" + std::filesystem::path(file).extension().string();
   std::filesystem::create_symlink(path, link);
   return link;
 }

@@ -227,7 +227,7 @@ TableName chooseTable(const std::vector<TableName>& tables, const std::string& l
 /// A delimited or typed file under a query: columns of whole numbers are integers there.
 std::string viewColumn(const Source& file, size_t index) {
   const SourceColumn& column = file.columns()[index];
-  const std::string name = quotedName(column.name);
+  std::string name = quotedName(column.name);
   if (!column.isText || column.reading.form == ColumnForm::kString) return name;
   const std::string value = file.value(index);
   switch (column.reading.form) {

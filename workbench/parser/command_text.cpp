@@ -76,12 +76,10 @@ class CommandScanner {
   /// Blanks, comments and terminators without a command before them.
   void skipBlanks() {
     while (at_ < text_.size()) {
-      if (isBlank(text_[at_])) {
+      if (isBlank(text_[at_]) || (text_[at_] == '.' && endsLine(at_ + 1))) {
         ++at_;
       } else if (text_[at_] == '#') {
         skipLine();
-      } else if (text_[at_] == '.' && endsLine(at_ + 1)) {
-        ++at_;
       } else {
         return;
       }

@@ -102,8 +102,8 @@ void GridAxis::sortPlaces() {
   std::iota(order_.begin(), order_.end(), 0u);
   std::stable_sort(order_.begin(), order_.end(), [&](uint32_t a, uint32_t b) {
     for (size_t i = 0; i < size; ++i) {
-      const int32_t x = rankOf[i][static_cast<size_t>(leaves_[a * size + i] + 1)];
-      const int32_t y = rankOf[i][static_cast<size_t>(leaves_[b * size + i] + 1)];
+      const int32_t x = rankOf[i][static_cast<size_t>(leaves_[a * size + i]) + 1];
+      const int32_t y = rankOf[i][static_cast<size_t>(leaves_[b * size + i]) + 1];
       if (x != y) return x < y;
     }
     return false;

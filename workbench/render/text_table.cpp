@@ -187,7 +187,7 @@ struct CellPieces {
   bool isWord = false;
 };
 
-CellPieces cutAtPoint(std::string text) {
+CellPieces cutAtPoint(const std::string& text) {
   const bool isWord = !text.empty() && text.find_first_of(".0123456789") == std::string::npos;
   const size_t point = isWord ? 0 : std::min(text.find('.'), text.size());
   return {text.substr(0, point), text.substr(point), isWord};
