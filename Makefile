@@ -6,9 +6,10 @@ export CMAKE_CXX_COMPILER_LAUNCHER := $(shell command -v ccache)
 
 .PHONY: build demo test check headers lint sanitize coverage fuzz bench format setup clean
 
+# The two libraries and the program.
 build: setup
 	cmake --preset release >/dev/null
-	cmake --build build -j $(JOBS)
+	cmake --build build -j $(JOBS) --target proportions_module workbench proportions_program
 
 setup:
 	@scripts/setup.sh
@@ -16,7 +17,9 @@ setup:
 demo: build
 	build/bin/proportions examples/physicians_health.csv -f examples/physicians_health.txt --weight freq
 
-test: build
+test: setup
+	cmake --preset release >/dev/null
+	cmake --build build -j $(JOBS)
 	ctest --test-dir build --output-on-failure -j $(JOBS)
 
 # Everything that `test` leaves out because it takes long.
@@ -63,7 +66,7 @@ fuzz:
 	    build-fuzz/corpus/$$target tests/fuzz/corpus/$$target tests/fuzz/regressions/$$target; \
 	done
 
-bench: build
+bench: setup
 	cmake --preset release -DPROPORTIONS_BENCH=ON >/dev/null
 	cmake --build build -j $(JOBS)
 	bench/run.py $(ROWS)

@@ -9,7 +9,7 @@ namespace {
 
 using Display = ACACommonDisplay;
 
-void line(const std::string& text) { BP_ToFront((text + "\n").c_str()); }
+void line(const std::string& text) { BP_ToFront(text.c_str()); }
 
 void banner() {
   BP_ToFront("****************************************************\n");

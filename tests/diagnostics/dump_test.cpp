@@ -33,7 +33,7 @@ class Dump : public testing::Test {
     std::vector<std::string> lines = displayLines(host_.transcript());
     constexpr ptrdiff_t kBefore = 4 + 1 + 22;  // the banner, the start line and the fields
     ASSERT_GT(lines.size(), static_cast<size_t>(kBefore));
-    EXPECT_EQ(lines.back(), "PRPAlgorithm display end\\n");
+    EXPECT_EQ(lines.back(), "PRPAlgorithm display end");
     EXPECT_EQ(std::vector<std::string>(lines.begin() + kBefore, lines.end() - 1), linesOf(block));
   }
 };
@@ -41,37 +41,37 @@ class Dump : public testing::Test {
 TEST_F(Dump, SpecificationAsItIsMade) {
   dumpSpecification(specs_);
   expectLines(std::string(kBanner) + R"(
-    PRPValidSpecs display start\n
-    Variable valid specifications are not defined\n
+    PRPValidSpecs display start
+    Variable valid specifications are not defined
     S Model Type = "One Sample"
     IV Vector of Test Variable indices = []
-    Test Variable Vector Info Elements display start\n
-    Test Variable Vector Info Elements display end\n
+    Test Variable Vector Info Elements display start
+    Test Variable Vector Info Elements display end
     IV Second Vector of Test Variable indices = []
-    Second Variable Vector Info Elements display start\n
-    Second Variable Vector Info Elements display end\n
+    Second Variable Vector Info Elements display start
+    Second Variable Vector Info Elements display end
     D Test Value = 0.5
     B Flag for Ordered Pair option = false
     I Group Variable Index = -1
-    Group Info Element not defined\n
+    Group Info Element not defined
     B Scope Analysis = true
     B User Missing Included = false
-    Success Info Element display start\n
-    BinInfoElem display start\n
+    Success Info Element display start
+    BinInfoElem display start
     S Binomial Option = "Last Category"
     B Categorical Variable = true
     DV Numeric Values = []
     SV String Values = []
     I OBS length = 1
-    BinInfoElem display end\n
-    Success Info Element display end\n
+    BinInfoElem display end
+    Success Info Element display end
     B Ignore Case indicator = false
     B Print Upper Case indicator = true
     B Print Category Order = true
     D Confidence Interval Level as percent = 95
     BV Test Type Option flags = []
     BV CI Type Option flags = []
-    PRPValidSpecs display end\n
+    PRPValidSpecs display end
   )");
 }
 
@@ -107,49 +107,49 @@ TEST_F(Dump, SpecificationFilled) {
   specs_.ciTypes() = {false, true, true};
   dumpSpecification(specs_);
   const auto elementBlock = [](const std::string& rule, const std::string& numbers) {
-    return "BinInfoElem display start\\n\n S Binomial Option = \"" + rule +
+    return "BinInfoElem display start\n S Binomial Option = \"" + rule +
            "\"\n B Categorical Variable = true\n DV Numeric Values = " + numbers +
-           "\n SV String Values = []\n I OBS length = 1\n BinInfoElem display end\\n\n";
+           "\n SV String Values = []\n I OBS length = 1\n BinInfoElem display end\n";
   };
   expectLines(std::string(kBanner) + R"(
-    PRPValidSpecs display start\n
-    Variable valid specifications are not defined\n
+    PRPValidSpecs display start
+    Variable valid specifications are not defined
     S Model Type = "Independent"
     IV Vector of Test Variable indices = [3, 1]
-    Test Variable Vector Info Elements display start\n
+    Test Variable Vector Info Elements display start
   )" + elementBlock("First Category", "[]") +
               elementBlock("Middle Point", "[]") + R"(
-    Test Variable Vector Info Elements display end\n
+    Test Variable Vector Info Elements display end
     IV Second Vector of Test Variable indices = [2]
-    Second Variable Vector Info Elements display start\n
+    Second Variable Vector Info Elements display start
   )" + elementBlock("Cut Point", "[2.5]") +
               R"(
-    Second Variable Vector Info Elements display end\n
+    Second Variable Vector Info Elements display end
     D Test Value = 0.25
     B Flag for Ordered Pair option = true
     I Group Variable Index = 4
-    Group Info Element display start\n
+    Group Info Element display start
   )" + elementBlock("Category Levels", "[1, 2]") +
               R"(
-    Group Info Element display end\n
+    Group Info Element display end
     B Scope Analysis = false
     B User Missing Included = true
-    Success Info Element display start\n
-    BinInfoElem display start\n
+    Success Info Element display start
+    BinInfoElem display start
     S Binomial Option = "Undefined"
     B Categorical Variable = false
     DV Numeric Values = []
     SV String Values = ["a", "long level"]
     I OBS length = 2
-    BinInfoElem display end\n
-    Success Info Element display end\n
+    BinInfoElem display end
+    Success Info Element display end
     B Ignore Case indicator = true
     B Print Upper Case indicator = false
     B Print Category Order = false
     D Confidence Interval Level as percent = 99
     BV Test Type Option flags = [1, 0]
     BV CI Type Option flags = [0, 1, 1]
-    PRPValidSpecs display end\n
+    PRPValidSpecs display end
   )");
 }
 
@@ -171,9 +171,9 @@ TEST_F(Dump, AnalysisAsItIsMade) {
   const PRPAlgorithm analysis(source_, procedure_, specs_);
   dumpAlgorithm(analysis);
   expectLines(std::string(kBanner) + R"(
-    PRPAlgorithm display start\n
+    PRPAlgorithm display start
     B Initial data pass indicator = true
-    Weight variable is not defined\n
+    Weight variable is not defined
     B Split file indicator = false
     B Splits as Rows indicator = false
     B Good Data indicator = true
@@ -193,8 +193,8 @@ TEST_F(Dump, AnalysisAsItIsMade) {
     B Multiple Imputation flag = false
     I Pooling Variable Index = -1
     I Pooling Sample Index = 0
-    User Split Indices are not defined\n
-    PRPAlgorithm display end\n
+    User Split Indices are not defined
+    PRPAlgorithm display end
   )");
 }
 
@@ -224,7 +224,7 @@ TEST_F(Dump, AnalysisFilled) {
   analysis.userSplitIndices = {4, 6};
   dumpAlgorithm(analysis);
   expectLines(std::string(kBanner) + R"(
-    PRPAlgorithm display start\n
+    PRPAlgorithm display start
     B Initial data pass indicator = false
     I Weight variable index = 5
     B Split file indicator = true
@@ -247,7 +247,7 @@ TEST_F(Dump, AnalysisFilled) {
     I Pooling Variable Index = 8
     I Pooling Sample Index = 2
     IV User Split Indices = [4, 6]
-    PRPAlgorithm display end\n
+    PRPAlgorithm display end
   )");
 }
 
@@ -255,7 +255,7 @@ TEST_F(Dump, CategoriesAsTheyAreMade) {
   PRPAlgorithm analysis(source_, procedure_, specs_);
   analysis.testVarCats.push_back(std::make_unique<VarCatInfo>());
   expectRecords(analysis, R"(
-    VarCatInfo display start\n
+    VarCatInfo display start
     DV Numeric Categorical Values = []
     IV Category Counts = []
     I Total Category Count = 0
@@ -267,7 +267,7 @@ TEST_F(Dump, CategoriesAsTheyAreMade) {
     D Middle point = missing
     S Minimum string value = ""
     S Maximum string value = ""
-    VarCatInfo display end\n
+    VarCatInfo display end
   )");
 }
 
@@ -289,7 +289,7 @@ TEST_F(Dump, CategoriesFilled) {
   cats.maxString = "last";
   analysis.groupCats = std::make_unique<VarCatInfo>(cats);
   expectRecords(analysis, R"(
-    VarCatInfo display start\n
+    VarCatInfo display start
     SV String Categorical Values = ["a", "b"]
     IV Category Counts = [1, 2]
     I Total Category Count = 3
@@ -301,7 +301,7 @@ TEST_F(Dump, CategoriesFilled) {
     D Middle point = 6
     S Minimum string value = "first"
     S Maximum string value = "last"
-    VarCatInfo display end\n
+    VarCatInfo display end
   )");
 }
 
@@ -319,7 +319,7 @@ TEST_F(Dump, CategoriesOfBothListsThenOfTheGroupingVariableThenTheRecords) {
   dumpAlgorithm(analysis);
   std::vector<std::string> found;
   for (const std::string& line : displayLines(host_.transcript())) {
-    if (line.rfind("I Total Category Count", 0) == 0 || line == "PropZOneSamp display start\\n") {
+    if (line.rfind("I Total Category Count", 0) == 0 || line == "PropZOneSamp display start") {
       found.push_back(line);
     }
   }
@@ -327,8 +327,8 @@ TEST_F(Dump, CategoriesOfBothListsThenOfTheGroupingVariableThenTheRecords) {
     I Total Category Count = 1
     I Total Category Count = 2
     I Total Category Count = 3
-    PropZOneSamp display start\n
-    PropZOneSamp display start\n
+    PropZOneSamp display start
+    PropZOneSamp display start
   )"));
 }
 
@@ -337,15 +337,15 @@ TEST_F(Dump, ValuesOfBothKinds) {
   dumpValue(VarValue::number(2.5));
   dumpValue(VarValue::text("yes"));
   expectLines(R"(
-    VarValue display start\n
+    VarValue display start
     D Numeric Value = missing
-    VarValue display end\n
-    VarValue display start\n
+    VarValue display end
+    VarValue display start
     D Numeric Value = 2.5
-    VarValue display end\n
-    VarValue display start\n
+    VarValue display end
+    VarValue display start
     S String Value = "yes"
-    VarValue display end\n
+    VarValue display end
   )");
 }
 
@@ -353,7 +353,7 @@ TEST_F(Dump, OneSampleRecords) {
   PRPAlgorithm analysis(source_, procedure_, specs_);
   analysis.oneSampleRecords = {PropZOneSamp{}, PropZOneSamp{1, 2, 3, 4, 5, 6, 7, 8, false, false}};
   expectRecords(analysis, R"(
-    PropZOneSamp display start\n
+    PropZOneSamp display start
     I Local variable index = -1
     D Number of successes = 0
     D Number of failures = 0
@@ -364,8 +364,8 @@ TEST_F(Dump, OneSampleRecords) {
     D _aseDiff1 = missing
     B Good Data indicator = true
     B Complete Data indicator = true
-    PropZOneSamp display end\n
-    PropZOneSamp display start\n
+    PropZOneSamp display end
+    PropZOneSamp display start
     I Local variable index = 1
     D Number of successes = 2
     D Number of failures = 3
@@ -376,7 +376,7 @@ TEST_F(Dump, OneSampleRecords) {
     D _aseDiff1 = 8
     B Good Data indicator = false
     B Complete Data indicator = false
-    PropZOneSamp display end\n
+    PropZOneSamp display end
   )");
 }
 
@@ -386,7 +386,7 @@ TEST_F(Dump, PairedRecords) {
                             PropZPairSamp{1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11,    12,   13,
                                           14, 15, 16, 17, 18, 19, 20, 21, 22, 23, false, false}};
   expectRecords(analysis, R"(
-    PropZPairSamp display start\n
+    PropZPairSamp display start
     I Variable pair index = -1
     I First local variable index = -1
     I Second local variable index = -1
@@ -412,8 +412,8 @@ TEST_F(Dump, PairedRecords) {
     D _aseDiff1 = missing
     B Good Data indicator = true
     B Complete Data indicator = true
-    PropZPairSamp display end\n
-    PropZPairSamp display start\n
+    PropZPairSamp display end
+    PropZPairSamp display start
     I Variable pair index = 1
     I First local variable index = 2
     I Second local variable index = 3
@@ -439,7 +439,7 @@ TEST_F(Dump, PairedRecords) {
     D _aseDiff1 = 23
     B Good Data indicator = false
     B Complete Data indicator = false
-    PropZPairSamp display end\n
+    PropZPairSamp display end
   )");
 }
 
@@ -448,7 +448,7 @@ TEST_F(Dump, IndependentRecords) {
   analysis.independentRecords = {PropZIndSamp{}, PropZIndSamp{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12,
                                                               13, 14, 15, false, false}};
   expectRecords(analysis, R"(
-    PropZIndSamp display start\n
+    PropZIndSamp display start
     I Local variable index = -1
     D Number of successes for group 1 = 0
     D Number of failures for group 1 = 0
@@ -466,8 +466,8 @@ TEST_F(Dump, IndependentRecords) {
     D _aseDiff1 = missing
     B Good Data indicator = true
     B Complete Data indicator = true
-    PropZIndSamp display end\n
-    PropZIndSamp display start\n
+    PropZIndSamp display end
+    PropZIndSamp display start
     I Local variable index = 1
     D Number of successes for group 1 = 2
     D Number of failures for group 1 = 3
@@ -485,7 +485,7 @@ TEST_F(Dump, IndependentRecords) {
     D _aseDiff1 = 15
     B Good Data indicator = false
     B Complete Data indicator = false
-    PropZIndSamp display end\n
+    PropZIndSamp display end
   )");
 }
 
