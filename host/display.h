@@ -10,7 +10,7 @@
 /// A character of the host's text display.
 using BP_Character = char;
 
-/// Writes a text that ends in a zero byte, as it stands.
+/// Writes a line: a text that ends in a zero byte, and the end of the line unless the text has it.
 void BP_ToFront(const BP_Character* text);
 
 /// Writes a line with a label and a value: a flag, a whole number, a double, a string, or a list of

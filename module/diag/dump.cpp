@@ -18,17 +18,14 @@ void banner() {
   BP_ToFront("****************************************************");
 }
 
-/// The start and end lines around a record's fields.
-class Frame {
- public:
-  explicit Frame(std::string name) : name_(std::move(name)) { line(name_ + " display start"); }
-  ~Frame() { line(name_ + " display end"); }
-  Frame(const Frame&) = delete;
-  Frame& operator=(const Frame&) = delete;
-
- private:
-  std::string name_;
-};
+/// The start and end lines around a record's fields. The end is no destructor's: the display may
+/// throw.
+template <typename Fields>
+void framed(const std::string& name, const Fields& dumpFields) {
+  line(name + " display start");
+  dumpFields();
+  line(name + " display end");
+}
 
 const char* ruleText(int32_t rule) {
   switch (rule) {
@@ -61,36 +58,39 @@ const char* modelText(int32_t code) {
 }
 
 void dumpElement(const BinInfoElem& element) {
-  const Frame frame("BinInfoElem");
-  Display::DisplayS("Binomial Option", ruleText(element.rule));
-  Display::DisplayB("Categorical Variable", element.categorical);
-  Display::DisplayDV("Numeric Values", element.numericValues);
-  Display::DisplaySV("String Values", element.stringValues);
-  Display::DisplayI("OBS length", element.obsLength);
+  framed("BinInfoElem", [&] {
+    Display::DisplayS("Binomial Option", ruleText(element.rule));
+    Display::DisplayB("Categorical Variable", element.categorical);
+    Display::DisplayDV("Numeric Values", element.numericValues);
+    Display::DisplaySV("String Values", element.stringValues);
+    Display::DisplayI("OBS length", element.obsLength);
+  });
 }
 
 void dumpElements(const std::string& name, const std::vector<BinInfoElem>& elements) {
-  const Frame frame(name);
-  for (const BinInfoElem& element : elements) dumpElement(element);
+  framed(name, [&] {
+    for (const BinInfoElem& element : elements) dumpElement(element);
+  });
 }
 
 void dumpCats(const VarCatInfo& cats) {
-  const Frame frame("VarCatInfo");
-  if (cats.isString) {
-    Display::DisplaySV("String Categorical Values", cats.stringValues);
-  } else {
-    Display::DisplayDV("Numeric Categorical Values", cats.numericValues);
-  }
-  Display::DisplayIV("Category Counts", cats.categoryCounts);
-  Display::DisplayI("Total Category Count", cats.totalCount);
-  Display::DisplayDV("Weighted Category Counts", cats.weightedCounts);
-  Display::DisplayD("Weighted Total Category Count", cats.weightedTotal);
-  Display::DisplayB("Has valid value flag", cats.hasValidValue);
-  Display::DisplayD("Minimum numeric value", cats.minValue);
-  Display::DisplayD("Maximum numeric value", cats.maxValue);
-  Display::DisplayD("Middle point", cats.midPoint);
-  Display::DisplayS("Minimum string value", cats.minString);
-  Display::DisplayS("Maximum string value", cats.maxString);
+  framed("VarCatInfo", [&] {
+    if (cats.isString) {
+      Display::DisplaySV("String Categorical Values", cats.stringValues);
+    } else {
+      Display::DisplayDV("Numeric Categorical Values", cats.numericValues);
+    }
+    Display::DisplayIV("Category Counts", cats.categoryCounts);
+    Display::DisplayI("Total Category Count", cats.totalCount);
+    Display::DisplayDV("Weighted Category Counts", cats.weightedCounts);
+    Display::DisplayD("Weighted Total Category Count", cats.weightedTotal);
+    Display::DisplayB("Has valid value flag", cats.hasValidValue);
+    Display::DisplayD("Minimum numeric value", cats.minValue);
+    Display::DisplayD("Maximum numeric value", cats.maxValue);
+    Display::DisplayD("Middle point", cats.midPoint);
+    Display::DisplayS("Minimum string value", cats.minString);
+    Display::DisplayS("Maximum string value", cats.maxString);
+  });
 }
 
 void dumpFlags(bool goodData, bool completeData) {
@@ -99,68 +99,71 @@ void dumpFlags(bool goodData, bool completeData) {
 }
 
 void dumpRecord(const PropZOneSamp& record) {
-  const Frame frame("PropZOneSamp");
-  Display::DisplayI("Local variable index", record.localVarIndex);
-  Display::DisplayD("Number of successes", record.numSuccesses);
-  Display::DisplayD("Number of failures", record.numFailures);
-  Display::DisplayD("Number of trials", record.numTrials);
-  Display::DisplayD("Population proportion", record.populationProportion);
-  Display::DisplayD("Estimated difference", record.estimatedDifference);
-  Display::DisplayD("_aseDiff0", record._aseDiff0);
-  Display::DisplayD("_aseDiff1", record._aseDiff1);
-  dumpFlags(record.goodData, record.completeData);
+  framed("PropZOneSamp", [&] {
+    Display::DisplayI("Local variable index", record.localVarIndex);
+    Display::DisplayD("Number of successes", record.numSuccesses);
+    Display::DisplayD("Number of failures", record.numFailures);
+    Display::DisplayD("Number of trials", record.numTrials);
+    Display::DisplayD("Population proportion", record.populationProportion);
+    Display::DisplayD("Estimated difference", record.estimatedDifference);
+    Display::DisplayD("_aseDiff0", record._aseDiff0);
+    Display::DisplayD("_aseDiff1", record._aseDiff1);
+    dumpFlags(record.goodData, record.completeData);
+  });
 }
 
 void dumpRecord(const PropZPairSamp& record) {
-  const Frame frame("PropZPairSamp");
-  Display::DisplayI("Variable pair index", record.pairIndex);
-  Display::DisplayI("First local variable index", record.firstLocalVarIndex);
-  Display::DisplayI("Second local variable index", record.secondLocalVarIndex);
-  const std::pair<const char*, double> fields[] = {
-      {"_n11", record._n11},
-      {"_n10", record._n10},
-      {"_n01", record._n01},
-      {"_n00", record._n00},
-      {"_n1p", record._n1p},
-      {"_np1", record._np1},
-      {"_n0p", record._n0p},
-      {"_np0", record._np0},
-      {"Number of observations", record.numObservations},
-      {"_p11", record._p11},
-      {"_p10", record._p10},
-      {"_p01", record._p01},
-      {"_p00", record._p00},
-      {"Proportion for the first measurement", record.firstProportion},
-      {"Proportion for the second measurement", record.secondProportion},
-      {"Estimated difference", record.estimatedDifference},
-      {"Asymtotic standard error for the first proportion", record.firstAse},
-      {"Asymtotic standard error for the second proportion", record.secondAse},
-      {"_aseDiff0", record._aseDiff0},
-      {"_aseDiff1", record._aseDiff1}};
-  for (const auto& [label, value] : fields) Display::DisplayD(label, value);
-  dumpFlags(record.goodData, record.completeData);
+  framed("PropZPairSamp", [&] {
+    Display::DisplayI("Variable pair index", record.pairIndex);
+    Display::DisplayI("First local variable index", record.firstLocalVarIndex);
+    Display::DisplayI("Second local variable index", record.secondLocalVarIndex);
+    const std::pair<const char*, double> fields[] = {
+        {"_n11", record._n11},
+        {"_n10", record._n10},
+        {"_n01", record._n01},
+        {"_n00", record._n00},
+        {"_n1p", record._n1p},
+        {"_np1", record._np1},
+        {"_n0p", record._n0p},
+        {"_np0", record._np0},
+        {"Number of observations", record.numObservations},
+        {"_p11", record._p11},
+        {"_p10", record._p10},
+        {"_p01", record._p01},
+        {"_p00", record._p00},
+        {"Proportion for the first measurement", record.firstProportion},
+        {"Proportion for the second measurement", record.secondProportion},
+        {"Estimated difference", record.estimatedDifference},
+        {"Asymtotic standard error for the first proportion", record.firstAse},
+        {"Asymtotic standard error for the second proportion", record.secondAse},
+        {"_aseDiff0", record._aseDiff0},
+        {"_aseDiff1", record._aseDiff1}};
+    for (const auto& [label, value] : fields) Display::DisplayD(label, value);
+    dumpFlags(record.goodData, record.completeData);
+  });
 }
 
 void dumpRecord(const PropZIndSamp& record) {
-  const Frame frame("PropZIndSamp");
-  Display::DisplayI("Local variable index", record.localVarIndex);
-  const std::pair<const char*, double> fields[] = {
-      {"Number of successes for group 1", record.numSuccesses1},
-      {"Number of failures for group 1", record.numFailures1},
-      {"Number of trials for group 1", record.numTrials1},
-      {"Number of successes for group 2", record.numSuccesses2},
-      {"Number of failures for group 2", record.numFailures2},
-      {"Number of trials for group 2", record.numTrials2},
-      {"Number of observations", record.numObservations},
-      {"Population proportion for group 1", record.populationProportion1},
-      {"Population proportion for group 2", record.populationProportion2},
-      {"Estimated difference", record.estimatedDifference},
-      {"Asymtotic standard error for the first proportion", record.ase1},
-      {"Asymtotic standard error for the second proportion", record.ase2},
-      {"_aseDiff0", record._aseDiff0},
-      {"_aseDiff1", record._aseDiff1}};
-  for (const auto& [label, value] : fields) Display::DisplayD(label, value);
-  dumpFlags(record.goodData, record.completeData);
+  framed("PropZIndSamp", [&] {
+    Display::DisplayI("Local variable index", record.localVarIndex);
+    const std::pair<const char*, double> fields[] = {
+        {"Number of successes for group 1", record.numSuccesses1},
+        {"Number of failures for group 1", record.numFailures1},
+        {"Number of trials for group 1", record.numTrials1},
+        {"Number of successes for group 2", record.numSuccesses2},
+        {"Number of failures for group 2", record.numFailures2},
+        {"Number of trials for group 2", record.numTrials2},
+        {"Number of observations", record.numObservations},
+        {"Population proportion for group 1", record.populationProportion1},
+        {"Population proportion for group 2", record.populationProportion2},
+        {"Estimated difference", record.estimatedDifference},
+        {"Asymtotic standard error for the first proportion", record.ase1},
+        {"Asymtotic standard error for the second proportion", record.ase2},
+        {"_aseDiff0", record._aseDiff0},
+        {"_aseDiff1", record._aseDiff1}};
+    for (const auto& [label, value] : fields) Display::DisplayD(label, value);
+    dumpFlags(record.goodData, record.completeData);
+  });
 }
 
 void dumpFields(const PRPAlgorithm& analysis) {
@@ -198,56 +201,55 @@ void dumpFields(const PRPAlgorithm& analysis) {
 }  // namespace
 
 void dumpValue(const VarValue& value) {
-  const Frame frame("VarValue");
-  if (value.isString) {
-    Display::DisplayS("String Value", value.stringValue);
-  } else {
-    Display::DisplayD("Numeric Value", value.numericValue);
-  }
+  framed("VarValue", [&] {
+    if (value.isString) {
+      Display::DisplayS("String Value", value.stringValue);
+    } else {
+      Display::DisplayD("Numeric Value", value.numericValue);
+    }
+  });
 }
 
 void dumpSpecification(const PRPValidSpecs& specs) {
   banner();
-  const Frame frame("PRPValidSpecs");
-  if (specs.variableSpecs() == nullptr) line("Variable valid specifications are not defined");
-  Display::DisplayS("Model Type", modelText(specs.modelType()));
-  Display::DisplayIV("Vector of Test Variable indices", specs.testVarIndices());
-  dumpElements("Test Variable Vector Info Elements", specs.testVarInfo());
-  Display::DisplayIV("Second Vector of Test Variable indices", specs.secondVarIndices());
-  dumpElements("Second Variable Vector Info Elements", specs.secondVarInfo());
-  Display::DisplayD("Test Value", specs.testValue());
-  Display::DisplayB("Flag for Ordered Pair option", specs.orderedPairs());
-  Display::DisplayI("Group Variable Index", specs.groupVarIndex());
-  if (specs.groupVarIndex() >= 0) {
-    const Frame group("Group Info Element");
-    dumpElement(specs.groupInfo());
-  } else {
-    line("Group Info Element not defined");
-  }
-  Display::DisplayB("Scope Analysis", specs.scopeAnalysis());
-  Display::DisplayB("User Missing Included", specs.userMissingIncluded());
-  {
-    const Frame success("Success Info Element");
-    dumpElement(specs.successInfo());
-  }
-  Display::DisplayB("Ignore Case indicator", specs.ignoreCase());
-  Display::DisplayB("Print Upper Case indicator", specs.printUpperCase());
-  Display::DisplayB("Print Category Order", specs.printCategoryOrder());
-  Display::DisplayD("Confidence Interval Level as percent", specs.confidenceLevel());
-  Display::DisplayBV("Test Type Option flags", specs.testTypes());
-  Display::DisplayBV("CI Type Option flags", specs.ciTypes());
+  framed("PRPValidSpecs", [&] {
+    if (specs.variableSpecs() == nullptr) line("Variable valid specifications are not defined");
+    Display::DisplayS("Model Type", modelText(specs.modelType()));
+    Display::DisplayIV("Vector of Test Variable indices", specs.testVarIndices());
+    dumpElements("Test Variable Vector Info Elements", specs.testVarInfo());
+    Display::DisplayIV("Second Vector of Test Variable indices", specs.secondVarIndices());
+    dumpElements("Second Variable Vector Info Elements", specs.secondVarInfo());
+    Display::DisplayD("Test Value", specs.testValue());
+    Display::DisplayB("Flag for Ordered Pair option", specs.orderedPairs());
+    Display::DisplayI("Group Variable Index", specs.groupVarIndex());
+    if (specs.groupVarIndex() >= 0) {
+      framed("Group Info Element", [&] { dumpElement(specs.groupInfo()); });
+    } else {
+      line("Group Info Element not defined");
+    }
+    Display::DisplayB("Scope Analysis", specs.scopeAnalysis());
+    Display::DisplayB("User Missing Included", specs.userMissingIncluded());
+    framed("Success Info Element", [&] { dumpElement(specs.successInfo()); });
+    Display::DisplayB("Ignore Case indicator", specs.ignoreCase());
+    Display::DisplayB("Print Upper Case indicator", specs.printUpperCase());
+    Display::DisplayB("Print Category Order", specs.printCategoryOrder());
+    Display::DisplayD("Confidence Interval Level as percent", specs.confidenceLevel());
+    Display::DisplayBV("Test Type Option flags", specs.testTypes());
+    Display::DisplayBV("CI Type Option flags", specs.ciTypes());
+  });
 }
 
 void dumpAlgorithm(const PRPAlgorithm& analysis) {
   banner();
-  const Frame frame("PRPAlgorithm");
-  dumpFields(analysis);
-  for (const auto& cats : analysis.testVarCats) dumpCats(*cats);
-  for (const auto& cats : analysis.secondVarCats) dumpCats(*cats);
-  if (analysis.groupCats) dumpCats(*analysis.groupCats);
-  for (const PropZOneSamp& record : analysis.oneSampleRecords) dumpRecord(record);
-  for (const PropZPairSamp& record : analysis.pairedRecords) dumpRecord(record);
-  for (const PropZIndSamp& record : analysis.independentRecords) dumpRecord(record);
+  framed("PRPAlgorithm", [&] {
+    dumpFields(analysis);
+    for (const auto& cats : analysis.testVarCats) dumpCats(*cats);
+    for (const auto& cats : analysis.secondVarCats) dumpCats(*cats);
+    if (analysis.groupCats) dumpCats(*analysis.groupCats);
+    for (const PropZOneSamp& record : analysis.oneSampleRecords) dumpRecord(record);
+    for (const PropZPairSamp& record : analysis.pairedRecords) dumpRecord(record);
+    for (const PropZIndSamp& record : analysis.independentRecords) dumpRecord(record);
+  });
 }
 
 }  // namespace proportions

@@ -99,6 +99,16 @@ TEST_F(Switches, ARefusedCommandDumpsNothing) {
   EXPECT_EQ(display, std::vector<std::string>());
 }
 
+TEST_F(Switches, AFatalErrorOfTheParseDumpsNothing) {
+  DiagnosticSwitches::dumpSpecification = true;
+  recording::Script script = threeGroups();
+  script.faults.push_back({recording::ScriptFault::What::kFatalError,
+                           recording::ScriptFault::At::kOperation, "ProcedureDataSource.FatalError",
+                           1});
+  EXPECT_EQ(run(script), "");
+  EXPECT_EQ(display, std::vector<std::string>());
+}
+
 TEST_F(Switches, EveryGroupIsDumpedAfterItsSecondPassAlsoWhenItIsSkipped) {
   DiagnosticSwitches::dumpAnalysis = true;
   EXPECT_EQ(run(threeGroups()), "");

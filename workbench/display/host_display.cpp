@@ -3,16 +3,22 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "host/constants.h"
 #include "workbench/session/session.h"
 
 namespace {
 
+/// At once, so that the display keeps its place among what else is written, also before a crash.
 void write(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), workbench::currentSession().display);
+  std::FILE* display = workbench::currentSession().display;
+  std::fwrite(text.data(), 1, text.size(), display);
+  std::fflush(display);
 }
 
 /// Doubles with 17 digits, so that they read back as they were.
-std::string shown(double value) { return fmt::format("{:.17g}", value); }
+std::string shown(double value) {
+  return IsSystemMissing(value) ? "missing" : fmt::format("{:.17g}", value);
+}
 std::string shown(int32_t value) { return std::to_string(value); }
 std::string shown(const std::string& value) { return '"' + value + '"'; }
 std::string shown(bool value) { return value ? "true" : "false"; }
@@ -30,7 +36,11 @@ void writeList(const char* label, const List& values) {
 
 }  // namespace
 
-void BP_ToFront(const BP_Character* text) { write(text); }
+void BP_ToFront(const BP_Character* text) {
+  std::string line = text;
+  if (line.empty() || line.back() != '\n') line += '\n';
+  write(line);
+}
 
 void ACACommonDisplay::DisplayB(const char* label, bool value) { writeLine(label, shown(value)); }
 void ACACommonDisplay::DisplayI(const char* label, int32_t value) {

@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 
+#include "host/constants.h"
 #include "workbench/session/session.h"
 
 namespace workbench {
@@ -28,8 +29,14 @@ std::string displayed(Write write) {
   return {content, size};
 }
 
-TEST(Display, textStandsAsItIs) {
-  EXPECT_EQ(displayed([] { BP_ToFront("a%d\nb"); }), "a%d\nb");
+TEST(Display, textStandsAsItIsAndEndsItsLine) {
+  EXPECT_EQ(displayed([] { BP_ToFront("a%d\nb"); }), "a%d\nb\n");
+  EXPECT_EQ(displayed([] {
+              BP_ToFront("a\n");
+              BP_ToFront("");
+              BP_ToFront("b");
+            }),
+            "a\n\nb\n");
 }
 
 TEST(Display, oneLinePerValue) {
@@ -41,10 +48,32 @@ TEST(Display, oneLinePerValue) {
 
 TEST(Display, doublesReadBack) {
   EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayD("d", 0.1); }), "d: 0.10000000000000001\n");
-  for (const double value : {1.0 / 3, 5e-324, -std::numeric_limits<double>::max(), 95.0}) {
+  for (const double value : {1.0 / 3, 5e-324, -std::numeric_limits<double>::max() / 2, 95.0}) {
     const std::string line = displayed([&] { ACACommonDisplay::DisplayD("", value); });
     EXPECT_EQ(std::strtod(line.c_str() + 2, nullptr), value) << line;
   }
+}
+
+TEST(Display, theMissingValueIsNoNumber) {
+  EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayD("d", kSystemMissing); }), "d: missing\n");
+  EXPECT_EQ(displayed([] {
+              ACACommonDisplay::DisplayDV("d", {1, kSystemMissing});
+            }),
+            "d: [1, missing]\n");
+}
+
+TEST(Display, everyLineIsWrittenAtOnce) {
+  char* content = nullptr;
+  size_t size = 0;
+  Session session;
+  session.display = open_memstream(&content, &size);
+  const SessionScope scope(session);
+  BP_ToFront("a");
+  EXPECT_EQ(size, 2U);
+  ACACommonDisplay::DisplayI("i", 7);
+  EXPECT_EQ(size, 7U);
+  std::fclose(session.display);
+  std::free(content);
 }
 
 TEST(Display, listsInBrackets) {
