@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <numeric>
 
 namespace workbench {
@@ -94,13 +95,32 @@ void GridAxis::addEmptyCategories() {
   }
 }
 
+std::vector<int32_t> GridAxis::groupNumbers() const {
+  const size_t size = dimensions_.size();
+  size_t splits = 0;
+  while (splits < size && table_.dimensions()[dimensions_[splits]].isSplit) ++splits;
+  std::map<std::vector<int32_t>, int32_t> known;
+  std::vector<int32_t> result;
+  for (size_t place = 0; place < found_; ++place) {
+    const auto first = leaves_.begin() + static_cast<ptrdiff_t>(place * size);
+    std::vector<int32_t> group(first, first + static_cast<ptrdiff_t>(splits));
+    const bool isWhole = std::find(group.begin(), group.end(), -1) == group.end();
+    const auto next = static_cast<int32_t>(known.size());
+    result.push_back(isWhole ? known.emplace(std::move(group), next).first->second
+                             : std::numeric_limits<int32_t>::max());
+  }
+  return result;
+}
+
 void GridAxis::sortPlaces() {
   const size_t size = dimensions_.size();
+  const std::vector<int32_t> group = groupNumbers();
   std::vector<std::vector<int32_t>> rankOf;
   for (const size_t d : dimensions_) rankOf.push_back(ranks(table_.dimensions()[d]));
   order_.resize(found_);
   std::iota(order_.begin(), order_.end(), 0u);
   std::stable_sort(order_.begin(), order_.end(), [&](uint32_t a, uint32_t b) {
+    if (group[a] != group[b]) return group[a] < group[b];
     for (size_t i = 0; i < size; ++i) {
       const int32_t x = rankOf[i][static_cast<size_t>(leaves_[a * size + i]) + 1];
       const int32_t y = rankOf[i][static_cast<size_t>(leaves_[b * size + i]) + 1];

@@ -33,6 +33,10 @@ class GridAxis {
   uint32_t findOrAdd(const std::vector<int32_t>& place);
   void addCells();
   void addEmptyCategories();
+  /// The split group of each place, numbered in the order in which the groups wrote their cells.
+  /// The order of categories would not do: a value that is new in a later group stands last in
+  /// its dimension.
+  std::vector<int32_t> groupNumbers() const;
   void sortPlaces();
 
   const Table& table_;

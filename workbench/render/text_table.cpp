@@ -21,7 +21,8 @@ constexpr size_t kWidestLabel = 40;    // of a row's label; longer ones are brok
 constexpr size_t kWidestHeading = 12;  // of a column's heading, as far as its words allow
 constexpr size_t kWidestGroupHeading = 16;
 constexpr size_t kWidestWord = 30;
-constexpr size_t kRowsOfLargeGroup = 3;
+constexpr size_t kHangingIndent = 2;  // of a broken label, so that the next one is told from it
+constexpr size_t kLargeGroup = 3;     // rows or lines of one outermost label
 
 using Lines = std::vector<std::string>;
 
@@ -62,11 +63,7 @@ class RowHeadings {
     for (size_t d = 0; d < rows_.dimensions().size(); ++d) {
       addDimension(grid.table().dimensions()[rows_.dimensions()[d]], rows_.depth(d));
     }
-    size_t run = 0;
-    for (size_t row = 0; row < rows_.placeCount(); ++row) {
-      run = row > 0 && sameGroup(row, row - 1) ? run + 1 : 1;
-      hasLargeGroups_ = hasLargeGroups_ || (titles_.size() > 1 && run >= kRowsOfLargeGroup);
-    }
+    hasLargeGroups_ = titles_.size() > 1 && findsLargeGroups();
   }
 
   /// The width of all headings and the gaps behind them.
@@ -85,9 +82,9 @@ class RowHeadings {
     return block;
   }
 
-  /// The lines that head a row; rows have to be asked for in order. Labels that a row shares with
-  /// the one before are not repeated, but those of several lines go on beside the rows that share
-  /// them.
+  /// The lines that head a row; rows have to be asked for in order, from the first. Labels that a
+  /// row shares with the one before are not repeated, but those of several lines go on beside the
+  /// rows that share them.
   Lines nextLines(size_t row) {
     const std::vector<const Label*> labels = labelsOf(row);
     shownLines_.resize(labels.size());
@@ -110,7 +107,7 @@ class RowHeadings {
     return result;
   }
 
-  /// True when rows of another outermost label begin here and such groups are large.
+  /// True when rows of another outermost label begin here and such groups take many lines.
   bool startsGroup(size_t row) const {
     return hasLargeGroups_ && row > 0 && !sameGroup(row, row - 1);
   }
@@ -131,7 +128,7 @@ class RowHeadings {
     std::vector<int32_t>& parents = parents_.emplace_back();
     for (const DimensionNode& node : dimension.nodes()) {
       const std::string text = shownCategory(printable(node.label.text));
-      labels.push_back({text, wrapText(text, kWidestLabel)});
+      labels.push_back({text, wrapText(text, kWidestLabel, kHangingIndent)});
       parents.push_back(node.parent);
     }
     std::vector<size_t> level(labels.size(), first);
@@ -167,6 +164,19 @@ class RowHeadings {
     size_t shared = 0;
     while (shared + 1 < labels.size() && labels[shared] == before[shared]) ++shared;
     return shared;
+  }
+
+  /// True when any group has many rows, or when groups take many lines on average.
+  bool findsLargeGroups() {
+    size_t run = 0, groups = 0, lines = 0;
+    for (size_t row = 0; row < rows_.placeCount(); ++row) {
+      const bool isFirst = row == 0 || !sameGroup(row, row - 1);
+      run = isFirst ? 1 : run + 1;
+      if (run >= kLargeGroup) return true;
+      groups += isFirst ? 1 : 0;
+      lines += nextLines(row).size();
+    }
+    return lines >= kLargeGroup * std::max<size_t>(groups, 1);
   }
 
   bool sameGroup(size_t a, size_t b) const { return labelsOf(a)[0] == labelsOf(b)[0]; }

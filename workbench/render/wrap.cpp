@@ -44,21 +44,22 @@ size_t widthOf(std::string_view text) {
   return isPlain ? text.size() : displayWidth(text);
 }
 
-std::vector<std::string> wrapText(std::string_view text, size_t width) {
-  width = std::max<size_t>(width, 1);
+std::vector<std::string> wrapText(std::string_view text, size_t width, size_t indent) {
+  width = std::max(width, indent + 1);
   if (widthOf(text) <= width) return {std::string(text)};
   std::vector<std::string> lines;
   std::string line;
+  const auto room = [&] { return lines.empty() ? width : width - indent; };
   forEachWord(text, [&](std::string_view word) {
     const size_t have = widthOf(line);
-    if (!line.empty() && have + 1 + widthOf(word) <= width) {
+    if (!line.empty() && have + 1 + widthOf(word) <= room()) {
       line += ' ';
       line += word;
       return;
     }
     if (!line.empty()) lines.push_back(std::move(line));
-    while (widthOf(word) > width) {
-      const size_t end = startWithin(word, width);
+    while (widthOf(word) > room()) {
+      const size_t end = startWithin(word, room());
       if (end == word.size()) break;
       lines.emplace_back(word.substr(0, end));
       word.remove_prefix(end);
@@ -66,6 +67,7 @@ std::vector<std::string> wrapText(std::string_view text, size_t width) {
     line = word;
   });
   lines.push_back(std::move(line));
+  for (size_t i = 1; i < lines.size(); ++i) lines[i].insert(0, indent, ' ');
   return lines;
 }
 

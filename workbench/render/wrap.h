@@ -12,8 +12,9 @@ namespace workbench {
 size_t widthOf(std::string_view text);
 
 /// Breaks printable text into lines of at most `width` columns, at blanks where possible; a word
-/// that is wider is cut. At least one line.
-std::vector<std::string> wrapText(std::string_view text, size_t width);
+/// that is wider is cut. All lines but the first begin with `indent` blanks, which the width
+/// includes. At least one line.
+std::vector<std::string> wrapText(std::string_view text, size_t width, size_t indent = 0);
 
 /// Columns of the widest word.
 size_t widestWord(std::string_view text);

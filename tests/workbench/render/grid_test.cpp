@@ -52,6 +52,17 @@ TEST_F(GridTest, outerDimensionsComeFirst) {
   EXPECT_EQ(placesText(Grid(table()).rows()), "1/ a/ \n1/ b/ \n2/ a/ \n2/ b/ \n");
 }
 
+TEST_F(GridTest, splitGroupsStandInTheOrderInWhichTheyWereWritten) {
+  bench.data.splitVariablesNow = {bench.data.addString("region"), bench.data.addNumber("year")};
+  const std::vector<std::vector<SplitValue>> groups{{"east", 2.0}, {"west", 1.0}, {"west", 2.0}};
+  for (const std::vector<SplitValue>& group : groups) {
+    bench.data.splitNow = group;
+    procedure.SplitChange();
+    dimensionAt(pivot(procedure, "T"), text("C"), 1).Category(text("n")).Cell(count(1));
+  }
+  EXPECT_EQ(placesText(Grid(table()).rows()), "east/ 2/ \nwest/ 1/ \nwest/ 2/ \n");
+}
+
 TEST_F(GridTest, categoriesWithoutCellsAreShownUnlessAMissingValueShows) {
   const VarIndex x = bench.data.addNumber("x");
   BpPivotTable& pivotTable = pivot(procedure, "T");

@@ -234,6 +234,30 @@ void makeLongLabels(SampleBench& bench) {
   }
 }
 
+/// Pairs whose labels take several lines: each pair stands apart, each label begins at the margin.
+void makeLongPairs(SampleBench& bench) {
+  const std::string question =
+      "How often did you take part in sports or other physical activities outside of your home, "
+      "question ";
+  std::vector<VarIndex> variables;
+  for (const char* number : {"1", "2", "3"}) {
+    variables.push_back(bench.data.addNumber(std::string("q") + number, question + number,
+                                             {{1, "yes, at least once a month"}}));
+  }
+  bench.document.beginProcedure("Proportions", "PROPORTIONS /PAIREDSAMPLES q1 WITH q2 q3.");
+  BpProcedure procedure("Proportions", 10);
+  BpPivotTable& table = pivot(procedure, "Paired-Samples Proportions Statistics");
+  BpDimension& rows = dimensionAt(table, text("Variables"), 0);
+  BpDimension& columns = dimensionAt(table, text("Statistics"), 1);
+  for (const size_t pair : {size_t{1}, size_t{2}}) {
+    BpGroup& group = rows.Group(composite("Pair ^1", count(static_cast<double>(pair))), 1, 2);
+    for (const size_t member : {size_t{0}, pair}) {
+      group.Category(equals(variables[member], 1));
+      SampleBench::writeCells(columns, {{"Successes", count(4)}, {"Trials", count(10)}});
+    }
+  }
+}
+
 /// Two commands, one of them refused.
 void makeSeveral(SampleBench& bench) {
   bench.document.beginProcedure("Proportions", "PROPORTIONS /PAIREDSAMPLES a a.");
@@ -280,7 +304,8 @@ const std::vector<SampleDocument>& sampleDocuments() {
       {"one_sample", makeOneSample},     {"paired", makePaired},
       {"split_rows", makeSplitRows},     {"split_tables", makeSplitTables},
       {"nasty_labels", makeNastyLabels}, {"long_labels", makeLongLabels},
-      {"several_commands", makeSeveral}, {"nothing", makeNothing},
+      {"long_pairs", makeLongPairs},     {"several_commands", makeSeveral},
+      {"nothing", makeNothing},
   };
   return samples;
 }

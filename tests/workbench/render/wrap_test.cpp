@@ -26,6 +26,13 @@ TEST(Wrap, cutsWordsThatAreTooWide) {
   EXPECT_EQ(wrapText("abc", 0), (Lines{"a", "b", "c"}));
 }
 
+TEST(Wrap, indentsAllLinesButTheFirst) {
+  EXPECT_EQ(wrapText("abc de fgh ijk", 6, 2), (Lines{"abc de", "  fgh", "  ijk"}));
+  EXPECT_EQ(wrapText("short", 6, 2), (Lines{"short"}));
+  EXPECT_EQ(wrapText("abcdefghijkl", 5, 2), (Lines{"abcde", "  fgh", "  ijk", "  l"}));
+  EXPECT_EQ(wrapText("ab", 0, 2), (Lines{"ab"})) << "there is room for one character at least";
+}
+
 TEST(Wrap, keepsCombiningMarksWithTheirLetters) {
   const std::string e = "e\xCC\x81";
   EXPECT_EQ(wrapText(e + e + e, 2), (Lines{e + e, e}));
