@@ -87,7 +87,8 @@ void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
                  "the variables' dictionary (default: STEM.schema.json beside the data)");
   app.add_option("--weight", data.weight, "the weight variable");
   app.add_option("--split", data.split, "the split-file variables, outermost first")
-      ->delimiter(',');
+      ->delimiter(',')
+      ->allow_extra_args(false);  // what follows is no further name: it may be DATA
   app.add_option("--split-layout", raw.separate,
                  "rows: split groups share the tables; tables: a set for each")
       ->transform(choice(std::map<std::string, bool>{{"rows", false}, {"tables", true}}))

@@ -69,7 +69,7 @@ class ActiveDataset {
   /// more lines.
   virtual bool failed() const = 0;
   virtual const std::string& failure() const = 0;
-  /// Number of cases that the last complete pass read, dropped ones included; 0 before.
+  /// Number of cases that the last complete pass read, dropped ones included; negative before.
   virtual int64_t caseCount() const = 0;
 };
 

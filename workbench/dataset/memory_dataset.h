@@ -65,7 +65,7 @@ class MemoryDataset final : public ActiveDataset, private FeedObserver {
   std::vector<VarIndex> split_;
   bool separate_ = false;
   int64_t chunkSize_ = 1024;
-  int64_t caseCount_ = 0;
+  int64_t caseCount_ = -1;
   int64_t chunksLeft_ = -1;
   std::string laterFailure_;
   std::string failure_;

@@ -104,7 +104,7 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   std::vector<VarIndex> projection_;  // ascending
   std::unique_ptr<CaseStore> store_;
   std::shared_ptr<SplitCursor> cursor_;
-  int64_t caseCount_ = 0;
+  int64_t caseCount_ = -1;
   int64_t firstPassCases_ = -1;
   bool failed_ = false;
   bool mustRestart_ = false;
