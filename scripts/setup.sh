@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(g++ cmake ninja-build ccache nodejs npm python3
-  libicu-dev libcli11-dev nlohmann-json3-dev libfmt-dev libboost1.81-dev
+  libicu-dev libcli11-dev nlohmann-json3-dev libfmt-dev libboost1.81-dev zlib1g-dev libzstd-dev
   libgtest-dev libgmock-dev libbenchmark-dev "$@")
 
 missing=()

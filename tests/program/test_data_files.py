@@ -1,7 +1,9 @@
 """Data sources and dictionaries, good and bad."""
 
 import gzip
+import json
 import os
+import random
 
 from program import ProgramTest, keys, table, value
 
@@ -94,25 +96,81 @@ class GoodData(ProgramTest):
 
 
 class BadData(ProgramTest):
-    def test_files(self):
-        self.write("empty.csv", "")
-        self.write("ragged.csv", "x,y\n1,2\n3\n4,5,6\n")
-        self.write("twice.csv", "x,x\n1,2\n")
-        self.write("latin.csv", b"x,n\xe4me\n1,\xe4\n")
-        self.write("what.docx", "x\n1\n")
-        self.write("bad.json", "[{\"x\":1,")
-        self.write("bad.parquet", "no parquet")
-        self.write("good.csv", "x\n1\n")
-        for arguments in (("nothing.csv",), (".",), ("empty.csv",), ("ragged.csv",), ("twice.csv",), ("latin.csv",), ("what.docx",),
-                          ("bad.json",), ("bad.parquet",), ("duckdb:nothing.db",), ("good.csv", "--schema", "nothing.json"),
-                          ("good.csv", "--query", "SELEC x FROM data"), ("good.csv", "--query", "SELECT 1; SELECT 2"),
-                          ("good.csv", "--query", "COPY data TO 'stolen.csv'"), ("good.csv", "--query", "SELECT * FROM read_csv('twice.csv')"),
-                          ("good.csv", "--query", "SELECT * FROM 'empty.csv'")):
-            with self.subTest(arguments):
-                done = self.run_program(*arguments, "-c", COMMAND, status=2)
-                self.assertNotEqual(done.stderr, b"")
-                self.assertNotIn(b"Successes", done.stdout)
-        self.assertFalse((self.folder / "stolen.csv").exists())
+    """Each is refused with its place and the reason, before anything is written."""
+
+    def refuse(self, arguments, *said):
+        with self.subTest(arguments):
+            message = self.unusable(*arguments, "-c", COMMAND, "-o", "out.txt")
+            for text in said:
+                self.assertIn(text, message)
+            self.assertEqual(message.count("\n"), 1, message)
+            self.assertFalse((self.folder / "out.txt").exists())
+
+    def test_names_of_files(self):
+        os.mkdir(self.folder / "folder.csv")
+        self.write("data.docx", "x\n1\n")
+        self.write("d*.csv", "x\n1\n")
+        self.refuse(("nothing.csv",), "nothing.csv: there is no such file")
+        self.refuse(("",), "DATA is an empty name")
+        self.refuse((".",), "this is a folder")
+        self.refuse(("folder.csv",), "folder.csv: this is a folder")
+        self.refuse(("data.docx",), "this ending is not known", ".parquet")
+        self.refuse(("*.csv",), "there is no such file")
+        self.refuse(("duckdb:nothing.db", "--table", "t"), "nothing.db: there is no such database file")
+        self.refuse(("d*.csv", "--schema", "nothing.json"), "nothing.json")
+
+    def test_text_files(self):
+        for name, content, *said in (
+                ("empty.csv", "", "the file is empty"),
+                ("blank.csv", "\n", "line 1", "names of the variables"),
+                ("blanks.csv", "  \n\n", "line 1", "column 1 has no name"),
+                ("short.csv", "x,y\n1,2\n3\n", "line 3: 1 value where the header has 2"),
+                ("long.csv", "x,y\n1,2\n4,5,6\n", "line 3: 3 values where the header has 2"),
+                ("comma.csv", "x\n1\n1,5\n", "line 3: 2 values where the header has 1"),
+                ("late.csv", "x,y\n" + "1,2\n" * 400000 + "3\n", "line 400002: 1 value where the header has 2"),
+                ("twice.csv", "x,y,x\n1,2,3\n", "line 1: columns 1 and 3 are both named x"),
+                ("case.csv", "x,X\n1,2\n", "x and X"),
+                ("unnamed.csv", "x,\n1,2\n", "column 2 has no name"),
+                ("header_quote.csv", "x,\"y\n1,2\n", "line 1: a double quote is opened and never closed"),
+                ("quote.csv", "x,y\n1,\"2\n3,4\n", "line 2: a double quote is opened and never closed"),
+                ("latin.csv", b"x,n\n1,a\n2,\xe4\n", "line 3: the text is not UTF-8", "iconv"),
+                ("wide.csv", "x\n1\n".encode("utf-16"), "UTF-16"),
+                ("zero.csv", "x\n1\0\n0\n", "line 2: there is a zero byte"),
+                ("cut.json", "[{\"x\":1,", "JSON"),
+                ("empty.json", "", "the file is empty"),
+                ("text.parquet", "no parquet", "Parquet"),
+                ("empty.parquet", "", "the file is empty"),
+                ("text.csv.gz", "x\n1\n", "cannot be decompressed")):
+            self.write(name, content)
+            self.refuse((name,), name, *said)
+
+    def test_compressed_files_that_are_damaged(self):
+        generator = random.Random(3)
+        text = "x,y\n" + "".join(f"{i % 2},{generator.random()}\n" for i in range(100000))
+        whole = gzip.compress(text.encode())
+        damaged = bytearray(whole)
+        damaged[-6] ^= 1  # in the check sum: the text itself can be read
+        rows = "".join(json.dumps({"x": i}) + "\n" for i in range(1000))
+        for name, content, *said in (
+                ("cut.csv.gz", whole[:len(whole) // 2], "the compressed file is cut off"),
+                ("head.csv.gz", whole[:10], "the compressed file is cut off"),
+                ("end.csv.gz", whole[:-1], "the compressed file is cut off"),
+                ("damaged.csv.gz", bytes(damaged), "cannot be decompressed", "data check"),
+                ("more.csv.gz", whole + b"more", "cannot be decompressed"),
+                ("cut.jsonl.gz", gzip.compress(rows.encode())[:-9], "the compressed file is cut off")):
+            self.write(name, content)
+            self.refuse((name,), name, *said)
+
+    def test_queries(self):
+        self.write("d.csv", "x\n1\n")
+        self.write("other.csv", "x\n1\n")
+        for query, said in (("SELEC x FROM data", "SELEC"), ("SELECT 1; SELECT 2", "one"), ("", "query"), ("SELECT nobody FROM data", "nobody"),
+                            ("SELECT x FROM nowhere", "nowhere"), ("COPY data TO 'stolen.csv'", ""), ("INSTALL httpfs", ""),
+                            ("SELECT * FROM read_csv('other.csv')", ""), ("SELECT * FROM 'other.csv'", ""), ("SELECT x, x FROM data", "x"),
+                            ("SET enable_external_access = true", ""), ("ATTACH 'other.db'", ""), ("SELECT getenv('HOME') AS x", ""),
+                            ("SELECT * FROM glob('*')", ""), ("SELECT content AS x FROM read_text('other.csv')", "")):
+            self.refuse(("d.csv", "--query", query), said)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv", "other.csv"])
 
     def test_dictionaries(self):
         self.write("d.csv", "x\n1\n0\nfour\n")
@@ -121,7 +179,3 @@ class BadData(ProgramTest):
             with self.subTest(content):
                 self.write("d.schema.json", content)
                 self.run_program("d.csv", "-c", COMMAND, status=2)
-
-    def test_directory_named_like_data(self):
-        os.mkdir(self.folder / "d.csv")
-        self.unusable("d.csv", "-c", COMMAND)

@@ -88,8 +88,15 @@ struct Candidates {
   }
 };
 
+void refuseUnclosedQuote(const CsvRecords& records, const std::string& file) {
+  if (!records.unclosedQuote()) return;
+  throw DataError(fmt::format("{}, line {}: a double quote is opened and never closed.", file,
+                              records.line()));
+}
+
 void readHeader(CsvRecords& records, CsvLayout& layout, const std::string& file) {
   if (!records.next() || records.blank()) {
+    refuseUnclosedQuote(records, file);
     throw DataError(
         fmt::format("{}, line 1: the first line must hold the names of the variables.", file));
   }
@@ -202,10 +209,7 @@ CsvLayout csvLayout(std::string_view head, bool complete, char delimiter, const 
       }
     }
   }
-  if (records.unclosedQuote()) {
-    throw DataError(fmt::format("{}, line {}: a double quote is opened and never closed.", file,
-                                records.line()));
-  }
+  refuseUnclosedQuote(records, file);
   layout.bytes = records.consumed() - headerBytes;
   for (size_t i = 0; i < candidates.size(); ++i) layout.columns[i].form = candidates[i].form();
   return layout;

@@ -14,6 +14,7 @@
 #include <system_error>
 #include <utility>
 
+#include "workbench/engine/compressed_file.h"
 #include "workbench/engine/data_error.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/source_kinds.h"
@@ -140,7 +141,11 @@ class DelimitedSource final : public Source {
     } else {
       openFile();
     }
-    if (compression_ == "none") bytes_ = fileSize();
+    if (compression_ == "none") {
+      bytes_ = fileSize();
+    } else {
+      checkCompressedFile(file_, compression_, label(), interrupted);
+    }
     file_ = enginePath(file_, engine_);
     bool complete = true;
     const std::string head =
@@ -350,6 +355,8 @@ std::string enginePath(const std::string& file, EngineHolder& engine) {
 std::unique_ptr<Source> openFileSource(const std::string& data, const MissingTexts& missing,
                                        const std::atomic<bool>* interrupted) {
   std::string ending = ".csv";
+  if (data.empty()) throw DataError(fmt::format("DATA is an empty name. {}", kEndings));
+  if (std::filesystem::is_directory(data)) refuseUnreadable(data);
   if (data != "-") ending = splitEnding(data).ending;
   if (ending == ".csv" || ending == ".tsv") {
     const char delimiter = ending == ".tsv" ? '\t' : '\0';
@@ -360,6 +367,10 @@ std::unique_ptr<Source> openFileSource(const std::string& data, const MissingTex
     throw DataError(fmt::format("{}: this ending is not known. {}", data, kEndings));
   }
   refuseUnreadable(data);
+  const std::string compression = compressionOf(data);
+  if (compression != "none" && std::filesystem::is_regular_file(data)) {
+    checkCompressedFile(data, compression, data, interrupted);
+  }
   return openTypedFile(data, json, interrupted);
 }
 

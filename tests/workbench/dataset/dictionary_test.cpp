@@ -176,6 +176,12 @@ INSTANTIATE_TEST_SUITE_P(
                       "/fields/0/categories/0/label: a text is expected"},
         BadDictionary{R"({"fields":[{"name":"x","categories":[1,{"value":"abc","label":"l"}]}]})",
                       "/fields/0/categories/1/value: 'abc' is no value of 'x'"},
+        BadDictionary{R"({"fields":[{"name":"x","categories":[{"value":1,"label":"l"},)"
+                      R"({"value":"1.0","label":"m"}]}]})",
+                      "/fields/0/categories/1/value: '1' has a label twice"},
+        BadDictionary{R"({"fields":[{"name":"y","categories":[{"value":"a","label":"l"},)"
+                      R"({"value":"a ","label":"m"}]}]})",
+                      "/fields/0/categories/1/value: 'a' has a label twice"},
         BadDictionary{R"({"fields":[{"name":"x","categories":[null]}]})",
                       "/fields/0/categories/0: a number or a text is expected"},
         BadDictionary{R"({"fields":[{"name":"x","missingValues":"9"}]})",
