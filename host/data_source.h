@@ -113,7 +113,8 @@ class ZELK_Variable {
   bool hasUserMissing_;
 };
 
-/// One variable's observations in the current chunk of cases: `stride` 8-byte words per case.
+/// One variable's observations in the current chunk of cases: `stride` 8-byte words per case, one
+/// of a numeric variable.
 struct ColumnView {
   const double* words = nullptr;
   ptrdiff_t stride = 1;
@@ -128,6 +129,8 @@ class Case {
     const ColumnView& column = columns_[variable];
     return column.words + row_ * column.stride;
   }
+  /// The same of a numeric variable, its value.
+  double Number(VarIndex variable) const { return columns_[variable].words[row_]; }
 
  private:
   friend class ZELK_InputCaseIterator;

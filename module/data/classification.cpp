@@ -137,7 +137,7 @@ void Classifier::add(CaseVariables& list, VarIndex index, VarCatInfo* cats,
 
 inline Classifier::Number Classifier::fetchNumeric(const Case& data,
                                                    const CaseVariable& variable) const {
-  const double value = *data.Obs(variable.index);
+  const double value = data.Number(variable.index);
   if (userMissingIncluded_) return {value, isMissing(value)};
   return {value, variable.variable->IsMissing(&value)};
 }
@@ -179,15 +179,26 @@ Code Classifier::classifyString(const Case& data, const CaseVariable& variable) 
   return stringSucceeds(text_, *variable.cats, *variable.info) ? 1 : 0;
 }
 
+/// The case is a copy, which stays in registers: the codes are bytes, and writing them might change
+/// anything that lies in memory.
 template <bool kCollecting>
-inline Code Classifier::classifyPlain(const Case& data, const CaseVariable& variable) const {
-  const double value = *data.Obs(variable.index);
-  if (isMissing(value)) return kNotCounted;
-  if constexpr (kCollecting) {
-    collectNumber(value, *variable.cats);
-    return kNotCounted;
+inline bool Classifier::classifyPlain(const Case data, const CaseVariables& list,
+                                      Code* code) const {
+  bool complete = !kCollecting;
+  const CaseVariable* const end = list.variables.data() + list.variables.size();
+  for (const CaseVariable* variable = list.variables.data(); variable != end; ++variable, ++code) {
+    const double value = data.Number(variable->index);
+    if (isMissing(value)) {
+      complete = false;
+      *code = kNotCounted;
+    } else if constexpr (kCollecting) {
+      collectNumber(value, *variable->cats);
+      *code = kNotCounted;
+    } else {
+      *code = liesWithin(value, *variable) ? 1 : 0;
+    }
   }
-  return liesWithin(value, variable) ? 1 : 0;
+  return complete;
 }
 
 Code Classifier::classifyValue(const Case& data, const CaseVariable& variable) {
@@ -201,7 +212,7 @@ Code Classifier::classifyValue(const Case& data, const CaseVariable& variable) {
   return numberSucceeds(value, variable) ? 1 : 0;
 }
 
-int32_t Classifier::classifyGroup(const Case& data) {
+[[gnu::noinline]] int32_t Classifier::classifyGroup(const Case& data) {
   const CaseVariable& variable = group_.variables.front();
   const BinInfoElem& info = *variable.info;
   if (!variable.isString) {
@@ -223,39 +234,42 @@ int32_t Classifier::classifyGroup(const Case& data) {
   return info.rule == kLevels ? positionOf(info.stringValues, text_) : kNotCounted;
 }
 
-template <bool kCollecting>
-bool Classifier::classifyList(const Case& data, const CaseVariables& list,
-                              std::vector<Code>& codes) {
-  codes.resize(list.variables.size());
-  Code* code = codes.data();
-  int signs = 0;
-  if (list.plain) {
-    for (const CaseVariable& variable : list.variables) {
-      *code = classifyPlain<kCollecting>(data, variable);
-      signs |= *code++;
-    }
-  } else {
-    for (const CaseVariable& variable : list.variables) {
-      *code = classifyValue(data, variable);
-      signs |= *code++;
-    }
+[[gnu::noinline]] bool Classifier::classifyEach(const Case& data, const CaseVariables& list,
+                                                Code* code) {
+  bool complete = true;
+  for (const CaseVariable& variable : list.variables) {
+    *code = classifyValue(data, variable);
+    complete = complete && *code != kNotCounted;
+    ++code;
   }
-  return signs >= 0;  // no code is negative
+  return complete;
+}
+
+template <bool kCollecting>
+inline bool Classifier::classifyList(const Case& data, const CaseVariables& list,
+                                     std::vector<Code>& codes) {
+  if (list.variables.empty()) return true;
+  return list.plain ? classifyPlain<kCollecting>(data, list, codes.data())
+                    : classifyEach(data, list, codes.data());
 }
 
 bool Classifier::classifyCase(const Case& data, std::vector<Code>& first, std::vector<Code>& second,
                               int32_t& group) {
+  if (first.size() != first_.variables.size() || second.size() != second_.variables.size()) {
+    first.resize(first_.variables.size());
+    second.resize(second_.variables.size());
+  }
   const bool grouped = !group_.variables.empty();
   group = grouped ? classifyGroup(data) : kNotCounted;
   // Every list is classified, usable or not: the first pass collects from all of them.
   if (collecting_) {
     classifyList<true>(data, first_, first);
-    if (!second_.variables.empty()) classifyList<true>(data, second_, second);
+    classifyList<true>(data, second_, second);
     return true;
   }
   bool usable = !grouped || group >= 0;
   usable &= classifyList<false>(data, first_, first);
-  if (!second_.variables.empty()) usable &= classifyList<false>(data, second_, second);
+  usable &= classifyList<false>(data, second_, second);
   return usable || analysis_.scopeAnalysis;
 }
 

@@ -67,10 +67,11 @@ class Classifier {
   bool observationIsMissing(const Case& data, const CaseVariable& variable) const;
   bool noneIsMissing(const Case& data, const CaseVariables& list) const;
   template <bool kCollecting>
-  Code classifyPlain(const Case& data, const CaseVariable& variable) const;
+  bool classifyPlain(Case data, const CaseVariables& list, Code* code) const;
   Code classifyValue(const Case& data, const CaseVariable& variable);
   Code classifyString(const Case& data, const CaseVariable& variable);
   int32_t classifyGroup(const Case& data);
+  bool classifyEach(const Case& data, const CaseVariables& list, Code* code);
   template <bool kCollecting>
   bool classifyList(const Case& data, const CaseVariables& list, std::vector<Code>& codes);
   void add(CaseVariables& list, VarIndex index, VarCatInfo* cats, const BinInfoElem& info);

@@ -12,7 +12,6 @@ constexpr int64_t kSampleRows = 20'480;
 constexpr int64_t kSampleValues = int64_t{1} << 18;
 constexpr int64_t kMostCombinations = 2'000'000;
 constexpr double kExactLimit = 9'007'199'254'740'992.0;  // 2^53: beyond it sums are rounded
-constexpr int64_t kMemoryChunk = 16'384;
 
 class MemoryStore final : public CaseStore {
  public:
@@ -25,7 +24,7 @@ class MemoryStore final : public CaseStore {
 
   std::unique_ptr<CaseFeed> openFeed(ColumnViews views, std::shared_ptr<SplitCursor> cursor,
                                      FeedObserver& observer) override {
-    return makeTableFeed(table_, std::move(views), std::move(cursor), kMemoryChunk, &observer,
+    return makeTableFeed(table_, std::move(views), std::move(cursor), kChunkCases, &observer,
                          cases_);
   }
 

@@ -87,6 +87,11 @@ class CaseTable {
   bool weighted_;
 };
 
+/// Cases that a feed reads at a time, and more than any chunk holds: what the engine gives last may
+/// reach beyond.
+inline constexpr int64_t kChunkCases = 16'384;
+inline constexpr int64_t kMostChunkCases = 2 * kChunkCases;
+
 /// Views of all variables of a data set; those that were not read show a missing value.
 class ColumnViews {
  public:

@@ -13,7 +13,6 @@
 namespace workbench {
 namespace {
 
-constexpr int64_t kChunkCases = 16'384;
 constexpr size_t kChunkBytes = size_t{16} << 20;
 
 /// Runs a statement that leaves a table behind; unlike Database::execute it can be interrupted.

@@ -8,7 +8,11 @@ namespace {
 
 // Wide enough for the widest string that a variable may have.
 constexpr size_t kBlankWords = 4096;
-constexpr double kMissingWord = kSystemMissing;
+
+const double* missingWords() {
+  static const std::vector<double> missing(kMostChunkCases, kSystemMissing);
+  return missing.data();
+}
 
 const double* blankWords() {
   static const std::vector<double> blanks = [] {
@@ -27,7 +31,7 @@ class TableFeed final : public CaseFeed {
       : table_(std::move(table)),
         views_(std::move(views)),
         cursor_(std::move(cursor)),
-        chunkSize_(chunkSize),
+        chunkSize_(std::min(chunkSize, kMostChunkCases)),
         observer_(observer),
         cases_(cases) {
     chunk_.columns = views_.data();
@@ -88,11 +92,11 @@ class TableFeed final : public CaseFeed {
 }  // namespace
 
 ColumnViews::ColumnViews(int32_t variableCount)
-    : views_(static_cast<size_t>(variableCount), ColumnView{&kMissingWord, 0}) {}
+    : views_(static_cast<size_t>(variableCount), ColumnView{missingWords(), 1}) {}
 
 void ColumnViews::showMissing(const ActiveDataset& dataset, VarIndex variable) {
   const bool isString = dataset.declaration(variable).isString();
-  (*this)[variable] = ColumnView{isString ? blankWords() : &kMissingWord, 0};
+  (*this)[variable] = isString ? ColumnView{blankWords(), 0} : ColumnView{missingWords(), 1};
 }
 
 std::unique_ptr<CaseFeed> makeTableFeed(std::shared_ptr<const CaseTable> table, ColumnViews views,

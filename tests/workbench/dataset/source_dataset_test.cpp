@@ -45,6 +45,23 @@ TEST(SourceDataset, DetectsKinds) {
   EXPECT_EQ(*boolean.findLabel(0.0), "false");
 }
 
+TEST(SourceDataset, VariablesThatNoCommandNamesLookMissing) {
+  const DataFolder folder;
+  std::string text = "a,b,s\n";
+  for (int i = 0; i < 50000; ++i) text += "1,2,x\n";
+  const auto data = openDataset(dataOptions(folder.write("a.csv", text)));
+  data->beginCommand({data->find("a")});
+  ProcDSIterator iterator(data->openFeed());
+  int64_t count = 0;
+  while (const Case* each = iterator.NextCase()) {
+    ++count;
+    ASSERT_EQ(each->Number(0), 1);
+    ASSERT_EQ(each->Number(1), kSystemMissing) << count;
+    ASSERT_EQ(std::string(reinterpret_cast<const char*>(each->Obs(2)), 8), "        ");
+  }
+  EXPECT_EQ(count, 50000);
+}
+
 TEST(SourceDataset, WordsForYesAreTexts) {
   const DataFolder folder;
   const auto data = openDataset(dataOptions(folder.write("a.csv", "a,b\nyes,t\nno,f\n")));
