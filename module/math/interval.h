@@ -35,12 +35,15 @@ struct Level {
   double z;      ///< two-sided standard normal critical value, finite or NaN
 };
 
-/// A level from an analysis' alpha and critical value. An infinite critical value stands for the
-/// limit of each interval as z grows; 1e100 has reached that limit in every method while its square
-/// is still finite. A missing one cannot be computed with and becomes a NaN.
+/// Stands for an infinite critical value, that is for the limit of each interval as z grows: the
+/// bounds have reached it, to rounding, while the square of z is still finite.
+inline constexpr double kInfiniteZ = 1e100;
+
+/// A level from an analysis' alpha and critical value. A missing critical value cannot be computed
+/// with and becomes a NaN.
 inline Level makeLevel(double alpha, double zCrit) {
   if (isMissing(zCrit)) return {alpha, NAN};
-  return {alpha, std::isinf(zCrit) ? 1e100 : zCrit};
+  return {alpha, std::isinf(zCrit) ? kInfiniteZ : zCrit};
 }
 
 }  // namespace proportions

@@ -82,6 +82,7 @@ Bounds waldCorrected(const OneSampleCounts& counts, const Level& level) {
 Bounds wilsonScore(const OneSampleCounts& counts, const Level& level) {
   const auto [x, f, n] = counts;
   const double p = x / n, q = f / n, z = level.z, z2 = z * z;
+  if (z == kInfiniteZ) return kProportionRange;  // p² / (m + h) would come out as 1e-200, not as 0
   const double h = z * std::sqrt(z2 / (n * 4 * n) + q * p / n);
   const double m0 = z2 / (n + n);
   const double d = z2 / n + 1;

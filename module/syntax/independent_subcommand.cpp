@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "module/output/texts.h"
@@ -128,14 +129,13 @@ bool PRPCommandParser::readGroupLevels(const Tokens& levels, bool isString) {
   }
   BinInfoElem& element = specs_.groupInfo();
   groupVar_.SetErrorReporting(false);
-  for (const TokenInfoObj& level : levels) {
+  const bool held = std::all_of(levels.begin(), levels.end(), [&](const TokenInfoObj& level) {
     const double number = level.isNumber() ? level.getNumber() : kSystemMissing;
-    if (!addLevel(groupVar_, level.isNumber(), number, level.getText(), element)) {
-      messages_.GenericError(texts::kInvalidSelectLevel);
-      return false;
-    }
-  }
+    return addLevel(groupVar_, level.isNumber(), number, level.getText(), element);
+  });
+  if (!held) messages_.GenericError(texts::kInvalidSelectLevel);
   groupVar_.SetErrorReporting(true);
+  if (!held) return false;
   if (!sameValue(*element.rawValues[0], *element.rawValues[1], isString)) return true;
   messages_.GenericError(texts::kTwoDistinctValues, kSelectLevel, keywords::kIndependentSamples);
   return false;

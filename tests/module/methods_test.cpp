@@ -155,20 +155,37 @@ TEST(Methods, OneSampleEstimates) {
   EXPECT_DOUBLE_EQ(record._aseDiff1, std::sqrt(0.25 * 0.75 / 16));
 }
 
+/// Differences reach from -1 to 1 but for the hybrid intervals, whose distances are those to the
+/// ends of both proportions' ranges.
+void expectLimits(const char* keyword, const Bounds& bounds, const Bounds& hybrid) {
+  const bool isHybrid = std::string(keyword).rfind("NEWCOMBE", 0) == 0;
+  EXPECT_NEAR(bounds.lower, isHybrid ? hybrid.lower : -1.0, isHybrid ? 1e-15 : 0.0) << keyword;
+  EXPECT_NEAR(bounds.upper, isHybrid ? hybrid.upper : 1.0, isHybrid ? 1e-15 : 0.0) << keyword;
+}
+
 TEST(Methods, InfiniteCriticalValueGivesTheLimits) {
   const Level level = makeLevel(0.0, INFINITY);
   for (const auto& method : kOneSampleIntervals) {
-    const Bounds bounds = method.function({3, 7, 10}, level);
-    EXPECT_NEAR(bounds.lower, 0.0, 1e-15) << method.keyword;
-    EXPECT_NEAR(bounds.upper, 1.0, 1e-15) << method.keyword;
+    for (const double x : {0.0, 3.0, 10.0}) {
+      const Bounds bounds = method.function({x, 10 - x, 10}, level);
+      const std::string keyword = method.keyword;
+      if ((keyword == "WALD" || keyword == "LOGIT") && x != 3.0) continue;  // a point; none
+      // With one outcome only Wald's width is 0 and the correction is all there is.
+      EXPECT_EQ(bounds.lower, keyword == "WALDCC" && x == 10.0 ? 0.95 : 0.0) << keyword << x;
+      EXPECT_EQ(bounds.upper, keyword == "WALDCC" && x == 0.0 ? 0.05 : 1.0) << keyword << x;
+    }
   }
+  const double p1 = 3.0 / 10, p2 = 5.0 / 9;
   for (const auto& method : kIndependentIntervals) {
-    const Bounds bounds = method.function({{3, 7, 10}, {5, 4, 9}}, level);
-    EXPECT_TRUE(std::isfinite(bounds.lower) && std::isfinite(bounds.upper)) << method.keyword;
+    expectLimits(method.keyword, method.function({{3, 7, 10}, {5, 4, 9}}, level),
+                 {p1 - p2 - std::hypot(p1, 1 - p2), p1 - p2 + std::hypot(1 - p1, p2)});
   }
+  // 3 + 2, 1 + 4: p1 = 0.5, p2 = 0.4, phi = (10 - 5) / sqrt(5 · 5 · 4 · 6).
+  const double phi = 5 / std::sqrt(600.0);
   for (const auto& method : kPairedIntervals) {
-    const Bounds bounds = method.function({3, 2, 1, 4}, level);
-    EXPECT_TRUE(std::isfinite(bounds.lower) && std::isfinite(bounds.upper)) << method.keyword;
+    expectLimits(method.keyword, method.function({3, 2, 1, 4}, level),
+                 {0.1 - std::sqrt(0.36 + 0.25 - 2 * phi * 0.5 * 0.6),
+                  0.1 + std::sqrt(0.16 + 0.25 - 2 * phi * 0.5 * 0.4)});
   }
 }
 
