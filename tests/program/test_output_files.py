@@ -5,6 +5,7 @@ import io
 import json
 import os
 import pathlib
+import resource
 import signal
 import subprocess
 
@@ -39,6 +40,21 @@ class OutputFiles(ProgramTest):
             done = subprocess.run([PROGRAM, "d.csv", "-c", COMMAND], cwd=self.folder, stdout=full, stderr=subprocess.PIPE)
         self.assertEqual(done.returncode, 2)
         self.assertIn(b"cannot be written", done.stderr)
+
+    def test_file_that_may_not_grow(self):
+        """As on a full disk: the reason is told, and neither a half-written file nor the old one's loss remains."""
+        self.write("g.csv", "g,x\n" + "".join(f"{i % 500},{i % 2}\n" for i in range(5000)))
+        self.write("old.txt", "as it was")
+
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (8192, 8192))
+        for target in ("new.txt", "old.txt"):
+            done = subprocess.run([PROGRAM, "g.csv", "--split", "g", "-c", COMMAND, "-o", target], cwd=self.folder,
+                                  stderr=subprocess.PIPE, preexec_fn=limit)
+            self.assertEqual(done.returncode, 2)
+            self.assertIn(f"{target} cannot be written", done.stderr.decode())
+        self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv", "g.csv", "old.txt"])
+        self.assertEqual((self.folder / "old.txt").read_text(), "as it was")
 
     def test_closed_pipe_is_a_quiet_end(self):
         done = subprocess.run(f"'{PROGRAM}' d.csv -c '{COMMAND}' | head -c 1", shell=True, cwd=self.folder, capture_output=True)
@@ -77,18 +93,29 @@ class OutputFiles(ProgramTest):
             if isinstance(cell["value"], float):
                 self.assertIn(repr(cell["value"]), out.replace("e+", "e"))
 
-    def test_interruption_leaves_nothing(self):
+    def interrupted(self, sent, **popen):
+        """The exit status of a program that a signal reaches while it waits for its data."""
         feeder = subprocess.Popen([PROGRAM, "-", "-c", COMMAND, "-o", "o.txt"], cwd=self.folder,
-                                  stdin=subprocess.PIPE, stderr=subprocess.PIPE)
+                                  stdin=subprocess.PIPE, stderr=subprocess.PIPE, **popen)
         feeder.stdin.write(b"x\n" + b"1\n" * 1000)
         feeder.stdin.flush()
         try:
             feeder.wait(timeout=1)
         except subprocess.TimeoutExpired:
             pass
-        feeder.send_signal(signal.SIGTERM)
+        feeder.send_signal(sent)
         feeder.stdin.close()
         feeder.wait(timeout=30)
         feeder.stderr.close()
-        self.assertNotEqual(feeder.returncode, 0)
-        self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv"])
+        return feeder.returncode
+
+    def test_interruption_leaves_nothing(self):
+        for sent in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT, signal.SIGXCPU):
+            with self.subTest(sent):
+                self.assertNotEqual(self.interrupted(sent), 0)
+                self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv"])
+
+    def test_ignored_signals_stay_ignored(self):
+        done = self.interrupted(signal.SIGHUP, preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        self.assertEqual(done, 0)
+        self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv", "o.txt"])

@@ -16,7 +16,9 @@ std::atomic<int> caught{0};
 std::array<char, 4096> halfWritten{};
 std::atomic<bool> armed{false};
 
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU};
+/// Writes report what these would end the program for.
+constexpr int kReportedByWrites[] = {SIGPIPE, SIGXFSZ};
 
 void onSignal(int signal) {
   if (armed || caught.exchange(signal) != 0) {
@@ -30,12 +32,17 @@ void onSignal(int signal) {
 
 InterruptionGuard::InterruptionGuard(std::function<void()> stop) {
   stopReading = std::move(stop);
-  for (const int signal : kSignals) std::signal(signal, onSignal);
-  std::signal(SIGPIPE, SIG_IGN);
+  for (const int signal : kSignals) {
+    // What is ignored already, as under nohup, stays so.
+    if (std::signal(signal, onSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+  for (const int signal : kReportedByWrites) std::signal(signal, SIG_IGN);
 }
 
 InterruptionGuard::~InterruptionGuard() {
-  for (const int signal : kSignals) std::signal(signal, SIG_DFL);
+  for (const int signal : kSignals) {
+    if (std::signal(signal, SIG_DFL) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
   stopReading = nullptr;
 }
 

@@ -6,9 +6,10 @@
 
 namespace workbench {
 
-/// While it lives, SIGINT, SIGTERM and SIGHUP ask the running read to stop through `stop` (called
+/// While it lives, SIGINT, SIGTERM and the like ask the running read to stop through `stop` (called
 /// in the signal handler, so it may only set flags) instead of ending the program; a second one
-/// ends it at once. SIGPIPE is ignored: a write tells of a closed pipe.
+/// ends it at once. Signals about writing are ignored: the write itself tells of a closed pipe or a
+/// file that may not grow.
 class InterruptionGuard {
  public:
   explicit InterruptionGuard(std::function<void()> stop);

@@ -105,6 +105,10 @@ class ColumnViews {
   std::vector<ColumnView> views_;
 };
 
+/// Makes a chunk of the cases of a table from `begin` to before `end`; `views` is what it shows.
+void showCases(const CaseTable& table, int64_t begin, int64_t end, ColumnViews& views,
+               CaseChunk& chunk);
+
 /// Where the newest feed stands: the values of the group that it delivered last.
 struct SplitCursor {
   const std::vector<SplitValue>* values = nullptr;

@@ -89,14 +89,7 @@ const CaseChunk* EngineFeed::slice() {
     groupOpen_ = true;
     cursor_->values = &cursor_->own;
   }
-  for (size_t i = 0; i < table_->columnCount(); ++i) {
-    ColumnView view = table_->view(i);
-    view.words += row_ * view.stride;
-    views_[table_->variableOf(i)] = view;
-  }
-  chunk_.weights = table_->weights() == nullptr ? nullptr : table_->weights() + row_;
-  chunk_.count = end - row_;
-  chunk_.groupEnd = false;
+  showCases(*table_, row_, end, views_, chunk_);
   row_ = end;
   return &chunk_;
 }

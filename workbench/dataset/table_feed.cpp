@@ -51,14 +51,7 @@ class TableFeed final : public CaseFeed {
 
  private:
   const CaseChunk* cases(int64_t end) {
-    for (size_t i = 0; i < table_->columnCount(); ++i) {
-      ColumnView view = table_->view(i);
-      view.words += row_ * view.stride;
-      views_[table_->variableOf(i)] = view;
-    }
-    chunk_.weights = table_->weights() == nullptr ? nullptr : table_->weights() + row_;
-    chunk_.count = end - row_;
-    chunk_.groupEnd = false;
+    showCases(*table_, row_, end, views_, chunk_);
     if (!table_->groups().empty()) cursor_->values = &table_->groups()[group_].values;
     row_ = end;
     return &chunk_;
@@ -97,6 +90,18 @@ ColumnViews::ColumnViews(int32_t variableCount)
 void ColumnViews::showMissing(const ActiveDataset& dataset, VarIndex variable) {
   const bool isString = dataset.declaration(variable).isString();
   (*this)[variable] = isString ? ColumnView{blankWords(), 0} : ColumnView{missingWords(), 1};
+}
+
+void showCases(const CaseTable& table, int64_t begin, int64_t end, ColumnViews& views,
+               CaseChunk& chunk) {
+  for (size_t i = 0; i < table.columnCount(); ++i) {
+    ColumnView view = table.view(i);
+    view.words += begin * view.stride;
+    views[table.variableOf(i)] = view;
+  }
+  chunk.weights = table.weights() == nullptr ? nullptr : table.weights() + begin;
+  chunk.count = end - begin;
+  chunk.groupEnd = false;
 }
 
 std::unique_ptr<CaseFeed> makeTableFeed(std::shared_ptr<const CaseTable> table, ColumnViews views,

@@ -90,8 +90,8 @@ struct Candidates {
 
 void refuseUnclosedQuote(const CsvRecords& records, const std::string& file) {
   if (!records.unclosedQuote()) return;
-  throw DataError(fmt::format("{}, line {}: a double quote is opened and never closed.", file,
-                              records.line()));
+  throw DataError(
+      fmt::format("{}, line {}: a double quote is opened and never closed.", file, records.line()));
 }
 
 void readHeader(CsvRecords& records, CsvLayout& layout, const std::string& file) {

@@ -7,7 +7,6 @@
 #include "workbench/engine/source_kinds.h"
 
 namespace workbench {
-namespace {
 
 const char* sqlTypeOf(const SourceColumn& column) {
   switch (column.reading.form) {
@@ -16,6 +15,7 @@ const char* sqlTypeOf(const SourceColumn& column) {
       return "DOUBLE";
     case ColumnForm::kTime:
       return "TIME";
+    // A date that is not at midnight after all keeps its time this way.
     case ColumnForm::kDate:
     case ColumnForm::kDateTime:
       return column.zoned ? "TIMESTAMPTZ" : "TIMESTAMP";
@@ -23,6 +23,8 @@ const char* sqlTypeOf(const SourceColumn& column) {
       return "VARCHAR";
   }
 }
+
+namespace {
 
 std::string secondsOf(const std::string& expression) {
   return fmt::format("epoch_us({})/1e6", expression);

@@ -115,21 +115,6 @@ void copyAll(int from, int to, const std::string& label, const std::atomic<bool>
   }
 }
 
-const char* plainType(const SourceColumn& column) {
-  switch (column.reading.form) {
-    case ColumnForm::kNumber:
-      return "DOUBLE";
-    case ColumnForm::kTime:
-      return "TIME";
-    // A date that is not at midnight after all keeps its time this way.
-    case ColumnForm::kDate:
-    case ColumnForm::kDateTime:
-      return column.zoned ? "TIMESTAMPTZ" : "TIMESTAMP";
-    default:
-      return "VARCHAR";
-  }
-}
-
 class DelimitedSource final : public Source {
  public:
   DelimitedSource(const std::string& data, char delimiter, const MissingTexts& missing,
@@ -266,8 +251,11 @@ std::string DelimitedSource::decompressedHead(bool& complete) {
 /// Text that the engine converts itself comes with a line number when it does not fit; the rest is
 /// converted by an expression.
 std::string DelimitedSource::typeOf(const SourceColumn& column) {
-  if (column.blanks || !column.reading.missing.empty()) return "VARCHAR";
-  return plainType(column);
+  if (column.reading.form == ColumnForm::kBoolean || column.blanks ||
+      !column.reading.missing.empty()) {
+    return "VARCHAR";
+  }
+  return sqlTypeOf(column);
 }
 
 std::string DelimitedSource::relation(const std::vector<size_t>& wanted) const {
@@ -301,7 +289,7 @@ bool DelimitedSource::settle(const std::vector<size_t>& wanted) {
     const std::string fits =
         column.reading.form == ColumnForm::kBoolean
             ? fmt::format("lower(trim({})) IN ('true', 'false')", name)
-            : fmt::format("TRY_CAST({} AS {}) IS NOT NULL", name, plainType(column));
+            : fmt::format("TRY_CAST({} AS {}) IS NOT NULL", name, sqlTypeOf(column));
     checks += fmt::format(
         "{}coalesce(bool_and({} IS NULL OR trim({}) IN ({}) OR {}), true), "
         "coalesce(bool_and({} IS NULL OR trim({}) = '' OR "

@@ -29,6 +29,9 @@ std::string enginePath(const std::string& file, EngineHolder& engine);
 /// The columns of a statement's result with their types.
 std::vector<SourceColumn> columnsOf(const Statement& statement);
 
+/// The engine's type for the values of a column.
+const char* sqlTypeOf(const SourceColumn& column);
+
 /// What is left of a file name without endings for compression, and the last ending in lower case.
 struct FileName {
   std::string stem;
