@@ -103,6 +103,17 @@ class Commands(ProgramTest):
         self.assertEqual(by_file, by_stdin)
         self.assertIn(b"Wilson Score", by_file)
 
+    def test_line_ends_of_any_system(self):
+        text = "PROPORTIONS /ONESAMPLE smoker\n  TESTVAL=0.2.\nPROPORTIONS\n  /ONESAMPLE drinkr.\n"
+        outputs = set()
+        for ends in ("\n", "\r\n", "\r"):
+            for mark in (b"", b"\xef\xbb\xbf"):
+                self.write("c.txt", mark + text.replace("\n", ends).encode())
+                done = self.run_program("d.csv", "-f", "c.txt", status=1)
+                outputs.add(done.stdout + done.stderr)
+        self.assertEqual(len(outputs), 1)
+        self.assertIn(b"Line 4, column 14", outputs.pop())
+
     def test_usage(self):
         for arguments in ((), ("d.csv",), ("d.csv", "-c", "x", "-f", "y"), ("d.csv", "-f", "nothing.txt"), ("d.csv", "-f", "."),
                           ("-", "-f", "-"), ("d.csv", "-c", " # only a comment"), ("d.csv", "-c", "x", "--format", "docx"),

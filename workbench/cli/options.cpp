@@ -38,6 +38,16 @@ std::string readCommandFile(const std::string& path) {
   return readAll(in);
 }
 
+/// Line ends of any system as a line feed.
+std::string withLineFeeds(const std::string& text) {
+  std::string result;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool isPair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (!isPair) result += text[i] == '\r' ? '\n' : text[i];
+  }
+  return result;
+}
+
 template <typename Value>
 CLI::CheckedTransformer choice(const std::map<std::string, Value>& values) {
   return CLI::CheckedTransformer(values, CLI::ignore_case);
@@ -69,7 +79,7 @@ void chooseCommand(const CLI::App& app, const Raw& raw, ProgramOptions& options)
   if (byFile && raw.file == "-" && options.data.data == "-") {
     throw UsageError("standard input cannot be both DATA and the command file");
   }
-  options.commandText = byText ? raw.command : readCommandFile(raw.file);
+  options.commandText = withLineFeeds(byText ? raw.command : readCommandFile(raw.file));
 }
 
 void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
