@@ -4,19 +4,32 @@
 #include <cmath>
 
 #include "host/distributions.h"
+#include "module/math/binomial.h"
 
 namespace proportions {
 namespace {
 
 constexpr double kNoDifference = 1e-12;
+/// Up to here every whole number is a double.
+constexpr double kAllWhole = 9007199254740992.0;
+
+/// The sum below for counts that would take millions of terms, or whose terms the whole numbers of
+/// doubles can no longer tell apart.
+double lowerTail(double last, double n, double lastWeight) {
+  const double all = atMost(last, n, 0.5), term = exactly(last, n, 0.5);
+  if (isMissing(all) || isMissing(term)) return kSystemMissing;
+  return all - (1.0 - lastWeight) * term;
+}
 
 /// P(X <= last) for X binomial(n, 1/2), the last term weighed by `lastWeight`, summed term by term;
 /// missing as soon as a term fails. The sum is kept in extended precision, so that neither its
 /// order nor the terms left out show.
 double lowerSum(double last, double n, double lastWeight) {
+  const double first = firstTermThatCounts(last, n);
+  if (last - first >= kMostTerms || last >= kAllWhole) return lowerTail(last, n, lastWeight);
   int32_t error = 0;
   long double sum = 0.0L;
-  for (double k = firstTermThatCounts(last, n); k <= last; ++k) {
+  for (double k = first; k <= last; ++k) {
     const double term = MCDistFun::PdfBin(k, n, 0.5, error);
     if (error != 0 || isMissing(term)) return kSystemMissing;
     sum += static_cast<long double>(k == last ? lastWeight * term : term);

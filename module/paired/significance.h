@@ -29,6 +29,9 @@ inline constexpr std::array<Method<PairedTest>, 6> kPairedTests{{
 
 /// Below this many terms the binomial sums leave none out.
 inline constexpr double kFullSumTerms = 2048.0;
+/// From this many terms on, those left out not counted, the sum is asked of the host as a whole.
+/// Ten thousand million discordant cases need half of them.
+inline constexpr double kMostTerms = 1048576.0;
 
 /// The first term of the sum of binomial(n, 1/2) probabilities for k = 0..last, last <= n / 2, that
 /// can have a part in the last bit of the sum; 0 for short sums.

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/distributions.h"
+#include "module/math/binomial.h"
 #include "module/paired/significance.h"
 
 namespace proportions {
@@ -45,6 +46,33 @@ TEST(BinomialSums, HalfOfAllAtTheCentre) {
   EXPECT_NEAR(exactPaired({0, m, m, 0}).oneSided,
               0.5 + 0.5 * MCDistFun::PdfBin(m, 2 * m, 0.5, error), 1e-12);
   EXPECT_NEAR(midPPaired({0, m, m, 0}).oneSided, 0.5, 1e-12);
+}
+
+TEST(BinomialSums, SumsOfMillionsAgreeWithTheirTerms) {
+  const double n = 1e11;
+  for (const double last : {n / 2, n / 2 - 1e5}) {
+    const double first = firstTermThatCounts(last, n);
+    ASSERT_GT(last - first, kMostTerms);
+    long double sum = 0;
+    int32_t error = 0;
+    for (double k = first; k < last; ++k) sum += MCDistFun::PdfBin(k, n, 0.5, error);
+    const double term = MCDistFun::PdfBin(last, n, 0.5, error);
+    const PairedCounts counts{0, last, n - last, 0};
+    const double exact = static_cast<double>(sum + term);
+    const double midP = static_cast<double>(sum + term / 2);
+    EXPECT_NEAR(exactPaired(counts).oneSided, exact, 1e-12 * exact) << last;
+    EXPECT_NEAR(midPPaired(counts).oneSided, midP, 1e-12 * midP) << last;
+  }
+}
+
+/// With counts that have no neighbours among the doubles there is an answer, and it comes at once.
+TEST(BinomialSums, CountsWithoutBounds) {
+  for (const double m : {1e12, 1e15, 9007199254740992.0, 1e18, 1e100, 1e300}) {
+    EXPECT_NEAR(exactPaired({0, m, m, 0}).oneSided, 0.5, 1e-6) << m;
+    EXPECT_NEAR(midPPaired({0, m, m, 0}).oneSided, 0.5, 1e-9) << m;
+    EXPECT_EQ(exactPaired({0, m, m * 4, 0}).oneSided, 0.0) << m;
+  }
+  EXPECT_TRUE(isMissing(exactPaired({0, 1e308, 1e308, 0}).oneSided)) << "the total is no number";
 }
 
 }  // namespace

@@ -370,3 +370,35 @@ class Commands(EdgeCase):
             self.refused(f"PROPORTIONS /INDEPENDENTSAMPLES x s BY g /SUCCESS VALUE={rule}.")
             p = self.procedure(f"PROPORTIONS /PAIREDSAMPLES s WITH x /SUCCESS VALUE={rule}.", "d.csv")
             self.assertEqual((p["status"], len(keys(p, "error"))), ("ok", 1))
+
+
+class EnormousWeights(EdgeCase):
+    """Counts up to the largest numbers are answered, and at once: the program's time limit in these tests is two minutes."""
+
+    def run_weighted(self, command, weight):
+        return self.run_counted(command + " TESTTYPES=ALL CITYPES=ALL.", "x,y,g", (1, 0, 1, weight), (0, 1, 1, weight), (1, 1, 2, weight), (0, 0, 2, weight))
+
+    def test_one_sample(self):
+        for weight in ("1e12", "1e15", "1e16", "1e100"):
+            p = self.run_weighted("/ONESAMPLE x TESTVAL=0.5", weight)
+            self.assertAlmostEqual(value(p, "Tests", "Exact Binomial", "Two-Sided p"), 1, 5)
+            bounds = [v for path, v in cells(table(p, "Intervals")).items() if path[2][-1] in ("Lower", "Upper")]
+            self.assertEqual(len(bounds), 18)
+            for bound in bounds:
+                self.assertAlmostEqual(bound, 0.5, 5)
+
+    def test_paired_samples(self):
+        for weight in ("1e12", "1e15", "1e16", "1e100"):
+            p = self.run_weighted("/PAIREDSAMPLES x y", weight)
+            for test in ("Exact Binomial", "Mid-p Adjusted Binomial"):
+                self.assertAlmostEqual(value(p, "Tests", test, "One-Sided p"), 0.5, 5)
+
+    def test_independent_samples(self):
+        for weight in ("1e12", "1e15", "1e16", "1e100"):
+            p = self.run_weighted("/INDEPENDENTSAMPLES x BY g", weight)
+            self.assertEqual({v for path, v in cells(table(p, "Tests")).items() if path[2][-1] == "Two-Sided p"}, {1.0})
+
+    def test_products_and_totals_that_are_no_numbers(self):
+        for weight in ("1e300", "1e308"):
+            for design in ("/ONESAMPLE x", "/PAIREDSAMPLES x y", "/INDEPENDENTSAMPLES x BY g"):
+                self.assertEqual(self.run_weighted(design, weight)["status"], "ok")
