@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "workbench/dataset/value_text.h"
 #include "workbench/dataset/variable.h"
@@ -281,17 +282,17 @@ Variable Dictionary::variable(const SourceColumn& column) const {
   const Variable plain = variable;  // categories' texts are read without their own labels
   bool ownLabels = false;
   const Reader reader(file_);
-  const auto refuseRepeated = [&](const auto& labels, const auto& value, const std::string& place) {
-    const auto isSame = [&value](const auto& label) { return label.first == value; };
-    if (std::none_of(labels.begin(), labels.end(), isSame)) return;
-    refuse(file_, place, fmt::format("'{}' has a label twice; leave one out", value));
+  std::set<std::string> texts;
+  std::set<double> numbers;
+  const auto refuseRepeated = [&](bool isNew, const auto& value, const std::string& place) {
+    if (!isNew) refuse(file_, place, fmt::format("'{}' has a label twice; leave one out", value));
   };
   for (const DictionaryField::Category& category : field->categories) {
     const std::string text = reader.plain(category.value, category.place);
     if (variable.isString()) {
       if (!category.labelled) continue;
       const std::string value(trimmed(text));
-      refuseRepeated(variable.stringLabels, value, category.place);
+      refuseRepeated(texts.insert(value).second, value, category.place);
       variable.stringLabels.emplace_back(value, category.label);
       continue;
     }
@@ -304,7 +305,7 @@ Variable Dictionary::variable(const SourceColumn& column) const {
     if (!category.labelled) continue;
     if (!ownLabels) variable.numberLabels.clear();
     ownLabels = true;
-    refuseRepeated(variable.numberLabels, *value, category.place);
+    refuseRepeated(numbers.insert(*value).second, *value, category.place);
     variable.numberLabels.emplace_back(*value, category.label);
   }
   for (const std::string& text : field->missing) {
