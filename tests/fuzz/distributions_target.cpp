@@ -138,10 +138,13 @@ void normal(Choices& choices) {
     return;
   }
   promise(isProbability(below), "a normal probability", shown({z, below}));
+  if (isMissing(-z)) return;  // the largest number has no mirror
   const double above = MCDistFun::CdfStdNorm(-z);
   promise(std::fabs(below + above - 1) < 1e-15, "both normal tails make one", shown({z, below}));
-  const double next = MCDistFun::CdfStdNorm(std::nextafter(z, HUGE_VAL));
-  promise(below <= next, "the normal tail is monotone", shown({z, below, next}));
+  if (!std::isinf(z)) {
+    const double next = MCDistFun::CdfStdNorm(std::nextafter(z, HUGE_VAL));
+    promise(below <= next, "the normal tail is monotone", shown({z, below, next}));
+  }
   if (below < kLeast || below > 0.9) return;
   const double back = MCDistFun::IdfStdNorm(below);
   promise(std::fabs(back - z) <= 1e-14 * (1 + std::fabs(z)), "the quantile is the inverse",

@@ -13,7 +13,10 @@ namespace {
 using fuzz::Choices;
 
 constexpr double kNumbers[] = {0, 1, 1, 0, 2, -0.0, 9, kSystemMissing, 0.5, 1e300, -3, NAN, 1e-300};
-constexpr double kWeights[] = {1, 1, 2, 0, 0.4, 0.5, 1.5, -1, kSystemMissing, 1000, 1e6, 5};
+constexpr double kWeights[] = {1,    1,   2, 0,    0.4,  0.5,   1.5,   -1,   kSystemMissing,
+                               1000, 1e6, 5, 1e11, 1e15, 1e100, 1e300, 1e308};
+/// With weights up to here every sum is exact.
+constexpr double kLargeWeight = 1e12;
 constexpr const char* kTexts[] = {"yes",  "no",       "",          "Yes",
                                   " yes", "\xC3\xA9", "long text", "=1+1,\"\n<b>"};
 constexpr const char* kSplitNames[] = {"r", "$bootstrap_split", "Imputation_", "$BOOTSTRAP_SPLIT"};
@@ -134,6 +137,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   command += ".";
   const Plan plan = planOf(choices);
   const std::string once = runPlan(plan, command, false);
+  const auto isLarge = [](double weight) { return weight > kLargeWeight; };
+  if (plan.weighted && std::any_of(plan.weights.begin(), plan.weights.end(), isLarge)) {
+    return 0;  // the last digits of the sums depend on their order
+  }
   const std::string again = runPlan(plan, command, true);
   fuzz::promise(once == again, "the order of the cases changes nothing",
                 firstDifference(once, again));
