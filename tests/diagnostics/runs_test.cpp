@@ -250,6 +250,22 @@ TEST(Runs, PairedAnalysis) {
   )"));
 }
 
+TEST(Runs, LevelsOfAStringHaveNoNumbers) {
+  recording::Script script;
+  script.addString("s", 9);
+  script.addCase({"yes"});
+  script.command = "PROPORTIONS /ONESAMPLE s /SUCCESS VALUE=LEVEL('yes' 1).";
+  EXPECT_EQ(dumpOf(runWithDumps(script), "BinInfoElem"), linesOf(R"(
+    BinInfoElem display start
+    S Binomial Option = "Category Levels"
+    B Categorical Variable = true
+    DV Numeric Values = [missing, 1]
+    SV String Values = ["yes", "1"]
+    I OBS length = 2
+    BinInfoElem display end
+  )"));
+}
+
 TEST(Runs, IndependentSpecification) {
   EXPECT_EQ(dumpOf(runWithDumps(independentScript()), "PRPValidSpecs"), linesOf(R"(
     PRPValidSpecs display start
