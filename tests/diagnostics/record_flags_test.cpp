@@ -93,5 +93,20 @@ TEST(RecordFlags, OneSideWithCasesIsEnoughToLookAtTheVariables) {
       << "with both sides empty nothing is decided";
 }
 
+TEST(RecordFlags, NoCaseStandsOnASideOfAMissingMidpoint) {
+  recording::Script script;
+  script.addNumeric("x");
+  script.addNumeric("g");
+  script.split = {script.addNumeric("$bootstrap_split")};
+  script.addCase({1.0, kSystemMissing, 0.0});
+  script.addEndMark();
+  script.addCase({1.0, 2.0, 1.0});
+  script.addCase({0.0, 4.0, 1.0});
+  script.addEndMark();
+  script.command = "PROPORTIONS /INDEPENDENTSAMPLES x BY g SELECT=MIDPOINT.";
+  EXPECT_EQ(recordFlags(script, "Good Data indicator"), (std::vector<bool>{true, true}))
+      << "both sides of both samples are empty, so nothing is decided";
+}
+
 }  // namespace
 }  // namespace diagnostics
