@@ -77,11 +77,14 @@ bool isSpecial(const std::string& path) {
   return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
 }
 
+/// What mkstemp asks for at the end of a name: it puts characters that no other file has there.
+constexpr const char* kMadeUnique = "XXXXXX";
+
 /// A file that goes again unless it is kept.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& path)
-      : path_((folderOf(path) / (".proportions-XXXXXX")).string()) {
+      : path_((folderOf(path) / (std::string(".proportions-") + kMadeUnique)).string()) {
     descriptor_ = ::mkstemp(path_.data());
     if (descriptor_ < 0) cannotWrite(path, errno);
     guard_.arm(path_);

@@ -11,11 +11,17 @@
 #include "workbench/engine/data_error.h"
 
 namespace workbench {
+namespace {
+
+/// What mkdtemp asks for at the end of a name: it puts characters that no other folder has there.
+constexpr const char* kMadeUnique = "XXXXXX";
+
+}  // namespace
 
 TempFolder::TempFolder() {
   const char* chosen = std::getenv("TMPDIR");
   const std::string parent = chosen != nullptr && *chosen != '\0' ? chosen : "/tmp";
-  path_ = parent + "/proportions-XXXXXX";
+  path_ = parent + "/proportions-" + kMadeUnique;
   if (mkdtemp(path_.data()) == nullptr) {
     throw DataError(
         fmt::format("No working folder can be made in {}: {}.\nSet TMPDIR to a folder "

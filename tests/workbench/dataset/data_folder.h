@@ -3,33 +3,23 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "workbench/dataset/source_dataset.h"
 #include "workbench/dataset/value_text.h"
 #include "workbench/engine/database.h"
+#include "workbench/engine/temp_folder.h"
 
 namespace workbench::testing {
 
 /// A folder that goes with the test.
 class DataFolder {
  public:
-  DataFolder() {
-    path_ = std::filesystem::temp_directory_path() / "proportions-test-XXXXXX";
-    if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no folder for the test");
-  }
-  ~DataFolder() { std::filesystem::remove_all(path_); }
-  DataFolder(const DataFolder&) = delete;
-  DataFolder& operator=(const DataFolder&) = delete;
-
-  std::string path(const std::string& name) const { return path_ + "/" + name; }
+  std::string path(const std::string& name) const { return folder_.path() + "/" + name; }
   std::string write(const std::string& name, const std::string& bytes) const {
     std::ofstream(path(name), std::ios::binary) << bytes;
     return path(name);
@@ -48,7 +38,7 @@ class DataFolder {
   }
 
  private:
-  std::string path_;
+  TempFolder folder_;
 };
 
 inline DataOptions dataOptions(const std::string& data) {

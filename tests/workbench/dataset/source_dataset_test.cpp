@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "tests/workbench/dataset/data_folder.h"
 
 namespace workbench {
