@@ -2,6 +2,9 @@
 # statistician would have R make them: Rscript paired_tables.R DATA.csv OUTPUT_STEM
 suppressPackageStartupMessages(library(data.table))
 arguments <- commandArgs(trailingOnly = TRUE)
+if (length(arguments) != 2 || !nzchar(arguments[2])) {
+  stop("two arguments are needed: Rscript paired_tables.R DATA.csv OUTPUT_STEM", call. = FALSE)
+}
 data <- fread(arguments[1])
 m <- as.matrix(data)
 storage.mode(m) <- "double"
