@@ -91,10 +91,10 @@ size_t PairCounter::slotFor(double weight) {
 
 void PairCounter::setBits(const std::vector<Code>& codes, size_t offset, size_t slot,
                           uint64_t bit) {
-  uint64_t* word = &bits_[offset * 2 * kSlots + slot];
-  for (const Code code : codes) {
-    if (code >= 0) word[code == 1 ? 0 : kSlots] |= bit;
-    word += 2 * kSlots;
+  uint64_t* const words = bits_.data() + slot;
+  for (size_t i = 0; i < codes.size(); ++i) {
+    if (codes[i] == kNotCounted) continue;
+    words[((offset + i) * 2 + (codes[i] == 1 ? 0 : 1)) * kSlots] |= bit;
   }
 }
 
