@@ -13,6 +13,7 @@
 #include "tests/recording/host.h"
 #include "tests/recording/output_document.h"
 #include "tests/recording/script_text.h"
+#include "tests/transcripts/repeated_labels.h"
 
 extern "C" void PROPORTI();
 
@@ -48,7 +49,7 @@ std::string transcriptOf(const recording::TextTest& test) {
   const int missed = static_cast<int>(test.script.faults.size()) - host.faultsInjected();
   if (missed > 0) text += "faults that never came up: " + std::to_string(missed) + '\n';
   if (test.dumpTables) text += recording::tablesText();
-  return text;
+  return withRepeatedLabelsNamed(text);
 }
 
 /// Prints the longest common subsequence of lines with what is missing (-) and what is new (+).
