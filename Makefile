@@ -1,50 +1,76 @@
-# One verb per chore. Every verb installs and builds what it needs.
+# One verb per chore. `setup` installs what is missing, and so do `demo` and `test`, which need nothing
+# but make and root or sudo on a fresh Debian machine; the others name what is missing and stop.
 SHELL := /bin/bash
 .SHELLFLAGS := -euo pipefail -c
 JOBS ?= $(shell nproc)
+PREFIX ?= /usr/local
 export CMAKE_CXX_COMPILER_LAUNCHER := $(shell command -v ccache)
 
-.PHONY: build demo test check headers lint sanitize coverage fuzz bench format setup clean
+.PHONY: build demo test check headers lint sanitize coverage fuzz bench format format-check setup \
+  needed program everything install package clean
 
 # The two libraries and the program.
-build: setup
+build: needed program
+
+# PACKAGES: Debian packages that one of the verbs needs beyond those of every build.
+setup:
+	@scripts/setup.sh $(PACKAGES)
+
+needed:
+	@scripts/setup.sh --check
+
+# As they stand after `setup` or `needed`.
+program:
 	cmake --preset release >/dev/null
 	cmake --build build -j $(JOBS) --target proportions_module workbench proportions_program
 
-setup:
-	@scripts/setup.sh
+everything:
+	cmake --preset release >/dev/null
+	cmake --build build -j $(JOBS)
 
-demo: build
+demo: setup
+	@$(MAKE) --no-print-directory program
 	build/bin/proportions examples/physicians_health.csv -f examples/physicians_health.txt --weight freq
 
 test: setup
-	cmake --preset release >/dev/null
-	cmake --build build -j $(JOBS)
+	@$(MAKE) --no-print-directory everything
 	ctest --test-dir build --output-on-failure -j $(JOBS)
 
-# Everything that `test` leaves out because it takes long.
-check: test
-	@scripts/setup.sh clang-format clang-tidy
+# Under DESTDIR, when it is given.
+install: build
+	cmake --install build --prefix $(PREFIX)
+
+# A Debian package of the program, in build/.
+package:
+	@scripts/setup.sh --check dpkg-dev file
+	@$(MAKE) --no-print-directory program
+	cd build && cpack -G DEB
+
+# What a change must pass: `test`, and what it leaves out because it takes long.
+check: test format-check headers lint sanitize
+
+format-check:
+	@scripts/setup.sh --check clang-format
 	clang-format --dry-run -Werror $$(git ls-files '*.h' '*.cpp')
-	$(MAKE) headers lint sanitize
 
 # Every header compiles alone.
-headers: setup
+headers: needed
 	git ls-files 'host/*.h' 'module/*.h' 'workbench/*.h' | xargs -P $(JOBS) -I{} sh -c 'echo "#include \"{}\"" | \
 	  c++ -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Werror -I. -isystem third_party/node_modules/duckdb/src/duckdb/src/include -x c++ -'
 
 lint: build
+	@scripts/setup.sh --check clang-tidy
 	git ls-files 'module/*.cpp' 'workbench/*.cpp' | \
 	  xargs -P $(JOBS) -n 1 clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p build
 
-sanitize: setup
+sanitize: needed
 	cmake --preset sanitize >/dev/null
 	cmake --build build-sanitize -j $(JOBS)
 	ctest --test-dir build-sanitize --output-on-failure -j $(JOBS)
 
 # Of the module; branches that only an exception takes are left out.
 coverage:
-	@scripts/setup.sh gcovr
+	@scripts/setup.sh --check gcovr
 	cmake --preset coverage >/dev/null
 	cmake --build build-coverage -j $(JOBS)
 	find build-coverage -name '*.gcda' -delete
@@ -56,7 +82,7 @@ FUZZ_SECONDS ?= 600
 FUZZ_TARGETS := command dictionary run distributions
 
 fuzz:
-	@scripts/setup.sh clang-14 libclang-rt-14-dev
+	@scripts/setup.sh --check clang-14 libclang-rt-14-dev
 	cmake --preset fuzz >/dev/null
 	cmake --build build-fuzz -j $(JOBS) --target fuzz_targets
 	for target in $(FUZZ_TARGETS); do \
@@ -66,7 +92,8 @@ fuzz:
 	    build-fuzz/corpus/$$target tests/fuzz/corpus/$$target tests/fuzz/regressions/$$target; \
 	done
 
-bench: setup
+bench:
+	@scripts/setup.sh --check libbenchmark-dev
 	cmake --preset release -DPROPORTIONS_BENCH=ON >/dev/null
 	cmake --build build -j $(JOBS)
 	bench/run.py $(ROWS)
@@ -74,6 +101,7 @@ bench: setup
 	build/bin/distributions_bench --benchmark_min_time=0.05
 
 format:
+	@scripts/setup.sh --check clang-format
 	clang-format -i $$(git ls-files '*.h' '*.cpp')
 
 clean:

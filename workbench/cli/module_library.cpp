@@ -23,13 +23,14 @@ ModuleLibrary::ModuleLibrary() {
   library_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library_ == nullptr) {
     throw std::runtime_error("the module " + path + " cannot be loaded (" + dlerror() +
-                             "); build it with: make build");
+                             "); install the program anew, or run: make build");
   }
   entry_ = reinterpret_cast<void (*)()>(dlsym(library_, "PROPORTI"));
   if (entry_ == nullptr) {
     dlclose(library_);
-    throw std::runtime_error("the module " + path +
-                             " has no entry point PROPORTI; build it anew with: make build");
+    throw std::runtime_error(
+        "the module " + path +
+        " has no entry point PROPORTI; install the program anew, or run: make build");
   }
 }
 

@@ -10,7 +10,8 @@ namespace workbench {
 namespace {
 
 constexpr const char* kFileName = "libduckdb.so";
-constexpr const char* kRemedy = "Run `make build`, which installs it.";
+constexpr const char* kRemedy =
+    "It comes with the program: install that anew, or run `make setup build` in its source tree.";
 
 std::string folderOf(const std::string& file) {
   const size_t slash = file.rfind('/');

@@ -20,7 +20,7 @@ TEST(DuckdbLibrary, SaysWhatWasLookedForAndWhatToDo) {
   } catch (const DataError& error) {
     const std::string text = error.what();
     EXPECT_NE(text.find("/nowhere/libduckdb.so and /neither/libduckdb.so"), std::string::npos);
-    EXPECT_NE(text.find("make build"), std::string::npos);
+    EXPECT_NE(text.find("make setup build"), std::string::npos);
   }
 }
 
