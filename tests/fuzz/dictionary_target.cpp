@@ -3,8 +3,8 @@
 
 #include "tests/fuzz/target.h"
 #include "workbench/dataset/dictionary.h"
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/temp_folder.h"
+#include "workbench/values/data_error.h"
 
 namespace {
 

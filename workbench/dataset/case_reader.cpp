@@ -8,7 +8,7 @@
 
 #include "workbench/dataset/value_text.h"
 #include "workbench/dataset/variable.h"
-#include "workbench/engine/data_error.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

@@ -12,8 +12,8 @@
 
 #include "workbench/dataset/value_text.h"
 #include "workbench/dataset/variable.h"
-#include "workbench/engine/data_error.h"
 #include "workbench/text/nearest.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 

@@ -7,8 +7,8 @@
 
 #include "workbench/dataset/case_store.h"
 #include "workbench/dataset/variable.h"
-#include "workbench/engine/data_error.h"
 #include "workbench/text/collation.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

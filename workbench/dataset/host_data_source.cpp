@@ -8,8 +8,8 @@
 #include "host/data_source.h"
 #include "workbench/dataset/active_dataset.h"
 #include "workbench/dataset/variable.h"
-#include "workbench/engine/text_fold.h"
 #include "workbench/session/session.h"
+#include "workbench/text/text_fold.h"
 
 struct ZELK_ValueLabelMap::Impl {
   const workbench::Variable* variable;

@@ -1,6 +1,6 @@
 #include "workbench/dataset/name_index.h"
 
-#include "workbench/engine/text_fold.h"
+#include "workbench/text/text_fold.h"
 
 namespace workbench {
 void NameIndex::add(std::string_view name) {

@@ -13,8 +13,8 @@
 #include "workbench/dataset/case_table.h"
 #include "workbench/dataset/dictionary.h"
 #include "workbench/dataset/name_index.h"
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/source.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 

@@ -7,7 +7,7 @@
 
 #include "workbench/dataset/calendar.h"
 #include "workbench/dataset/variable.h"
-#include "workbench/engine/text_fold.h"
+#include "workbench/text/text_fold.h"
 
 namespace workbench {
 namespace {

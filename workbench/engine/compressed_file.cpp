@@ -11,8 +11,8 @@
 #include <memory>
 #include <new>
 
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/database.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

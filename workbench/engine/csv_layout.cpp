@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 
-#include "workbench/engine/column_names.h"
-#include "workbench/engine/data_error.h"
+#include "workbench/values/column_names.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/duckdb_library.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 
@@ -20,12 +20,6 @@ namespace workbench {
 class EngineError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
-};
-
-/// A statement that was stopped by requestInterrupt.
-class Interrupted : public DataError {
- public:
-  Interrupted() : DataError("The run was interrupted.") {}
 };
 
 /// `percent` is negative when the engine cannot tell; `rows` is what it has read so far.

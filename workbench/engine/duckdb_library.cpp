@@ -4,7 +4,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include "workbench/engine/data_error.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/source_kinds.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 

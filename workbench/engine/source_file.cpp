@@ -15,9 +15,9 @@
 #include <utility>
 
 #include "workbench/engine/compressed_file.h"
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/source_kinds.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

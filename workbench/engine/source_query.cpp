@@ -6,12 +6,12 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "workbench/engine/column_names.h"
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/source_kinds.h"
-#include "workbench/engine/text_fold.h"
 #include "workbench/text/nearest.h"
+#include "workbench/text/text_fold.h"
+#include "workbench/values/column_names.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "workbench/engine/data_error.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <charconv>
 
-#include "workbench/engine/text_fold.h"
 #include "workbench/parser/syntax_error.h"
+#include "workbench/text/text_fold.h"
 
 namespace workbench {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "workbench/engine/data_error.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "workbench/engine/data_error.h"
 #include "workbench/engine/temp_folder.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {

@@ -12,4 +12,10 @@ class DataError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Reading that was stopped from outside.
+class Interrupted : public DataError {
+ public:
+  Interrupted() : DataError("The run was interrupted.") {}
+};
+
 }  // namespace workbench

@@ -1,11 +1,11 @@
-#include "workbench/engine/column_names.h"
+#include "workbench/values/column_names.h"
 
 #include <fmt/format.h>
 
 #include <unordered_map>
 
-#include "workbench/engine/data_error.h"
-#include "workbench/engine/text_fold.h"
+#include "workbench/text/text_fold.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 

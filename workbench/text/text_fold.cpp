@@ -1,4 +1,4 @@
-#include "workbench/engine/text_fold.h"
+#include "workbench/text/text_fold.h"
 
 #include <unicode/locid.h>
 #include <unicode/unistr.h>

@@ -1,0 +1,299 @@
+#include "workbench/values/field.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "workbench/values/instants.h"
+
+namespace workbench {
+namespace {
+
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+constexpr std::string_view kBlanks = " \t";
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool equalsLower(std::string_view text, std::string_view lower) {
+  return std::equal(text.begin(), text.end(), lower.begin(), lower.end(), [](char a, char b) {
+    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + ('a' - 'A')) : a) == b;
+  });
+}
+
+FieldValue valueOf(FieldKind kind, double number) {
+  return {kind, NumberFlaw::kNone, false, number};
+}
+
+FieldValue textValue() { return valueOf(FieldKind::kText, kNoNumber); }
+
+struct NumberShape {
+  bool valid = false;
+  bool digitsOnly = false;
+};
+
+/// Whether a text without its sign is digits, a decimal sign and an exponent in their places.
+NumberShape shapeOf(std::string_view text, char decimal) {
+  size_t at = 0;
+  const auto skipDigits = [&] {
+    const size_t before = at;
+    while (at < text.size() && isDigit(text[at])) ++at;
+    return at - before;
+  };
+  const size_t whole = skipDigits();
+  if (whole > 1 && text.front() == '0') return {};
+  if (whole > 0 && at == text.size()) return {true, true};
+  size_t fraction = 0;
+  if (at < text.size() && text[at] == decimal) {
+    ++at;
+    fraction = skipDigits();
+  }
+  if (whole + fraction == 0) return {};
+  if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+    ++at;
+    if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
+    if (skipDigits() == 0) return {};
+  }
+  return {at == text.size(), false};
+}
+
+/// The nearest double to a number without sign, and whether it overflows.
+double nearestDouble(std::string_view text, char decimal, bool& overflow) {
+  std::string pointed;
+  if (decimal != '.') {
+    pointed = text;
+    std::replace(pointed.begin(), pointed.end(), decimal, '.');
+    text = pointed;
+  }
+  double number = 0.0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  overflow = false;
+  if (error == std::errc::result_out_of_range) {
+    // The library leaves the value alone; strtod tells the two ends of the range apart.
+    const std::string copy(text);
+    number = std::strtod(copy.c_str(), nullptr);
+    overflow = std::isinf(number);
+  }
+  return number;
+}
+
+/// The digits of a whole double of 2^53 or more, exactly.
+bool isExactly(double number, std::string_view digits) {
+  char text[std::numeric_limits<double>::max_exponent10 + 2];
+  const auto [end, error] =
+      std::to_chars(text, text + sizeof text, number, std::chars_format::fixed);
+  return error == std::errc() && std::string_view(text, static_cast<size_t>(end - text)) == digits;
+}
+
+FieldValue signedNumber(double number, bool negative) {
+  // There is one zero only.
+  return valueOf(FieldKind::kNumber, negative && number != 0.0 ? -number : number);
+}
+
+std::optional<FieldValue> specialNumber(std::string_view unsignedText, bool hasSign,
+                                        bool negative) {
+  if (!hasSign && equalsLower(unsignedText, "nan")) return valueOf(FieldKind::kNumber, kNoNumber);
+  if (equalsLower(unsignedText, "inf") || equalsLower(unsignedText, "infinity")) {
+    return signedNumber(std::numeric_limits<double>::infinity(), negative);
+  }
+  return {};
+}
+
+std::optional<FieldValue> numberOf(std::string_view text, char decimal) {
+  const bool negative = text.front() == '-';
+  const bool hasSign = negative || text.front() == '+';
+  if (hasSign) text.remove_prefix(1);
+  if (text.empty()) return {};
+  if (!isDigit(text.front()) && text.front() != decimal) {
+    return specialNumber(text, hasSign, negative);
+  }
+  const NumberShape shape = shapeOf(text, decimal);
+  if (!shape.valid) return {};
+  if (shape.digitsOnly && text.size() <= 15) {
+    int64_t whole = 0;
+    for (const char c : text) whole = whole * 10 + (c - '0');
+    return signedNumber(static_cast<double>(whole), negative);
+  }
+  bool overflow = false;
+  FieldValue value = signedNumber(nearestDouble(text, decimal, overflow), negative);
+  if (shape.digitsOnly) {
+    if (overflow || !isExactly(std::fabs(value.number), text)) value.flaw = NumberFlaw::kInexact;
+  } else if (overflow) {
+    value.flaw = NumberFlaw::kOverflow;
+  }
+  return value;
+}
+
+FieldKind kindOf(Instant::Kind kind) {
+  switch (kind) {
+    case Instant::Kind::kDate:
+      return FieldKind::kDate;
+    case Instant::Kind::kTime:
+      return FieldKind::kTime;
+    case Instant::Kind::kDateTime:
+      return FieldKind::kDateTime;
+    case Instant::Kind::kZonedDateTime:
+      break;
+  }
+  return FieldKind::kZonedDateTime;
+}
+
+/// The kind that the spelling has, whatever texts stand for missing values.
+FieldValue plainValue(std::string_view text, const FieldRules& rules, bool numbers) {
+  if (numbers) {
+    if (const auto number = numberOf(text, rules.decimal)) return *number;
+    if (equalsLower(text, "true")) return valueOf(FieldKind::kBoolean, 1.0);
+    if (equalsLower(text, "false")) return valueOf(FieldKind::kBoolean, 0.0);
+  }
+  if (const auto instant = parseInstant(text)) {
+    return valueOf(kindOf(instant->kind), static_cast<double>(instant->microseconds) / 1e6);
+  }
+  return textValue();
+}
+
+bool isOneOf(std::string_view text, const std::vector<std::string>& texts) {
+  return std::any_of(texts.begin(), texts.end(), [&](std::string_view candidate) {
+    const size_t last = candidate.find_last_not_of(kBlanks);
+    return text == candidate.substr(0, last == std::string_view::npos ? 0 : last + 1);
+  });
+}
+
+FieldValue interpret(std::string_view text, const FieldRules& rules,
+                     const std::vector<std::string>& columnMissing, bool numbers) {
+  const size_t last = text.find_last_not_of(kBlanks);
+  if (last == std::string_view::npos) return valueOf(FieldKind::kMissing, kNoNumber);
+  const std::string_view spelt = text.substr(0, last + 1);
+  const bool listed = isOneOf(spelt, rules.missingTexts);
+  if (listed && rules.missingGiven) return valueOf(FieldKind::kMissing, kNoNumber);
+  FieldValue value = plainValue(text, rules, numbers);
+  value.provisional = listed || isOneOf(spelt, columnMissing);
+  return value;
+}
+
+bool isWhole(double number) { return std::isnan(number) || std::trunc(number) == number; }
+
+std::string_view integerProblem(const FieldValue& value) {
+  if (value.kind != FieldKind::kNumber || !isWhole(value.number) || std::isinf(value.number)) {
+    return "is not a whole number";
+  }
+  return {};
+}
+
+}  // namespace
+
+FieldValue interpretField(std::string_view text, const FieldRules& rules,
+                          const std::vector<std::string>& columnMissing) {
+  return interpret(text, rules, columnMissing, true);
+}
+
+FieldValue interpretString(std::string_view text, const FieldRules& rules,
+                           const std::vector<std::string>& columnMissing) {
+  return interpret(text, rules, columnMissing, false);
+}
+
+FieldValue interpretNumber(std::string_view text, char decimal) {
+  if (text.empty()) return textValue();
+  return numberOf(text, decimal).value_or(textValue());
+}
+
+std::string_view withoutTrailingSpaces(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+FieldKind KindSet::columnKind() const {
+  const auto values = static_cast<uint8_t>(kinds_ & ~1U);
+  if (values == 0) return FieldKind::kNumber;
+  if ((values & (values - 1U)) != 0) return FieldKind::kText;
+  if (has(FieldKind::kNumber) && inexact_) return FieldKind::kText;
+  for (const FieldKind kind : {FieldKind::kNumber, FieldKind::kBoolean, FieldKind::kDate,
+                               FieldKind::kTime, FieldKind::kDateTime, FieldKind::kZonedDateTime}) {
+    if (has(kind)) return kind;
+  }
+  return FieldKind::kText;
+}
+
+FieldKind KindSet::columnKind(DeclaredType type) const {
+  switch (type) {
+    case DeclaredType::kNone:
+      break;
+    case DeclaredType::kString:
+      return FieldKind::kText;
+    case DeclaredType::kInteger:
+    case DeclaredType::kNumber:
+      return FieldKind::kNumber;
+    case DeclaredType::kBoolean:
+      return FieldKind::kBoolean;
+    case DeclaredType::kDate:
+      return FieldKind::kDate;
+    case DeclaredType::kTime:
+      return FieldKind::kTime;
+    case DeclaredType::kDateTime:
+      return has(FieldKind::kZonedDateTime) && !has(FieldKind::kDateTime)
+                 ? FieldKind::kZonedDateTime
+                 : FieldKind::kDateTime;
+  }
+  return columnKind();
+}
+
+bool isMissingIn(FieldKind column, const FieldValue& value) {
+  if (value.kind == FieldKind::kMissing) return true;
+  if (column == FieldKind::kText) return false;
+  return (value.provisional && value.kind != column) || std::isnan(value.number);
+}
+
+std::string_view contradiction(FieldKind column, DeclaredType type, const FieldValue& value) {
+  if (column == FieldKind::kText || value.kind == FieldKind::kMissing) return {};
+  if (value.provisional && value.kind != column) return {};
+  if (type == DeclaredType::kInteger) {
+    if (const std::string_view problem = integerProblem(value); !problem.empty()) return problem;
+  }
+  if (column == FieldKind::kNumber) {
+    if (value.kind != FieldKind::kNumber) return "is not a number";
+    if (value.flaw == NumberFlaw::kOverflow) return "is beyond the range of numbers";
+    if (value.flaw == NumberFlaw::kInexact) return "has more digits than a number can hold";
+    return {};
+  }
+  if (value.kind == column) return {};
+  switch (column) {
+    case FieldKind::kBoolean:
+      if (value.kind == FieldKind::kNumber && (value.number == 0.0 || value.number == 1.0))
+        return {};
+      return "is neither true, false, 0 nor 1";
+    case FieldKind::kDate:
+      return "is not a date (YYYY-MM-DD)";
+    case FieldKind::kTime:
+      return "is not a time (HH:MM or HH:MM:SS)";
+    case FieldKind::kDateTime:
+      if (value.kind == FieldKind::kZonedDateTime) {
+        return "has a zone, which other dates and times of the column lack";
+      }
+      [[fallthrough]];
+    default:
+      return "is not a date and time (YYYY-MM-DD HH:MM:SS)";
+  }
+}
+
+std::string_view nameOf(FieldKind kind) {
+  switch (kind) {
+    case FieldKind::kMissing:
+      return "missing value";
+    case FieldKind::kNumber:
+      return "number";
+    case FieldKind::kBoolean:
+      return "boolean";
+    case FieldKind::kDate:
+      return "date";
+    case FieldKind::kTime:
+      return "time";
+    case FieldKind::kDateTime:
+      return "date and time";
+    case FieldKind::kZonedDateTime:
+      return "date and time with zone";
+    case FieldKind::kText:
+      break;
+  }
+  return "text";
+}
+
+}  // namespace workbench
