@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "tests/conformance/host_under_test.h"
+#include "tests/memory/memory_dataset.h"
 #include "workbench/catalogue/catalogue.h"
-#include "workbench/dataset/memory_dataset.h"
 #include "workbench/output/output_document.h"
 #include "workbench/parser/command_text.h"
 #include "workbench/session/session.h"

@@ -20,7 +20,9 @@ void readColumns(const workbench::Dictionary& dictionary) {
     column.reading.form = form;
     dictionary.missingTexts(name);
     column.reading = dictionary.reading(column);
-    const workbench::Variable variable = dictionary.variable(column);
+    workbench::Variable detected;
+    detected.name = name;
+    const workbench::Variable variable = dictionary.variable(detected);
     fuzz::promise(variable.name == name, "a variable keeps its name", variable.name);
     dictionary.wholeOnly(name);
   }

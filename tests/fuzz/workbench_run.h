@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "workbench/dataset/memory_dataset.h"
+#include "tests/memory/memory_dataset.h"
 
 namespace fuzz {
 

@@ -14,13 +14,9 @@ void runCommand(Session& session, SourceDataset& dataset, const CommandTokens& c
                 const std::function<void()>& entry) {
   session.command = &command;
   OutputDocument& document = *session.document;
-  for (;;) {
-    document.beginProcedure(kTitle, command.source());
-    dataset.beginCommand(mentionedVariables(command, dataset));
-    entry();
-    if (!dataset.mustRestart()) break;
-    document.discardProcedure();
-  }
+  document.beginProcedure(kTitle, command.source());
+  dataset.beginCommand(mentionedVariables(command, dataset));
+  entry();
   const bool parsed = !document.current().notes.empty();
   if (parsed && !dataset.failed() && dataset.caseCount() == 0) {
     report(Severity::kWarning, "No cases", {});

@@ -4,42 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <utility>
-#include <variant>
+#include <string_view>
 #include <vector>
 
 #include "host/data_source.h"
+#include "workbench/dataset/variable.h"
 
 namespace workbench {
-
-/// What a variable's values are. All but strings are held as doubles: dates and date-times as
-/// seconds since 1970-01-01 00:00:00, times as seconds since midnight, booleans as 0 and 1.
-enum class ValueKind : uint8_t { kNumber, kBoolean, kDate, kTime, kDateTime, kString };
-
-/// A variable's entry in the dictionary. Strings are without trailing blanks throughout.
-struct Variable {
-  std::string name;
-  std::string label;  ///< empty: none
-  ValueKind kind = ValueKind::kNumber;
-  int32_t width = 0;  ///< bytes of the widest value, at least 1, for strings; 0 for all others
-  std::vector<std::pair<double, std::string>> numberLabels;
-  std::vector<std::pair<std::string, std::string>> stringLabels;
-  std::vector<double> missingNumbers;
-  double missingLow = 1.0;  ///< a range of missing numbers; low > high: none
-  double missingHigh = 0.0;
-  std::vector<std::string> missingStrings;
-
-  bool isString() const { return kind == ValueKind::kString; }
-  /// What a reader sees instead of the name.
-  const std::string& shownName() const { return label.empty() ? name : label; }
-  /// The value label, or null.
-  const std::string* findLabel(double value) const;
-  const std::string* findLabel(std::string_view value) const;
-};
-
-/// One value of a split variable: a number (kSystemMissing when missing) or a string without
-/// trailing blanks.
-using SplitValue = std::variant<double, std::string>;
 
 /// Variables, cases, weight and split groups. One command at a time reads it.
 class ActiveDataset {

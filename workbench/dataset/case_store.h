@@ -1,29 +1,23 @@
-/// The cases of one command: how they are read, and where they stay between its passes.
+/// The cases of one command: where they stay between its passes.
 #pragma once
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
 
-#include "workbench/dataset/case_reader.h"
-#include "workbench/dataset/case_table.h"
-#include "workbench/engine/source.h"
+#include "workbench/dataset/case_feed.h"
+#include "workbench/dataset/case_source.h"
 
 namespace workbench {
 
-/// When identical cases are counted by the data engine and handed over once.
-enum class CollapseMode { kAuto, kAlways, kNever };
+class EngineHolder;
 
-/// What is to be read.
+/// What is to be read, and what it is for.
 struct CasePlan {
-  Source* source = nullptr;
-  std::vector<ReadColumn> columns;  ///< the entries' widths are raised to what was found
-  std::vector<VarIndex> split;      ///< each among the columns
-  VarIndex weight = -1;             ///< negative: unweighted
-  const Variable* weightEntry = nullptr;
-  CollapseMode collapse = CollapseMode::kAuto;
-  size_t memoryLimit = 0;  ///< bytes of cases to hold in memory
+  CaseRequest request;               ///< the weight, if any, is its last column
+  std::vector<VarIndex> variables;   ///< of the columns, the weight left out
+  std::vector<size_t> split;         ///< positions of the split variables, outermost first
+  const Variable* weight = nullptr;  ///< the weight's entry; null: unweighted
 };
 
 /// Cases that can be handed over any number of times. Its feeds must not outlive it.
@@ -33,21 +27,21 @@ class CaseStore {
   CaseStore() = default;
   CaseStore(const CaseStore&) = delete;
   CaseStore& operator=(const CaseStore&) = delete;
-  /// Exact width of the string variable at a position of the plan.
+  /// Exact width of the string variable at a position of the plan; 0 for all others.
   virtual int32_t width(size_t column) const = 0;
   virtual std::unique_ptr<CaseFeed> openFeed(ColumnViews views, std::shared_ptr<SplitCursor> cursor,
                                              FeedObserver& observer) = 0;
 };
 
-/// Reads the cases: counted by the engine when that is wanted and pays, else into memory, else into
-/// a table of the engine that may spill to the working folder. Throws EngineError, DataError or
-/// Interrupted.
-std::unique_ptr<CaseStore> readCases(const CasePlan& plan);
+/// Reads the cases: into memory, or, when they take more than the plan allows, into a table of the
+/// engine that may spill to the working folder. Throws DataError, EngineError or Interrupted.
+std::unique_ptr<CaseStore> readCases(CaseSource& source, const CasePlan& plan,
+                                     EngineHolder& workspace);
 
-/// Cases in a table of the engine.
-std::unique_ptr<CaseStore> makeEngineStore(const CasePlan& plan);
-
-/// The rows of the plan: SELECT list with the columns as c0, c1, ... and the weight as w.
-std::string selectOf(const CasePlan& plan);
+/// The two kinds of stores.
+std::unique_ptr<CaseStore> makeCodedStore(CodedCases cases, const CasePlan& plan);
+std::unique_ptr<CaseStore> makeSpilledStore(CaseSource& source, const CasePlan& plan,
+                                            const std::vector<ValueKind>& kinds,
+                                            EngineHolder& workspace);
 
 }  // namespace workbench

@@ -167,23 +167,6 @@ bool isOnlyText(const std::string& text) {
          !isDateTimeText(text, zoned);
 }
 
-ValueKind kindOf(ColumnForm form) {
-  switch (form) {
-    case ColumnForm::kBoolean:
-      return ValueKind::kBoolean;
-    case ColumnForm::kDate:
-      return ValueKind::kDate;
-    case ColumnForm::kTime:
-      return ValueKind::kTime;
-    case ColumnForm::kDateTime:
-      return ValueKind::kDateTime;
-    case ColumnForm::kNumber:
-      return ValueKind::kNumber;
-    default:
-      return ValueKind::kString;
-  }
-}
-
 }  // namespace
 
 Dictionary::Dictionary() = default;
@@ -270,13 +253,9 @@ ColumnReading Dictionary::reading(const SourceColumn& column) const {
   return reading;
 }
 
-Variable Dictionary::variable(const SourceColumn& column) const {
-  Variable variable;
-  variable.name = column.name;
-  variable.kind = kindOf(column.reading.form);
-  variable.width = variable.isString() ? 1 : 0;
+Variable Dictionary::variable(Variable variable) const {
   if (variable.kind == ValueKind::kBoolean) variable.numberLabels = {{0, "false"}, {1, "true"}};
-  const DictionaryField* field = find(column.name);
+  const DictionaryField* field = find(variable.name);
   if (field == nullptr) return variable;
   variable.label = field->title;
   const Variable plain = variable;  // categories' texts are read without their own labels
@@ -300,7 +279,7 @@ Variable Dictionary::variable(const SourceColumn& column) const {
     if (!value) {
       refuse(file_, category.place,
              fmt::format("'{}' is no value of '{}', which is not a string variable", text,
-                         column.name));
+                         variable.name));
     }
     if (!category.labelled) continue;
     if (!ownLabels) variable.numberLabels.clear();

@@ -38,9 +38,9 @@ class Dictionary {
   /// How the column is to be read: as detected, unless the dictionary gives a type.
   ColumnReading reading(const SourceColumn& column) const;
 
-  /// The entry of a column that is read as its `reading` says. Throws DataError when a category
-  /// does not fit its type.
-  Variable variable(const SourceColumn& column) const;
+  /// The entry of a variable of that name and kind. Throws DataError when a category does not fit
+  /// the kind.
+  Variable variable(Variable variable) const;
 
   /// True when the type is "integer".
   bool wholeOnly(const std::string& name) const;

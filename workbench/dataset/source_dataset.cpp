@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "workbench/dataset/variable.h"
+#include "workbench/dataset/engine_cases.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/text/nearest.h"
 
@@ -22,19 +22,21 @@ SourceDataset::SourceDataset(const DataOptions& options)
       collapse_(options.collapse),
       memoryLimit_(options.memoryLimit) {
   openDictionary(options);
-  source_ = openSource({options.data, options.query, options.table, options.interrupted},
-                       [this](const std::string& name) -> const std::vector<std::string>& {
-                         return dictionary_.missingTexts(name);
-                       });
+  auto file = openSource({options.data, options.query, options.table, options.interrupted},
+                         [this](const std::string& name) -> const std::vector<std::string>& {
+                           return dictionary_.missingTexts(name);
+                         });
   std::vector<std::string> names;
-  for (const SourceColumn& column : source_->columns()) {
+  for (const SourceColumn& column : file->columns()) {
     names.push_back(column.name);
     names_.add(column.name);
   }
   dictionary_.refuseUnknown(names);
   for (size_t i = 0; i < names.size(); ++i) {
-    source_->setReading(i, dictionary_.reading(source_->columns()[i]));
+    file->setReading(i, dictionary_.reading(file->columns()[i]));
   }
+  source_ = std::make_unique<EngineCases>(std::move(file));
+  workspace_.watch(options.interrupted);
   declareVariables();
   chooseVariables(options);
   beginCommand({});
@@ -53,17 +55,19 @@ void SourceDataset::openDictionary(const DataOptions& options) {
 }
 
 void SourceDataset::declareVariables() {
-  variables_.clear();
-  unusable_.clear();
-  for (const SourceColumn& column : source_->columns()) {
-    variables_.push_back(dictionary_.variable(column));
-    const bool usable = column.reading.form != ColumnForm::kUnusable;
-    unusable_.push_back(usable ? ""
-                               : fmt::format("{} holds lists, structures or bytes; take the part "
-                                             "that is wanted with --query",
-                                             column.name));
+  const std::vector<SourceVariable>& declared = source_->variables();
+  variables_.resize(declared.size());
+  for (size_t i = 0; i < declared.size(); ++i) {
+    unusable_.push_back(declared[i].unusable);
+    declare(static_cast<VarIndex>(i));
+    settled_.push_back(!unusable_[i].empty() ||
+                       (declared[i].kindKnown && !variables_[i].isString()));
   }
-  widthKnown_.assign(variables_.size(), false);
+}
+
+void SourceDataset::declare(VarIndex index) {
+  const auto position = static_cast<size_t>(index);
+  variables_[position] = dictionary_.variable(source_->variables()[position].variable);
 }
 
 VarIndex SourceDataset::findOrRefuse(const std::string& name, const char* option) const {
@@ -106,12 +110,6 @@ bool SourceDataset::isProjected(VarIndex index) const {
 }
 
 void SourceDataset::beginCommand(const std::vector<VarIndex>& mentioned) {
-  if (mustRestart_) {
-    mustRestart_ = false;
-    failed_ = false;
-    failure_.clear();
-    store_.reset();
-  }
   std::vector<VarIndex> wanted = split_;
   for (const VarIndex index : mentioned) {
     if (index >= 0 && index < variableCount() && unusableBecause(index).empty()) {
@@ -131,19 +129,34 @@ void SourceDataset::beginCommand(const std::vector<VarIndex>& mentioned) {
   projection_ = std::move(wanted);
 }
 
+CaseRequest SourceDataset::request(const std::vector<VarIndex>& variables) const {
+  CaseRequest request;
+  for (const VarIndex index : variables) {
+    ColumnType type;
+    const Variable& entry = declaration(index);
+    if (dictionary_.wholeOnly(entry.name) && entry.kind == ValueKind::kNumber) {
+      type.name = ColumnType::Name::kInteger;
+    }
+    request.columns.push_back({static_cast<size_t>(index), type});
+  }
+  request.collapse = collapse_;
+  request.memoryLimit = memoryLimit_;
+  return request;
+}
+
 CasePlan SourceDataset::plan() const {
   CasePlan plan;
-  plan.source = source_.get();
-  for (const VarIndex index : projection_) {
-    plan.columns.push_back({index, &declaration(index),
-                            dictionary_.wholeOnly(declaration(index).name) &&
-                                declaration(index).kind == ValueKind::kNumber});
+  std::vector<VarIndex> columns = projection_;
+  if (weight_ >= 0) {
+    columns.push_back(weight_);
+    plan.weight = &declaration(weight_);
   }
-  plan.split = split_;
-  plan.weight = weight_;
-  if (weight_ >= 0) plan.weightEntry = &declaration(weight_);
-  plan.collapse = collapse_;
-  plan.memoryLimit = memoryLimit_;
+  plan.request = request(columns);
+  plan.variables = projection_;
+  for (const VarIndex index : split_) {
+    const auto at = std::lower_bound(projection_.begin(), projection_.end(), index);
+    plan.split.push_back(static_cast<size_t>(at - projection_.begin()));
+  }
   return plan;
 }
 
@@ -151,48 +164,44 @@ bool SourceDataset::readCasesOnce() {
   if (failed_) return false;
   if (store_ != nullptr) return true;
   try {
-    store_ = readCases(plan());
-    for (size_t i = 0; i < projection_.size(); ++i) {
-      const auto index = static_cast<size_t>(projection_[i]);
-      if (!variables_[index].isString()) continue;
-      variables_[index].width = std::max(1, store_->width(i));
-      widthKnown_[index] = true;
-    }
+    store_ = readCases(*source_, plan(), workspace_);
+    for (size_t i = 0; i < projection_.size(); ++i) settle(projection_[i], store_->width(i));
   } catch (const std::exception& error) {
     passFailed(error);
   }
   return !failed_;
 }
 
+/// The kind may have been found by reading.
+void SourceDataset::settle(VarIndex index, int32_t width) {
+  declare(index);
+  Variable& variable = variables_[static_cast<size_t>(index)];
+  if (variable.isString()) variable.width = std::max(1, width);
+  settled_[static_cast<size_t>(index)] = true;
+}
+
 const Variable& SourceDataset::variable(VarIndex index) {
   const auto position = static_cast<size_t>(index);
-  if (!variables_[position].isString() || widthKnown_[position] || failed_ ||
-      !unusable_[position].empty()) {
-    return variables_[position];
-  }
-  if (!isProjected(index)) {
-    if (store_ != nullptr) {
-      readWidth(index);
-      return variables_[position];
-    }
+  if (settled_[position] || failed_) return variables_[position];
+  if (isProjected(index)) {
+    readCasesOnce();
+  } else if (store_ != nullptr) {
+    readAlone(index);
+  } else {
     projection_.insert(std::upper_bound(projection_.begin(), projection_.end(), index), index);
+    readCasesOnce();
   }
-  readCasesOnce();
   return variables_[position];
 }
 
-/// For a string variable that the command was not expected to look at.
-void SourceDataset::readWidth(VarIndex index) {
-  const auto column = static_cast<size_t>(index);
+/// For a variable that the command was not expected to look at.
+void SourceDataset::readAlone(VarIndex index) {
   try {
-    Query query(
-        source_->database(),
-        fmt::format("SELECT CAST(coalesce(max(strlen(rtrim({}, ' '))), 1) AS BIGINT) FROM {}",
-                    source_->value(column), source_->relation({column})));
-    const Chunk chunk = query.fetch();
-    variables_[column].width =
-        static_cast<int32_t>(std::clamp<int64_t>(chunk.data<int64_t>(0)[0], 1, 32'767));
-    widthKnown_[column] = true;
+    CasePlan alone;
+    alone.request = request({index});
+    alone.request.collapse = CollapseMode::kAlways;
+    alone.variables = {index};
+    settle(index, readCases(*source_, alone, workspace_)->width(0));
   } catch (const std::exception& error) {
     passFailed(error);
   }
@@ -234,48 +243,14 @@ void SourceDataset::passComplete(int64_t cases) {
 }
 
 void SourceDataset::passFailed(const std::exception& error) {
-  if (dynamic_cast<const EngineError*>(&error) == nullptr) {
-    fail(error.what());
-  } else {
-    failByEngine(error.what());
-  }
+  const bool byEngine = dynamic_cast<const EngineError*>(&error) != nullptr;
+  fail(byEngine ? readProblem(error.what(), source_->label()).text : error.what());
 }
 
 void SourceDataset::fail(std::string text) {
   if (failed_) return;
   failed_ = true;
   failure_ = std::move(text);
-}
-
-void SourceDataset::failByEngine(const std::string& engineText) {
-  const ReadProblem problem = readProblem(engineText, source_->label());
-  if (!problem.conversion) return fail(problem.text);
-  std::vector<size_t> columns;
-  for (const VarIndex index : projection_) columns.push_back(static_cast<size_t>(index));
-  if (weight_ >= 0) columns.push_back(static_cast<size_t>(weight_));
-  bool changed = false;
-  try {
-    changed = source_->settle(columns);
-  } catch (const EngineError&) {
-    // The first complaint is the one to show.
-    changed = false;
-  } catch (const Interrupted& interrupted) {
-    return fail(interrupted.what());
-  }
-  if (changed) {
-    try {
-      declareVariables();
-    } catch (const DataError& error) {
-      return fail(error.what());
-    }
-    mustRestart_ = true;
-    return fail(problem.text);
-  }
-  const VarIndex index = problem.column.empty() ? -1 : names_.find(problem.column);
-  const bool forced = index >= 0 && source_->columns()[static_cast<size_t>(index)].reading.forced;
-  fail(forced
-           ? fmt::format("{}\nThe dictionary {} gives the type.", problem.text, dictionary_.file())
-           : problem.text);
 }
 
 }  // namespace workbench

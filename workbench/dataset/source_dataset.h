@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "workbench/dataset/active_dataset.h"
+#include "workbench/dataset/case_source.h"
 #include "workbench/dataset/case_store.h"
-#include "workbench/dataset/case_table.h"
 #include "workbench/dataset/dictionary.h"
 #include "workbench/dataset/name_index.h"
 #include "workbench/engine/source.h"
@@ -41,14 +41,8 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   ~SourceDataset() override;
 
   /// To be called before each command, with the variables that it may look at; weight and split
-  /// variables come by themselves. No feed may be open. After a failure that mustRestart, the data
-  /// can be read again from here on.
+  /// variables come by themselves. No feed may be open.
   void beginCommand(const std::vector<VarIndex>& mentioned);
-
-  /// True when reading failed because a value far down in the data showed that a column, thought to
-  /// hold numbers (or dates), holds text. The types are corrected by then: what was put out so far
-  /// must be dropped, and the command run again after beginCommand.
-  bool mustRestart() const { return mustRestart_; }
 
   /// Why a variable cannot be used by any command (a list, a structure); empty when it can. A
   /// command that names such a variable finds a string variable without values.
@@ -56,8 +50,14 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
 
   /// Makes the read that is under way, and all later ones, fail. May be called from a signal
   /// handler.
-  void requestInterrupt() { source_->requestInterrupt(); }
-  void setProgress(ProgressCallback callback) { source_->setProgress(std::move(callback)); }
+  void requestInterrupt() {
+    source_->requestInterrupt();
+    workspace_.requestInterrupt();
+  }
+  void setProgress(const ProgressCallback& callback) {
+    source_->setProgress(callback);
+    workspace_.setProgress(callback);
+  }
 
   int32_t variableCount() const override { return static_cast<int32_t>(variables_.size()); }
   const Variable& variable(VarIndex index) override;
@@ -79,21 +79,24 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
 
   void openDictionary(const DataOptions& options);
   void declareVariables();
+  void declare(VarIndex index);
   void chooseVariables(const DataOptions& options);
   VarIndex findOrRefuse(const std::string& name, const char* option) const;
   bool isProjected(VarIndex index) const;
   /// False after a failure.
   bool readCasesOnce();
+  CaseRequest request(const std::vector<VarIndex>& variables) const;
   CasePlan plan() const;
-  void readWidth(VarIndex index);
+  void settle(VarIndex index, int32_t width);
+  void readAlone(VarIndex index);
   void fail(std::string text);
-  void failByEngine(const std::string& engineText);
 
   Dictionary dictionary_;
-  std::unique_ptr<Source> source_;
+  std::unique_ptr<CaseSource> source_;
+  EngineHolder workspace_;  // for cases that do not fit into memory
   std::vector<Variable> variables_;
   std::vector<std::string> unusable_;  // by variable
-  std::vector<bool> widthKnown_;
+  std::vector<bool> settled_;          // by variable: kind and width are known
   NameIndex names_;
   VarIndex weight_ = -1;
   std::vector<VarIndex> split_;
@@ -107,7 +110,6 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   int64_t caseCount_ = -1;
   int64_t firstPassCases_ = -1;
   bool failed_ = false;
-  bool mustRestart_ = false;
   std::string failure_;
 };
 

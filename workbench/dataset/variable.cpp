@@ -42,6 +42,10 @@ double normalWeight(const Variable& weight, double value) {
   return normalNumber(value);
 }
 
+double roundedWeight(double raw) {
+  return raw == kSystemMissing || !(raw >= 0.5) ? kSystemMissing : std::floor(raw + 0.5);
+}
+
 std::string_view trimmed(std::string_view text) {
   size_t length = text.size();
   while (length > 0 && text[length - 1] == ' ') --length;

@@ -1,5 +1,6 @@
 #include "workbench/engine/database.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -130,8 +131,24 @@ std::string Statement::columnName(size_t column) const {
   return text;
 }
 
-duckdb_type Statement::columnType(size_t column) const {
-  return duckdb().prepared_statement_column_type(statement_, column);
+EngineType Statement::columnType(size_t column) const {
+  const DuckdbLibrary& api = duckdb();
+  duckdb_logical_type logical = api.prepared_statement_column_logical_type(statement_, column);
+  EngineType type;
+  type.id = api.get_type_id(logical);
+  if (type.id == DUCKDB_TYPE_DECIMAL) {
+    type.decimalDigits = api.decimal_width(logical);
+    type.decimalScale = api.decimal_scale(logical);
+  }
+  if (type.id == DUCKDB_TYPE_ENUM) {
+    for (uint32_t i = 0; i < api.enum_dictionary_size(logical); ++i) {
+      char* text = api.enum_dictionary_value(logical, i);
+      type.categories.push_back(textOrNothing(text));
+      api.free(text);
+    }
+  }
+  api.destroy_logical_type(&logical);
+  return type;
 }
 
 Chunk::~Chunk() {
@@ -212,11 +229,19 @@ Chunk Query::fetch() {
   return chunk;
 }
 
-TableWriter::TableWriter(Database& database, const std::string& table) {
+TableWriter::TableWriter(Database& database, const std::string& table,
+                         const std::vector<bool>& texts) {
   check(duckdb().appender_create(database.connection(), nullptr, table.c_str(), &appender_));
+  std::vector<duckdb_logical_type> types;
+  for (const bool text : texts) {
+    types.push_back(duckdb().create_logical_type(text ? DUCKDB_TYPE_VARCHAR : DUCKDB_TYPE_DOUBLE));
+  }
+  chunk_ = duckdb().create_data_chunk(types.data(), types.size());
+  for (duckdb_logical_type& type : types) duckdb().destroy_logical_type(&type);
 }
 
 TableWriter::~TableWriter() {
+  if (chunk_ != nullptr) duckdb().destroy_data_chunk(&chunk_);
   if (appender_ != nullptr) duckdb().appender_destroy(&appender_);
 }
 
@@ -224,10 +249,35 @@ void TableWriter::check(duckdb_state state) {
   if (state != DuckDBSuccess) throw EngineError("a working table cannot be written");
 }
 
-void TableWriter::addRow(std::string_view text, double number) {
-  check(duckdb().append_varchar_length(appender_, text.data(), text.size()));
-  check(duckdb().append_double(appender_, number));
-  check(duckdb().appender_end_row(appender_));
+duckdb_vector TableWriter::vector(size_t column) const {
+  return duckdb().data_chunk_get_vector(chunk_, column);
+}
+
+void TableWriter::addNumbers(size_t column, const double* values, size_t count) {
+  std::copy_n(values, count, static_cast<double*>(duckdb().vector_get_data(vector(column))));
+}
+
+void TableWriter::addNumbers(size_t column, const double* values, size_t count, double null) {
+  addNumbers(column, values, count);
+  if (std::find(values, values + count, null) == values + count) return;
+  duckdb().vector_ensure_validity_writable(vector(column));
+  uint64_t* validity = duckdb().vector_get_validity(vector(column));
+  for (size_t row = 0; row < count; ++row) {
+    if (values[row] == null) duckdb().validity_set_row_invalid(validity, row);
+  }
+}
+
+void TableWriter::addTexts(size_t column, const std::string_view* values, size_t count) {
+  for (size_t row = 0; row < count; ++row) {
+    duckdb().vector_assign_string_element_len(vector(column), row, values[row].data(),
+                                              values[row].size());
+  }
+}
+
+void TableWriter::endBlock(size_t count) {
+  duckdb().data_chunk_set_size(chunk_, count);
+  check(duckdb().append_data_chunk(appender_, chunk_));
+  duckdb().data_chunk_reset(chunk_);
 }
 
 void TableWriter::close() { check(duckdb().appender_close(appender_)); }

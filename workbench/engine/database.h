@@ -12,18 +12,24 @@
 #include <vector>
 
 #include "workbench/engine/duckdb_library.h"
+#include "workbench/engine/progress.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
+
+/// A type of the engine's, as far as it matters here.
+struct EngineType {
+  duckdb_type id = DUCKDB_TYPE_DOUBLE;
+  int decimalDigits = 0;                ///< of DECIMAL: in all
+  int decimalScale = 0;                 ///< behind the point
+  std::vector<std::string> categories;  ///< of ENUM, in declared order
+};
 
 /// A statement that the engine refused or could not finish; the text is the engine's own.
 class EngineError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
-
-/// `percent` is negative when the engine cannot tell; `rows` is what it has read so far.
-using ProgressCallback = std::function<void(double percent, int64_t rows)>;
 
 /// A database and one connection to it.
 class Database {
@@ -75,7 +81,7 @@ class Statement {
 
   size_t columnCount() const;
   std::string columnName(size_t column) const;
-  duckdb_type columnType(size_t column) const;
+  EngineType columnType(size_t column) const;
   duckdb_prepared_statement get() const { return statement_; }
 
  private:
@@ -138,19 +144,33 @@ class Query {
   duckdb_result result_{};
 };
 
-/// Adds rows to a table; what was not closed is dropped.
+/// Adds rows to a table of numbers (DOUBLE) and texts (VARCHAR); what was not closed is dropped.
+/// Throws EngineError.
 class TableWriter {
  public:
-  TableWriter(Database& database, const std::string& table);
+  /// Rows are given in blocks of at most that many.
+  static constexpr size_t kMostRows = 2048;
+
+  /// `texts` says of each column of the table whether it holds texts.
+  TableWriter(Database& database, const std::string& table, const std::vector<bool>& texts);
   ~TableWriter();
   TableWriter(const TableWriter&) = delete;
   TableWriter& operator=(const TableWriter&) = delete;
-  void addRow(std::string_view text, double number);
+
+  /// The values of one column for the next rows, then the end of the block. A number that equals
+  /// `null` is stored as a null.
+  void addNumbers(size_t column, const double* values, size_t count);
+  void addNumbers(size_t column, const double* values, size_t count, double null);
+  void addTexts(size_t column, const std::string_view* values, size_t count);
+  void endBlock(size_t count);
   void close();
 
  private:
   void check(duckdb_state state);
+  duckdb_vector vector(size_t column) const;
+
   duckdb_appender appender_ = nullptr;
+  duckdb_data_chunk chunk_ = nullptr;
 };
 
 /// An identifier and a string constant in the engine's SQL.

@@ -61,11 +61,13 @@ std::string valueOfTyped(const SourceColumn& column) {
   switch (column.reading.form) {
     case ColumnForm::kNumber:
     case ColumnForm::kBoolean:
-      return column.sqlType == "DOUBLE" ? name : fmt::format("CAST({} AS DOUBLE)", name);
+      return column.type.id == DUCKDB_TYPE_DOUBLE ? name : fmt::format("CAST({} AS DOUBLE)", name);
     case ColumnForm::kDate:
-      return secondsOf(column.sqlType == "DATE" ? name : fmt::format("CAST({} AS DATE)", name));
+      return secondsOf(column.type.id == DUCKDB_TYPE_DATE ? name
+                                                          : fmt::format("CAST({} AS DATE)", name));
     case ColumnForm::kDateTime:
-      if (column.sqlType == "TIMESTAMP" || column.sqlType == "TIMESTAMPTZ") return secondsOf(name);
+      if (column.type.id == DUCKDB_TYPE_TIMESTAMP || column.type.id == DUCKDB_TYPE_TIMESTAMP_TZ)
+        return secondsOf(name);
       return secondsOf(fmt::format("CAST({} AS TIMESTAMP)", name));
     case ColumnForm::kTime:
       return fmt::format("epoch({})", name);

@@ -40,7 +40,7 @@ struct SourceColumn {
   bool zoned = false;     ///< date-times with an offset from UTC
   bool isText = false;    ///< the source itself holds texts
   bool whole = false;     ///< whole numbers only, as far as is known
-  std::string sqlType;    ///< of the source, for columns that cannot be used
+  EngineType type;        ///< of columns that are not texts
 };
 
 /// The engine and its working folder. Started by the first use.
@@ -81,7 +81,6 @@ class Source {
   const std::vector<SourceColumn>& columns() const { return columns_; }
   /// Changes how a column is read from now on.
   void setReading(size_t column, ColumnReading reading);
-  void setZoned(size_t column, bool zoned) { columns_[column].zoned = zoned; }
 
   /// Names the data in messages.
   const std::string& label() const { return label_; }

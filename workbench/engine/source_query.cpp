@@ -8,6 +8,7 @@
 
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/source_kinds.h"
+#include "workbench/engine/typed_values.h"
 #include "workbench/text/nearest.h"
 #include "workbench/text/text_fold.h"
 #include "workbench/values/column_names.h"
@@ -16,55 +17,33 @@
 namespace workbench {
 namespace {
 
-void describe(duckdb_type type, SourceColumn& column) {
-  column.reading.form = ColumnForm::kNumber;
-  switch (type) {
-    case DUCKDB_TYPE_BOOLEAN:
-      column.reading.form = ColumnForm::kBoolean;
+ColumnForm formOf(EngineKind kind) {
+  switch (kind) {
+    case EngineKind::kNumber:
+      return ColumnForm::kNumber;
+    case EngineKind::kBoolean:
+      return ColumnForm::kBoolean;
+    case EngineKind::kDate:
+      return ColumnForm::kDate;
+    case EngineKind::kTime:
+      return ColumnForm::kTime;
+    case EngineKind::kDateTime:
+    case EngineKind::kZonedDateTime:
+      return ColumnForm::kDateTime;
+    case EngineKind::kText:
+      return ColumnForm::kString;
+    case EngineKind::kUnusable:
       break;
-    case DUCKDB_TYPE_DOUBLE:
-      column.sqlType = "DOUBLE";
-      break;
-    case DUCKDB_TYPE_DATE:
-      column.reading.form = ColumnForm::kDate;
-      column.sqlType = "DATE";
-      break;
-    case DUCKDB_TYPE_TIME:
-    case DUCKDB_TYPE_TIME_NS:
-    case DUCKDB_TYPE_TIME_TZ:
-      column.reading.form = ColumnForm::kTime;
-      break;
-    case DUCKDB_TYPE_TIMESTAMP:
-    case DUCKDB_TYPE_TIMESTAMP_TZ:
-      column.reading.form = ColumnForm::kDateTime;
-      column.sqlType = type == DUCKDB_TYPE_TIMESTAMP ? "TIMESTAMP" : "TIMESTAMPTZ";
-      break;
-    case DUCKDB_TYPE_TIMESTAMP_S:
-    case DUCKDB_TYPE_TIMESTAMP_MS:
-    case DUCKDB_TYPE_TIMESTAMP_NS:
-      column.reading.form = ColumnForm::kDateTime;
-      break;
-    case DUCKDB_TYPE_VARCHAR:
-      column.reading.form = ColumnForm::kString;
-      column.isText = true;
-      break;
-    case DUCKDB_TYPE_ENUM:
-    case DUCKDB_TYPE_UUID:
-    case DUCKDB_TYPE_INTERVAL:
-      column.reading.form = ColumnForm::kString;
-      break;
-    case DUCKDB_TYPE_BLOB:
-    case DUCKDB_TYPE_BIT:
-    case DUCKDB_TYPE_LIST:
-    case DUCKDB_TYPE_ARRAY:
-    case DUCKDB_TYPE_STRUCT:
-    case DUCKDB_TYPE_MAP:
-    case DUCKDB_TYPE_UNION:
-      column.reading.form = ColumnForm::kUnusable;
-      break;
-    default:
-      break;  // all kinds of numbers, and nothing but nulls
   }
+  return ColumnForm::kUnusable;
+}
+
+void describe(EngineType type, SourceColumn& column) {
+  const EngineKind kind = kindOf(type);
+  column.reading.form = formOf(kind);
+  column.zoned = kind == EngineKind::kZonedDateTime;
+  column.isText = type.id == DUCKDB_TYPE_VARCHAR;
+  column.type = std::move(type);
 }
 
 /// A relation that is written once.

@@ -232,7 +232,7 @@ bool VarSpecObj::SetVariables(const std::vector<VarIndex>& variables, int) {
 bool VarSpecObj::SetVariable(VarIndex variable) {
   impl_->clear();
   impl_->valid = {variable};
-  const workbench::Variable& entry = currentSession().dataset->declaration(variable);
+  const workbench::Variable& entry = currentSession().dataset->variable(variable);
   if (!impl_->isWeight || !entry.isString()) return true;
   if (impl_->reporting) {
     workbench::report(workbench::Severity::kError, "Weight var ^1 string", {entry.name});

@@ -105,16 +105,11 @@ inline std::vector<std::string> casesOf(ActiveDataset& dataset,
   return lines;
 }
 
-/// Runs a command that looks at all variables, again when the types had to be corrected.
+/// Runs a command that looks at all variables.
 inline std::vector<std::string> casesOf(SourceDataset& dataset) {
   const std::vector<VarIndex> all = allVariables(dataset);
   dataset.beginCommand(all);
-  std::vector<std::string> lines = casesOf(dataset, all);
-  if (dataset.mustRestart()) {
-    dataset.beginCommand(all);
-    lines = casesOf(dataset, all);
-  }
-  return lines;
+  return casesOf(dataset, all);
 }
 inline std::vector<std::string> casesOf(const DataOptions& options) {
   return casesOf(*openDataset(options));

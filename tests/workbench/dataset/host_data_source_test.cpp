@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "host/data_source.h"
-#include "workbench/dataset/memory_dataset.h"
+#include "tests/memory/memory_dataset.h"
 #include "workbench/session/session.h"
 
 namespace workbench {

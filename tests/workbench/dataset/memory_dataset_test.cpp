@@ -1,4 +1,4 @@
-#include "workbench/dataset/memory_dataset.h"
+#include "tests/memory/memory_dataset.h"
 
 #include <gtest/gtest.h>
 

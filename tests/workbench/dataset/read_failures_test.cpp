@@ -117,24 +117,45 @@ TEST(ReadFailures, AFileThatVanishes) {
   std::filesystem::remove(path);
   const std::string failure = casesOf(*data).back();
   EXPECT_TRUE(has(failure, "failed: " + path + ": cannot be opened any more")) << failure;
-  EXPECT_FALSE(data->mustRestart());
   data->beginCommand({0});
   EXPECT_TRUE(data->failed()) << "for ever";
 }
 
-TEST(ReadFailures, AFileThatChangesBetweenThePasses) {
+TEST(ReadFailures, NumbersThatADoubleCannotHoldAreRefused) {
   const DataFolder folder;
-  DataOptions options =
-      dataOptions(folder.make("a.parquet", "COPY (SELECT range AS a FROM range(50000)) TO FILE"));
-  options.memoryLimit = 0;
-  options.collapse = CollapseMode::kNever;
-  const auto data = openDataset(options);
-  data->beginCommand({0});
-  EXPECT_EQ(casesOf(*data, {0}).size(), 50000U);
-  folder.make("b.parquet", "COPY (SELECT range AS a FROM range(40000)) TO FILE");
-  std::filesystem::rename(folder.path("b.parquet"), folder.path("a.parquet"));
-  const std::string failure = casesOf(*data, {0}).back();
-  EXPECT_TRUE(has(failure, "failed: ")) << failure;
+  const auto failure = [&](const std::string& value) {
+    return casesOf(folder.makeDatabase(
+                       "n.db", "CREATE OR REPLACE TABLE t AS SELECT * FROM (VALUES (1), (" + value +
+                                   ")) t(x)"))
+        .back();
+  };
+  EXPECT_EQ(failure("9007199254740992::BIGINT"), "9007199254740992|1");
+  EXPECT_EQ(failure("18446744073709549568::UBIGINT"), "1.844674407370955e+19|1");
+  EXPECT_EQ(failure("0.10::DECIMAL(38,2)"), "0.1|1");
+  for (const char* value :
+       {"9007199254740993::BIGINT", "-9007199254740993::BIGINT", "9223372036854775807::BIGINT",
+        "18446744073709551615::UBIGINT", "170141183460469231731687303715884105727::HUGEINT",
+        "12345678901234567.89::DECIMAL(38,2)"}) {
+    EXPECT_TRUE(has(failure(value), "case 2: x: ")) << value << ": " << failure(value);
+    EXPECT_TRUE(has(failure(value), "cannot be held exactly; cast")) << failure(value);
+  }
+}
+
+TEST(ReadFailures, MomentsThatAreNoneAreRefused) {
+  const DataFolder folder;
+  const auto failure = [&](const std::string& value) {
+    return casesOf(folder.makeDatabase("m.db",
+                                       "CREATE OR REPLACE TABLE t AS SELECT " + value + " AS x"))
+        .back();
+  };
+  for (const char* value :
+       {"DATE 'infinity'", "DATE '-infinity'", "TIMESTAMP 'infinity'", "TIMESTAMPTZ '-infinity'"}) {
+    EXPECT_TRUE(has(failure(value), "infinity is not a moment")) << failure(value);
+  }
+  EXPECT_TRUE(
+      has(failure("TIMESTAMP_NS '2026-01-31 00:00:00.123456789'"), "is finer than a microsecond"));
+  EXPECT_EQ(failure("TIMESTAMP_NS '2026-01-31 00:00:00.123456'"), "2026-01-31 00:00:00.123456|1");
+  EXPECT_EQ(failure("TIMETZ '01:30:00+02'"), "23:30:00|1");
 }
 
 TEST(ReadFailures, AnInterruptStopsTheRead) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "workbench/dataset/memory_dataset.h"
+#include "tests/memory/memory_dataset.h"
 #include "workbench/parser/command_text.h"
 #include "workbench/session/session.h"
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/memory/plain_table.h"
 #include "workbench/dataset/active_dataset.h"
-#include "workbench/dataset/case_table.h"
 #include "workbench/dataset/name_index.h"
 
 namespace workbench {
@@ -56,7 +56,7 @@ class MemoryDataset final : public ActiveDataset, private FeedObserver {
   void passComplete(int64_t cases) override { caseCount_ = cases; }
   void passFailed(const std::exception& error) override;
   VarIndex add(Variable variable, Column column);
-  std::shared_ptr<const CaseTable> buildTable() const;
+  std::shared_ptr<const PlainTable> buildTable() const;
 
   std::vector<Variable> variables_;
   std::vector<Column> columns_;
@@ -71,7 +71,7 @@ class MemoryDataset final : public ActiveDataset, private FeedObserver {
   std::string failure_;
   bool failed_ = false;
   std::shared_ptr<SplitCursor> cursor_;
-  std::shared_ptr<const CaseTable> table_;
+  std::shared_ptr<const PlainTable> table_;
 };
 
 }  // namespace workbench

@@ -1,4 +1,4 @@
-#include "workbench/dataset/case_table.h"
+#include "tests/memory/plain_table.h"
 
 #include <algorithm>
 #include <limits>
@@ -11,71 +11,37 @@
 
 namespace workbench {
 
-std::string_view CaseTable::Column::text(size_t row) const {
+std::string_view PlainTable::Column::text(size_t row) const {
   const size_t begin = row == 0 ? 0 : ends[row - 1];
   return std::string_view(bytes).substr(begin, ends[row] - begin);
 }
 
-CaseTable::CaseTable(const std::vector<VarIndex>& columns, bool weighted) : weighted_(weighted) {
+PlainTable::PlainTable(const std::vector<VarIndex>& columns, bool weighted) : weighted_(weighted) {
   for (const VarIndex variable : columns) columns_.emplace_back().variable = variable;
 }
 
-void CaseTable::addNumbers(size_t column, const double* values, size_t count) {
+void PlainTable::addNumbers(size_t column, const double* values, size_t count) {
   std::vector<double>& words = columns_[column].words;
   words.insert(words.end(), values, values + count);
 }
 
-void CaseTable::declareString(size_t column, int32_t width) {
+void PlainTable::declareString(size_t column, int32_t width) {
   columns_[column].isString = true;
   columns_[column].width = std::max(width, 1);
 }
 
-void CaseTable::addString(size_t column, std::string_view value) {
+void PlainTable::addString(size_t column, std::string_view value) {
   Column& into = columns_[column];
   into.width = std::max(into.width, static_cast<int32_t>(value.size()));
   into.bytes += value;
   into.ends.push_back(into.bytes.size());
 }
 
-double* CaseTable::extend(size_t column, size_t count) {
-  std::vector<double>& words = columns_[column].words;
-  words.resize(words.size() + count);
-  return words.data() + (words.size() - count);
-}
-
-double* CaseTable::extendWeights(size_t count) {
-  weights_.resize(weights_.size() + count);
-  return weights_.data() + (weights_.size() - count);
-}
-
-void CaseTable::reserve(size_t cases) {
-  for (Column& column : columns_) {
-    if (column.isString) {
-      column.ends.reserve(cases);
-    } else {
-      column.words.reserve(cases);
-    }
-  }
-  if (weighted_) weights_.reserve(cases);
-}
-
-size_t CaseTable::bytes() const {
-  size_t total = weights_.size() * sizeof(double);
-  for (const Column& column : columns_) {
-    total += column.words.size() * sizeof(double) + column.bytes.size();
-    const size_t words = static_cast<size_t>(column.width + 7) / 8;
-    total += column.ends.size() * (words * sizeof(double) + sizeof(size_t));
-  }
-  return total;
-}
-
-int32_t CaseTable::width(size_t column) const { return columns_[column].width; }
-
-ColumnView CaseTable::view(size_t column) const {
+ColumnView PlainTable::view(size_t column) const {
   return {columns_[column].words.data(), columns_[column].stride};
 }
 
-std::vector<size_t> CaseTable::positions(const std::vector<VarIndex>& variables) const {
+std::vector<size_t> PlainTable::positions(const std::vector<VarIndex>& variables) const {
   std::vector<size_t> found;
   for (const VarIndex variable : variables) {
     const auto at = std::find_if(columns_.begin(), columns_.end(),
@@ -86,20 +52,18 @@ std::vector<size_t> CaseTable::positions(const std::vector<VarIndex>& variables)
   return found;
 }
 
-void CaseTable::finish(const std::vector<VarIndex>& splitVariables) {
-  if (!splitVariables.empty() && caseCount_ > 0) orderCases(positions(splitVariables));
-  finishOrdered(splitVariables);
-}
-
-void CaseTable::finishOrdered(const std::vector<VarIndex>& splitVariables) {
-  if (!splitVariables.empty() && caseCount_ > 0) cutGroups(positions(splitVariables));
+void PlainTable::finish(const std::vector<VarIndex>& splitVariables) {
+  if (!splitVariables.empty() && caseCount_ > 0) {
+    orderCases(positions(splitVariables));
+    cutGroups(positions(splitVariables));
+  }
   for (Column& column : columns_) {
     if (column.isString) padStrings(column);
   }
 }
 
 /// Numbers in the order of their split values; strings are replaced by their rank.
-std::vector<double> CaseTable::sortKeys(const Column& column) const {
+std::vector<double> PlainTable::sortKeys(const Column& column) const {
   const auto count = static_cast<size_t>(caseCount_);
   std::vector<double> keys(count);
   if (!column.isString) {
@@ -123,7 +87,7 @@ std::vector<double> CaseTable::sortKeys(const Column& column) const {
   return keys;
 }
 
-void CaseTable::orderCases(const std::vector<size_t>& splitColumns) {
+void PlainTable::orderCases(const std::vector<size_t>& splitColumns) {
   if (caseCount_ > std::numeric_limits<uint32_t>::max()) {
     throw std::length_error("too many cases to hold in memory");
   }
@@ -147,7 +111,7 @@ void CaseTable::orderCases(const std::vector<size_t>& splitColumns) {
   }
 }
 
-void CaseTable::permute(Column& column, const std::vector<uint32_t>& order) {
+void PlainTable::permute(Column& column, const std::vector<uint32_t>& order) {
   if (!column.isString) {
     std::vector<double> moved(order.size());
     for (size_t i = 0; i < order.size(); ++i) moved[i] = column.words[order[i]];
@@ -166,13 +130,13 @@ void CaseTable::permute(Column& column, const std::vector<uint32_t>& order) {
   column.ends = std::move(ends);
 }
 
-SplitValue CaseTable::splitValue(const Column& column, int64_t row) const {
+SplitValue PlainTable::splitValue(const Column& column, int64_t row) const {
   const auto index = static_cast<size_t>(row);
   if (column.isString) return std::string(column.text(index));
   return column.words[index];
 }
 
-void CaseTable::cutGroups(const std::vector<size_t>& splitColumns) {
+void PlainTable::cutGroups(const std::vector<size_t>& splitColumns) {
   const auto differs = [&](int64_t row) {
     const auto index = static_cast<size_t>(row);
     return std::any_of(splitColumns.begin(), splitColumns.end(), [&](size_t position) {
@@ -192,7 +156,7 @@ void CaseTable::cutGroups(const std::vector<size_t>& splitColumns) {
   }
 }
 
-void CaseTable::padStrings(Column& column) {
+void PlainTable::padStrings(Column& column) {
   const int32_t words = std::max(1, (column.width + 7) / 8);
   column.stride = words;
   column.words.resize(column.ends.size() * static_cast<size_t>(words));

@@ -1,4 +1,4 @@
-#include "workbench/dataset/memory_dataset.h"
+#include "tests/memory/memory_dataset.h"
 
 #include <algorithm>
 #include <numeric>
@@ -86,10 +86,10 @@ const std::vector<SplitValue>& MemoryDataset::currentSplit() const {
   return cursor_ == nullptr || cursor_->values == nullptr ? none : *cursor_->values;
 }
 
-std::shared_ptr<const CaseTable> MemoryDataset::buildTable() const {
+std::shared_ptr<const PlainTable> MemoryDataset::buildTable() const {
   std::vector<VarIndex> all(variables_.size());
   std::iota(all.begin(), all.end(), 0);
-  auto table = std::make_shared<CaseTable>(all, weight_ >= 0);
+  auto table = std::make_shared<PlainTable>(all, weight_ >= 0);
   for (size_t i = 0; i < columns_.size(); ++i) {
     const Column& column = columns_[i];
     table->addNumbers(i, column.numbers.data(), column.numbers.size());
@@ -114,7 +114,7 @@ std::unique_ptr<CaseFeed> MemoryDataset::openFeed() {
   if (failed_) return nullptr;
   if (table_ == nullptr) table_ = buildTable();
   cursor_ = std::make_shared<SplitCursor>();
-  return makeTableFeed(table_, ColumnViews(variableCount()), cursor_, chunkSize_, this,
+  return makePlainFeed(table_, ColumnViews(variableCount()), cursor_, chunkSize_, *this,
                        table_->caseCount());
 }
 

@@ -1,14 +1,13 @@
-/// Cases held in memory, column by column, in the order in which they are handed over.
+/// Cases held in memory as they are handed over, column by column: plain and easy to check.
 #pragma once
 
 #include <cstdint>
-#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "workbench/dataset/active_dataset.h"
+#include "workbench/dataset/case_feed.h"
 
 namespace workbench {
 
@@ -19,11 +18,11 @@ struct SplitGroup {
 };
 
 /// Grows while the cases are read in file order; finish() brings them into split order.
-class CaseTable {
+class PlainTable {
  public:
   /// One column per variable of `columns`, in any order, without repeats. `weighted` tables carry
   /// weights besides.
-  CaseTable(const std::vector<VarIndex>& columns, bool weighted);
+  PlainTable(const std::vector<VarIndex>& columns, bool weighted);
 
   VarIndex variableOf(size_t column) const { return columns_[column].variable; }
   size_t columnCount() const { return columns_.size(); }
@@ -31,28 +30,15 @@ class CaseTable {
   /// Makes a column one of strings, at least this wide; to be called before values are added.
   void declareString(size_t column, int32_t width);
   /// The values are taken as they are, so they must be normal already (strings: trimmed).
-  void addNumber(size_t column, double value) { columns_[column].words.push_back(value); }
   void addNumbers(size_t column, const double* values, size_t count);
-  /// Room for `count` more numbers, which the caller fills in.
-  double* extend(size_t column, size_t count);
-  double* extendWeights(size_t count);
   void addString(size_t column, std::string_view value);
   void addWeight(double weight) { weights_.push_back(weight); }
   void setCaseCount(int64_t count) { caseCount_ = count; }
-
-  /// Bytes that the table takes or will take once it is finished.
-  size_t bytes() const;
-  /// Of the widest string so far, at least 1; 0 for columns of numbers.
-  int32_t width(size_t column) const;
 
   /// Brings the cases into the order of the split variables (each must be a column), those of a
   /// group into the order in which they were added, and strings into observations. To be called
   /// once, after all cases were added.
   void finish(const std::vector<VarIndex>& splitVariables);
-  /// The same for cases that are in order already.
-  void finishOrdered(const std::vector<VarIndex>& splitVariables);
-  /// Room for that many cases.
-  void reserve(size_t cases);
 
   int64_t caseCount() const { return caseCount_; }
   /// Empty without split variables.
@@ -87,50 +73,10 @@ class CaseTable {
   bool weighted_;
 };
 
-/// Cases that a feed reads at a time, and more than any chunk holds: what the engine gives last may
-/// reach beyond.
-inline constexpr int64_t kChunkCases = 16'384;
-inline constexpr int64_t kMostChunkCases = 2 * kChunkCases;
-
-/// Views of all variables of a data set; those that were not read show a missing value.
-class ColumnViews {
- public:
-  explicit ColumnViews(int32_t variableCount);
-  ColumnView& operator[](VarIndex variable) { return views_[static_cast<size_t>(variable)]; }
-  const ColumnView* data() const { return views_.data(); }
-  /// Makes a variable that was not read look missing.
-  void showMissing(const ActiveDataset& dataset, VarIndex variable);
-
- private:
-  std::vector<ColumnView> views_;
-};
-
-/// Makes a chunk of the cases of a table from `begin` to before `end`; `views` is what it shows.
-void showCases(const CaseTable& table, int64_t begin, int64_t end, ColumnViews& views,
-               CaseChunk& chunk);
-
-/// Where the newest feed stands: the values of the group that it delivered last.
-struct SplitCursor {
-  const std::vector<SplitValue>* values = nullptr;
-  std::vector<SplitValue> own;  ///< for feeds whose values do not outlive them
-};
-
-/// What a feed reports to the data set that opened it.
-class FeedObserver {
- public:
-  virtual ~FeedObserver() = default;
-  /// Asked before every chunk; false ends the feed for good.
-  virtual bool mayContinue() = 0;
-  /// All cases were delivered.
-  virtual void passComplete(int64_t cases) = 0;
-  /// The cases cannot be read to the end.
-  virtual void passFailed(const std::exception& error) = 0;
-};
-
-/// Walks a finished table in chunks of at most `chunkSize` cases. The observer may be null, else it
-/// outlives the feed; `cases` is what it is told at the end.
-std::unique_ptr<CaseFeed> makeTableFeed(std::shared_ptr<const CaseTable> table, ColumnViews views,
+/// Walks a finished table in chunks of at most `chunkSize` cases. The observer outlives the feed;
+/// `cases` is what it is told at the end.
+std::unique_ptr<CaseFeed> makePlainFeed(std::shared_ptr<const PlainTable> table, ColumnViews views,
                                         std::shared_ptr<SplitCursor> cursor, int64_t chunkSize,
-                                        FeedObserver* observer, int64_t cases);
+                                        FeedObserver& observer, int64_t cases);
 
 }  // namespace workbench

@@ -1,0 +1,52 @@
+/// Values of the engine's own types as the program holds them, exactly or not at all.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbench/engine/database.h"
+
+namespace workbench {
+
+/// What the values of a type are. Enumerations are numbers: 1 for the first category, and so on.
+enum class EngineKind : uint8_t {
+  kNumber,
+  kBoolean,
+  kDate,
+  kTime,
+  kDateTime,
+  kZonedDateTime,
+  kText,
+  kUnusable  ///< bytes, intervals, lists, structures
+};
+EngineKind kindOf(const EngineType& type);
+
+/// What to select so that TypedColumn can read a column of that type.
+std::string typedExpression(const EngineType& type, const std::string& quotedColumn);
+
+/// Reads one column of a query's result.
+class TypedColumn {
+ public:
+  explicit TypedColumn(EngineType type) : type_(std::move(type)) {}
+
+  /// What is wrong with a value, as the end of a sentence that begins with the value.
+  struct Flaw {
+    size_t row = 0;
+    std::string value;
+    std::string reason;
+  };
+
+  /// The chunk's values as numbers, NaN for nulls: dates and time stamps in seconds since
+  /// 1970-01-01 (UTC), times in seconds since midnight, booleans 0 and 1. False at the first value
+  /// that a double does not hold exactly, or that is no moment; `flaw` says which.
+  bool numbers(const Chunk& chunk, size_t column, double* out, Flaw& flaw) const;
+  /// The chunk's values as texts, empty for nulls, valid as long as the chunk.
+  static void texts(const Chunk& chunk, size_t column, std::string_view* out);
+
+ private:
+  EngineType type_;
+};
+
+}  // namespace workbench
