@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 export CMAKE_CXX_COMPILER_LAUNCHER := $(shell command -v ccache)
 
-.PHONY: build demo test check headers lint sanitize coverage fuzz bench format format-check setup \
+.PHONY: build demo test check headers lint browser sanitize coverage fuzz bench format format-check setup \
   needed program everything install package clean
 
 # The two libraries and the program.
@@ -47,11 +47,17 @@ package:
 	cd build && cpack -G DEB
 
 # What a change must pass: `test`, and what it leaves out because it takes long.
-check: test format-check headers lint sanitize
+check: test format-check headers lint sanitize browser
 
 format-check:
 	@scripts/setup.sh --check clang-format
 	clang-format --dry-run -Werror $$(git ls-files '*.h' '*.cpp')
+
+# HTML reports in headless Chromium.
+browser: build
+	@scripts/setup.sh --check chromium
+	cd tests/browser && npm ci --ignore-scripts --no-audit --no-fund --loglevel=error
+	PROPORTIONS=build/bin/proportions node tests/browser/report_test.mjs
 
 # Every header compiles alone.
 headers: needed

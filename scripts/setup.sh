@@ -15,7 +15,7 @@ if [ "${1:-}" = --check ]; then
   shift
 fi
 
-packages=(g++ cmake ninja-build python3
+packages=(g++ cmake ninja-build python3 python3-jsonschema
   libicu-dev libcli11-dev nlohmann-json3-dev libfmt-dev zlib1g-dev libzstd-dev
   libgtest-dev libgmock-dev "$@")
 

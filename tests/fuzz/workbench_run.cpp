@@ -24,7 +24,7 @@ const workbench::Catalogue& english() {
 
 std::string rendered(const workbench::OutputDocument& document, workbench::Format format) {
   std::ostringstream out;
-  workbench::render(document, format, out);
+  workbench::render(document, format, {}, out);
   return out.str();
 }
 

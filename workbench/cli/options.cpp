@@ -110,8 +110,8 @@ void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
       ->type_name("auto|always|never");
   app.add_option("--format", raw.format,
                  "the output format (default: from the ending of -o, else text)")
-      ->check(CLI::IsMember({"text", "markdown", "json", "csv"}, CLI::ignore_case))
-      ->type_name("text|markdown|json|csv");
+      ->check(CLI::IsMember({"text", "markdown", "html", "json", "csv"}, CLI::ignore_case))
+      ->type_name("text|markdown|html|json|csv");
   app.add_option("-o,--output", options.output, "the output file (default: standard output)");
   app.add_option("--progress", options.progress, "progress on standard error")
       ->transform(choice(std::map<std::string, ProgressMode>{{"auto", ProgressMode::kAuto},

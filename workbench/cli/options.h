@@ -16,6 +16,7 @@ struct ProgramOptions {
   DataOptions data;
   std::string commandText;
   Format format = Format::kText;
+  RenderOptions shown;
   std::string output;  ///< a path; empty: standard output
   ProgressMode progress = ProgressMode::kAuto;
 };

@@ -37,7 +37,9 @@ bool allFailed(const OutputDocument& document) {
 }
 
 void deliver(const OutputDocument& document, const ProgramOptions& options) {
-  const auto write = [&](std::ostream& out) { render(document, options.format, out); };
+  const auto write = [&](std::ostream& out) {
+    render(document, options.format, options.shown, out);
+  };
   const bool refused = allFailed(document);
   if (!options.output.empty()) {
     echoMessages(document);

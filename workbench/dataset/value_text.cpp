@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -11,6 +12,9 @@
 
 namespace workbench {
 namespace {
+
+constexpr double kSmallestPlain = 1e-9;
+constexpr double kLargestPlain = 1e16;
 
 bool isNumberKind(const Variable& variable) {
   return variable.kind == ValueKind::kNumber || variable.kind == ValueKind::kBoolean;
@@ -47,7 +51,12 @@ std::string shortestNumber(double value) {
   if (value == kSystemMissing) return ".";
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
-  return fmt::format("{}", value == 0.0 ? 0.0 : value);
+  const double size = std::fabs(value);
+  if (size == 0.0) return "0";
+  if (size < kSmallestPlain || size >= kLargestPlain) return fmt::format("{}", value);
+  std::array<char, 64> buffer{};
+  char* const end = buffer.data() + buffer.size();
+  return {buffer.data(), std::to_chars(buffer.data(), end, value, std::chars_format::fixed).ptr};
 }
 
 std::string valueText(const Variable& variable, double value) {

@@ -17,8 +17,8 @@ void addVariableNames(const std::vector<LabelData*>& labels) {
   std::unordered_map<std::string, int> uses;
   for (const LabelData* label : labels) ++uses[label->text];
   for (LabelData* label : labels) {
-    if (uses[label->text] > 1 && !label->variable.empty()) {
-      label->text += " [" + label->variable + "]";
+    if (uses[label->text] > 1 && !label->owner.empty()) {
+      label->text += " [" + label->owner + "]";
     }
   }
 }
@@ -30,7 +30,8 @@ void addNumbers(const std::vector<LabelData*>& labels) {
     const std::string base = label->text;
     while (!taken.insert(label->text).second) {
       int& number = numbers.try_emplace(base, 1).first->second;
-      label->text = base + " (" + std::to_string(++number) + ")";
+      label->twin = ++number;
+      label->text = base + " (" + std::to_string(number) + ")";
     }
   }
 }

@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "host/output.h"
@@ -16,13 +18,25 @@
 
 namespace workbench {
 
+/// A value of a variable as a label shows it and as it is.
+struct LabelValue {
+  std::string shown;  ///< its value label or its text
+  /// The number (system-missing too), a text, or a date or time in ISO form.
+  std::variant<double, std::string> exact;
+};
+
 /// What names a table, dimension, group, category or footnote. Texts are well-formed UTF-8.
 struct LabelData {
-  std::string identity;       ///< equal exactly for labels of the same structure
-  std::string key;            ///< what the procedure passed: a catalogue key or a template
-  std::string text;           ///< what a reader sees
-  std::string variable;       ///< name of the (first) variable shown, empty when there is none
-  bool showsMissing = false;  ///< a missing value is part of the text
+  std::string identity;                ///< equal exactly for labels of the same structure
+  std::string key;                     ///< what the procedure passed: a catalogue key or a template
+  std::string text;                    ///< what a reader sees
+  std::string owner;                   ///< name of the variable that tells it from others alike
+  std::vector<std::string> variables;  ///< names of the variables shown
+  std::vector<LabelValue> values;      ///< the values shown
+  std::optional<double> number;        ///< the first plain number shown
+  bool isValueList = false;            ///< the values stand in a list
+  bool showsMissing = false;           ///< a missing value is part of the text
+  int twin = 1;                        ///< from 2 on in labels that still read like another one
 };
 
 /// The values of the split variables of a group, as shown: variable, value.
@@ -166,6 +180,7 @@ struct DocumentProcedure {
   std::string title;
   std::string command;
   bool failed = false;
+  std::vector<std::string> splitVariables;  ///< names, outermost first
   std::vector<DocumentNote> notes;
   std::vector<DocumentMessage> messages;
   std::vector<std::unique_ptr<Table>> tables;

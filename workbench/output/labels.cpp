@@ -1,5 +1,6 @@
 #include "workbench/output/labels.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
@@ -88,6 +89,52 @@ std::string listText(const LabelPart& part) {
   return text;
 }
 
+/// A numeric value as machines read it: dates and times in ISO form, all else as numbers.
+std::variant<double, std::string> exactNumberValue(const Variable& variable, double value) {
+  const ValueKind kind = variable.kind;
+  const bool isPlain = kind == ValueKind::kNumber || kind == ValueKind::kBoolean;
+  if (isPlain || value == kSystemMissing) return value;
+  std::string text = valueText(variable, value);
+  if (kind == ValueKind::kDateTime) std::replace(text.begin(), text.end(), ' ', 'T');
+  return text;
+}
+
+LabelValue labelValue(const LabelPart& part) {
+  if (part.kind == LabelPart::Kind::kStringValue) return {textOf(part), validUtf8(part.text)};
+  return {textOf(part), exactNumberValue(declaration(part.variable), part.number)};
+}
+
+/// Adds what a part shows to what is known of the label.
+void addFacts(const LabelPart& part, LabelData& data) {
+  switch (part.kind) {
+    case LabelPart::Kind::kVariable:
+      data.variables.push_back(validUtf8(declaration(part.variable).name));
+      break;
+    case LabelPart::Kind::kNumberValue:
+    case LabelPart::Kind::kStringValue:
+      data.values.push_back(labelValue(part));
+      break;
+    case LabelPart::Kind::kNumber:
+      if (!data.number) data.number = part.number;
+      break;
+    case LabelPart::Kind::kList:
+      data.isValueList = true;
+      for (const LabelPart& element : part.elements) addFacts(element, data);
+      break;
+  }
+  data.showsMissing = data.showsMissing || showsMissing(part);
+}
+
+/// The variable that tells a label from others that read alike: the first that it names or, when
+/// it names none ("= control"), that of its value.
+std::string ownerOf(const BpComposite::Impl& impl, const LabelData& data) {
+  if (!data.variables.empty()) return data.variables.front();
+  for (const LabelPart& part : impl.parts) {
+    if (part.variable >= 0) return validUtf8(declaration(part.variable).name);
+  }
+  return "";
+}
+
 LabelData describeComposite(const BpComposite::Impl& impl) {
   LabelData data;
   data.key = validUtf8(impl.templateText);
@@ -97,18 +144,10 @@ LabelData describeComposite(const BpComposite::Impl& impl) {
     items[i].text = textOf(part);
     items[i].isList = part.kind == LabelPart::Kind::kList;
     for (const LabelPart& element : part.elements) items[i].elements.push_back(textOf(element));
-    data.showsMissing = data.showsMissing || showsMissing(part);
-    if (data.variable.empty() && part.kind == LabelPart::Kind::kVariable) {
-      data.variable = validUtf8(declaration(part.variable).name);
-    }
+    addFacts(part, data);
   }
   data.text = fillTemplate(catalogueText(data.key), items);
-  // A label that names no variable ("= control") is told apart by the variable of its value.
-  for (size_t i = 0; i < items.size() && data.variable.empty(); ++i) {
-    if (impl.parts[i].variable >= 0) {
-      data.variable = validUtf8(declaration(impl.parts[i].variable).name);
-    }
-  }
+  data.owner = ownerOf(impl, data);
   return data;
 }
 
@@ -117,7 +156,8 @@ LabelData describeVariable(const BpVariable& variable) {
   LabelData data;
   data.key = validUtf8(entry.name);
   data.text = validUtf8(entry.shownName());
-  data.variable = data.key;
+  data.owner = data.key;
+  data.variables = {data.key};
   return data;
 }
 
@@ -218,7 +258,8 @@ LabelData describeSplitValue(VarIndex variable, const SplitValue& value) {
   appendIdentity(data.identity, part);
   data.text = textOf(part);
   data.key = isNumber ? valueText(declaration(variable), part.number) : validUtf8(part.text);
-  data.variable = validUtf8(declaration(variable).name);
+  data.owner = validUtf8(declaration(variable).name);
+  data.values = {labelValue(part)};
   data.showsMissing = showsMissing(part);
   return data;
 }

@@ -103,6 +103,11 @@ void OutputDocument::finishProcedure(const ActiveDataset* dataset) {
     report(Severity::kError, "Data could not be read ^1", {dataset->failure()});
     procedure.tables.clear();
   }
+  if (dataset != nullptr) {
+    for (const VarIndex variable : dataset->splitVariables()) {
+      procedure.splitVariables.push_back(validUtf8(dataset->declaration(variable).name));
+    }
+  }
   procedure.failed = errors_ > 0;
   procedure.tables.erase(std::remove_if(procedure.tables.begin(), procedure.tables.end(),
                                         [](const auto& table) { return table->cellCount() == 0; }),

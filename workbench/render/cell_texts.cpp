@@ -1,85 +1,115 @@
 #include "workbench/render/cell_texts.h"
 
-#include <array>
-#include <charconv>
+#include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "workbench/dataset/value_text.h"
+#include "workbench/results/known_labels.h"
+#include "workbench/results/number_text.h"
 
 namespace workbench {
 namespace {
 
-constexpr double kLargestWhole = 1e17;  // longer counts are unreadable, and no longer exact
-constexpr double kLargestFixed = 1e7;
-constexpr double kSmallestFixed = 1e-4;
+constexpr int kFewestDecimals = 3;
+constexpr int kMostDecimals = 6;
+constexpr double kSmallestFixed = 1e-5;  // the least number with two digits among six decimals
+constexpr double kLargestFixed = 1e10;
+constexpr int kPercentShift = 2;
 
-std::string printed(std::chars_format form, int digits, double value) {
-  std::array<char, 64> buffer{};
-  char* const end = buffer.data() + buffer.size();
-  return {buffer.data(), std::to_chars(buffer.data(), end, value, form, digits).ptr};
-}
-
-/// Decimals that leave two significant digits of a small number.
-int decimalsFor(double size) {
-  return size == 0.0 || size >= 0.01 ? 3 : 1 - static_cast<int>(std::floor(std::log10(size)));
-}
-
-std::string statisticText(double value) {
-  const double size = std::fabs(value);
-  if (size >= kLargestFixed) return printed(std::chars_format::scientific, 3, value);
-  if (size != 0.0 && size < kSmallestFixed) return printed(std::chars_format::scientific, 1, value);
-  return printed(std::chars_format::fixed, decimalsFor(size), size == 0.0 ? 0.0 : value);
-}
-
-bool isPlainNumber(double value) { return value != kSystemMissing && std::isfinite(value); }
-
-/// The columns that hold p values, by the keys of their labels.
-bool holdsProbabilities(const LabelData& label) {
-  return label.key == "One-Sided p" || label.key == "Two-Sided p";
+bool isShare(Quantity quantity) {
+  switch (quantity) {
+    case Quantity::kProportion:
+    case Quantity::kDifference:
+    case Quantity::kStandardError:
+    case Quantity::kLower:
+    case Quantity::kUpper:
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace
 
-std::string numberText(double value, BpFormatSpec::Kind format) {
-  if (!isPlainNumber(value) || format == BpFormatSpec::Kind::kSigDigit) {
-    return shortestNumber(value);
-  }
-  if (format == BpFormatSpec::Kind::kGeneralStat) return statisticText(value);
-  if (std::fabs(value) >= kLargestWhole || value != std::floor(value)) return shortestNumber(value);
-  return printed(std::chars_format::fixed, 0, value == 0.0 ? 0.0 : value);
-}
-
-std::string probabilityText(double value) {
-  if (!isPlainNumber(value)) return shortestNumber(value);
-  if (value > 0.0 && value < 0.0005) return "<0.001";
-  return printed(std::chars_format::fixed, 3, value == 0.0 ? 0.0 : value);
-}
-
 std::string exactNumber(double value) {
-  if (value == kSystemMissing) return "";
-  if (std::isnan(value)) return "NaN";
-  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
-  return shortestNumber(value);
+  return value == kSystemMissing ? "" : shortestNumber(value);
 }
 
-CellTexts::CellTexts(const Table& table) : table_(table) {
-  for (const Dimension& dimension : table.dimensions()) {
-    std::vector<bool>& leaves = isProbability_.emplace_back();
-    for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
-      leaves.push_back(holdsProbabilities(dimension.node(dimension.leafNode(leaf)).label));
+CellTexts::CellTexts(const Table& table, const RenderOptions& options)
+    : table_(table),
+      hasFixedDigits_(options.digits.has_value()),
+      dimension_(table.dimensions().size()) {
+  const std::vector<size_t> onColumns = table.displayOrder(1);
+  if (!onColumns.empty()) dimension_ = onColumns.back();
+  findColumns(options);
+  if (!hasFixedDigits_) settleDecimals();
+}
+
+/// One column for each leaf; the bounds of an interval share theirs.
+void CellTexts::findColumns(const RenderOptions& options) {
+  Column plain;
+  plain.decimals = options.digits.value_or(kFewestDecimals);
+  columns_.push_back(plain);  // of cells without a leaf
+  place_.push_back(0);
+  if (dimension_ == table_.dimensions().size()) return;
+  const Dimension& dimension = table_.dimensions()[dimension_];
+  std::map<int32_t, size_t> ofInterval;  // by the group's node
+  for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
+    const DimensionNode& node = dimension.node(dimension.leafNode(leaf));
+    size_t place = columns_.size();
+    if (isIntervalGroup(dimension.node(node.parent).label.key)) {
+      place = ofInterval.emplace(node.parent, place).first->second;
     }
+    place_.push_back(place);
+    if (place < columns_.size()) continue;
+    Column column = plain;
+    if (const auto quantity = quantityOf(node.label.key)) {
+      column.isProbability = *quantity == Quantity::kOneSidedP || *quantity == Quantity::kTwoSidedP;
+      column.inPercent = options.percent && isShare(*quantity);
+    }
+    columns_.push_back(column);
   }
+}
+
+void CellTexts::settleDecimals() {
+  for (size_t cell = 0; cell < table_.cellCount(); ++cell) {
+    const TableCell& entry = table_.cell(cell);
+    if (entry.format != BpFormatSpec::Kind::kGeneralStat || !isPlainNumber(entry.value)) continue;
+    const double size = std::fabs(entry.value);
+    if (size < kSmallestFixed) continue;
+    int& decimals =
+        columns_[place_[static_cast<size_t>(table_.leafOf(cell, dimension_) + 1)]].decimals;
+    decimals = std::max(decimals, decimalsFor(size, kFewestDecimals, kMostDecimals));
+  }
+  for (Column& column : columns_) {
+    if (column.inPercent) column.decimals -= kPercentShift;
+  }
+}
+
+const CellTexts::Column& CellTexts::columnOf(size_t cell) const {
+  return columns_[place_[static_cast<size_t>(table_.leafOf(cell, dimension_) + 1)]];
 }
 
 std::string CellTexts::operator()(size_t cell) const {
   const TableCell& entry = table_.cell(cell);
-  for (size_t i = 0; i < isProbability_.size(); ++i) {
-    const int32_t leaf = table_.leafOf(cell, i);
-    if (leaf >= 0 && isProbability_[i][static_cast<size_t>(leaf)]) {
-      return probabilityText(entry.value);
-    }
+  if (!isPlainNumber(entry.value) || entry.format == BpFormatSpec::Kind::kSigDigit) {
+    return shortestNumber(entry.value);
   }
-  return numberText(entry.value, entry.format);
+  if (entry.format == BpFormatSpec::Kind::kCount) return countText(entry.value);
+  const Column& column = columnOf(cell);
+  if (column.isProbability) {
+    return probabilityText(entry.value, hasFixedDigits_ ? column.decimals : kFewestDecimals);
+  }
+  const double size = std::fabs(entry.value);
+  if (size >= kLargestFixed) return exponentText(entry.value, kFewestDecimals);
+  const bool isTiny = size != 0.0 && size < kSmallestFixed && !hasFixedDigits_;
+  if (column.inPercent) {
+    return (isTiny ? exponentText(100 * entry.value, 1)
+                   : fixedText(entry.value, column.decimals, kPercentShift)) +
+           '%';
+  }
+  return isTiny ? exponentText(entry.value, 1) : fixedText(entry.value, column.decimals);
 }
 
 }  // namespace workbench

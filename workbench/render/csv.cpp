@@ -1,146 +1,228 @@
 #include <algorithm>
+#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "workbench/render/cell_texts.h"
+#include "workbench/render/csv_fields.h"
 #include "workbench/render/render.h"
 #include "workbench/render/writer.h"
+#include "workbench/results/result_rows.h"
 
 namespace workbench {
 namespace {
 
 using Names = std::vector<std::string>;
 
-/// A text field. A text that a spreadsheet would run as a formula gets an apostrophe before it.
-std::string field(std::string_view text) {
-  constexpr std::string_view kFormulaStarts = "=+-@\t\r";
-  const bool isFormula = !text.empty() && kFormulaStarts.find(text[0]) != std::string_view::npos;
-  std::string result = isFormula ? "'" : "";
-  result += text;
-  if (result.find_first_of(",\"\r\n") == std::string::npos) return result;
-  std::string quoted = "\"";
-  for (const char c : result) quoted.append(c == '"' ? 2 : 1, c);
-  return quoted + '"';
+constexpr std::array<std::string_view, 3> kColumnsBeforeSplits{"command", "design", "table"};
+
+constexpr std::array<std::string_view, 20> kColumnsAfterSplits{
+    "variable",       "success",     "variable2",  "success2",  "measurement",
+    "group_variable", "group",       "method",     "successes", "trials",
+    "proportion",     "test_value",  "difference", "std_error", "z",
+    "p_one_sided",    "p_two_sided", "level",      "lower",     "upper"};
+
+constexpr std::string_view kNote = "note";
+
+std::string_view nameOf(Design design) {
+  switch (design) {
+    case Design::kOneSample:
+      return "one-sample";
+    case Design::kPaired:
+      return "paired";
+    case Design::kIndependent:
+      break;
+  }
+  return "independent";
 }
 
-std::string joined(const std::vector<std::string_view>& path) {
+std::string_view nameOf(ResultKind kind) {
+  switch (kind) {
+    case ResultKind::kStatistics:
+      return "statistics";
+    case ResultKind::kIntervals:
+      return "intervals";
+    case ResultKind::kTests:
+      break;
+  }
+  return "tests";
+}
+
+template <size_t count>
+bool contains(const std::array<std::string_view, count>& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+/// The columns of the split variables. One whose name is taken gets `split_` in front.
+Names splitColumns(const Names& variables) {
+  Names columns;
+  for (const std::string& variable : variables) {
+    std::string name = variable;
+    while (contains(kColumnsBeforeSplits, name) || contains(kColumnsAfterSplits, name) ||
+           name == kNote || std::find(columns.begin(), columns.end(), name) != columns.end()) {
+      name.insert(0, "split_");
+    }
+    columns.push_back(std::move(name));
+  }
+  return columns;
+}
+
+/// The texts of several values with bars between them; a bar within a value is doubled.
+std::string barred(const std::vector<LabelValue>& values) {
   std::string result;
-  for (const std::string_view text : path) {
-    if (!result.empty()) result += " / ";
-    result += text;
+  for (const LabelValue& value : values) {
+    if (&value != &values.front()) result += '|';
+    for (const char c : value.shown) result.append(c == '|' ? 2 : 1, c);
   }
   return result;
 }
 
-/// The names that get a column each, in order of first appearance.
-struct Columns {
-  Names splits;
-  Names dimensions;
-};
-
-void addName(Names& names, const std::string& name) {
-  if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
-}
-
-void addColumnsOf(const Table& table, Columns& columns) {
-  for (const auto& [name, value] : table.split()) addName(columns.splits, name);
-  for (const int axis : {0, 1}) {
-    for (const size_t d : table.displayOrder(axis)) {
-      const Dimension& dimension = table.dimensions()[d];
-      addName(dimension.isSplit ? columns.splits : columns.dimensions, dimension.label().text);
-    }
+/// What a label says of its variable: the values, and how they are compared.
+std::string condition(const LabelData& label) {
+  std::string text(relationOf(label.key));
+  if (label.values.size() == 1 && !label.isValueList) {
+    text += label.values.front().shown;
+  } else {
+    text += barred(label.values);
   }
+  if (label.twin > 1 && !label.values.empty()) text += " (" + std::to_string(label.twin) + ")";
+  return text;
 }
 
-/// The names of all columns; one that is taken already gets a number.
-Names headerOf(const Columns& columns) {
-  Names taken{"table", "value", "note"};
-  Names header{"table"};
-  for (const Names* names : {&columns.splits, &columns.dimensions}) {
-    for (const std::string& name : *names) {
-      std::string own = name;
-      for (int i = 2; std::find(taken.begin(), taken.end(), own) != taken.end(); ++i) {
-        own = name + " (" + std::to_string(i) + ")";
-      }
-      taken.push_back(own);
-      header.push_back(own);
-    }
-  }
-  header.insert(header.end(), {"value", "note"});
-  return header;
+std::string variableName(const LabelData& label, size_t position) {
+  return position < label.variables.size() ? label.variables[position] : "";
 }
 
-/// The rows of one table. A leaf's field is made once and not for every cell.
+/// The rows of one table.
 class TableRows {
  public:
-  TableRows(const Table& table, const Columns& columns)
-      : table_(table), start_(field(table.title().text)) {
-    for (const std::string& name : columns.splits) addColumn(name, true);
-    for (const std::string& name : columns.dimensions) addColumn(name, false);
-    for (const CellNoteText& note : table.notes()) notes_.push_back(field(note.text));
+  TableRows(const Table& table, std::string start, const Names& splits, std::string grouping)
+      : rows_(table, EmptyCategories::kAll),
+        start_(std::move(start)),
+        splits_(splits),
+        grouping_(csvText(grouping)) {
+    start_ += ',';
+    start_ += nameOf(rows_.kind().design);
+    start_ += ',';
+    start_ += nameOf(rows_.kind().kind);
+    if (rows_.level()) level_ = csvNumber(*rows_.level());
+    if (rows_.testValue()) testValue_ = csvNumber(*rows_.testValue());
   }
 
   void write(Writer& out) const {
-    for (size_t cell = 0; cell < table_.cellCount(); ++cell) {
-      out << start_;
-      for (const Column& column : columns_) out << ',' << textAt(column, cell);
-      const TableCell& content = table_.cell(cell);
-      out << ',' << exactNumber(content.value) << ',';
-      if (content.note >= 0) out << notes_[static_cast<size_t>(content.note)];
-      out << '\n';
-    }
+    for (size_t row = 0; row < rows_.count(); ++row) writeRow(row, out);
   }
 
  private:
-  struct Column {
-    bool hasDimension = false;
-    size_t dimension = 0;
-    std::string constant;  // of a table that has no such dimension
-    Names leaves;
-  };
-
-  const std::string& textAt(const Column& column, size_t cell) const {
-    const int32_t leaf = column.hasDimension ? table_.leafOf(cell, column.dimension) : -1;
-    return leaf < 0 ? column.constant : column.leaves[static_cast<size_t>(leaf)];
+  void writeRow(size_t row, Writer& out) const {
+    out << start_;
+    for (size_t split = 0; split < splits_.size(); ++split) {
+      out << ',' << csvText(splitText(row, split));
+    }
+    writeSubject(rows_.subject(row), out);
+    for (const Quantity quantity : {Quantity::kSuccesses, Quantity::kTrials, Quantity::kProportion})
+      writeNumber(row, quantity, out);
+    const bool hasCells = rows_.hasCells(row);
+    out << ',' << (hasCells ? testValue_ : "");
+    for (const Quantity quantity : {Quantity::kDifference, Quantity::kStandardError, Quantity::kZ,
+                                    Quantity::kOneSidedP, Quantity::kTwoSidedP}) {
+      writeNumber(row, quantity, out);
+    }
+    out << ',' << (hasCells ? level_ : "");
+    writeNumber(row, Quantity::kLower, out);
+    writeNumber(row, Quantity::kUpper, out);
+    writeNotes(row, out);
+    out << '\n';
   }
 
-  void addColumn(const std::string& name, bool isSplit) {
-    Column column;
-    for (const auto& [variable, value] : table_.split()) {
-      if (isSplit && variable == name) column.constant = field(value);
+  std::string splitText(size_t row, size_t split) const {
+    const ShownSplit& own = rows_.table().split();
+    if (split < own.size()) return own[split].second;
+    if (split >= rows_.splitDimensions().size()) return "";
+    const LabelData* value = rows_.splitValue(row, split);
+    return value == nullptr ? "" : value->text;
+  }
+
+  void writeSubject(const ResultSubject& subject, Writer& out) const {
+    const LabelData none;
+    const LabelData& first = subject.variable == nullptr ? none : *subject.variable;
+    const LabelData& second = subject.variable2 == nullptr ? none : *subject.variable2;
+    // The label of an interval's or a test's pair names both of its variables.
+    const std::string secondName =
+        subject.variable2 == nullptr ? variableName(first, 1) : variableName(second, 0);
+    out << ',' << csvText(variableName(first, 0)) << ',' << csvText(condition(first)) << ','
+        << csvText(secondName) << ',' << csvText(condition(second)) << ','
+        << (subject.measurement > 0 ? std::to_string(subject.measurement) : "") << ',' << grouping_
+        << ',' << (subject.group == nullptr ? "" : csvText(condition(*subject.group))) << ',';
+    if (subject.method != nullptr) {
+      out << subject.method->keyword;
+    } else if (subject.methodLabel != nullptr) {
+      out << csvText(subject.methodLabel->text);
     }
-    for (size_t d = 0; d < table_.dimensions().size(); ++d) {
-      const Dimension& dimension = table_.dimensions()[d];
-      if (dimension.isSplit != isSplit || dimension.label().text != name) continue;
-      column.hasDimension = true;
-      column.dimension = d;
-      for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
-        column.leaves.push_back(field(joined(dimension.path(leaf))));
+  }
+
+  void writeNumber(size_t row, Quantity quantity, Writer& out) const {
+    out << ',' << csvNumber(rows_.value(row, quantity));
+  }
+
+  void writeNotes(size_t row, Writer& out) const {
+    std::string joined;
+    for (const CellNoteText* note : rows_.notes(row)) {
+      joined += (joined.empty() ? "" : "; ") + note->text;
+    }
+    out << ',' << csvText(joined);
+  }
+
+  const ResultRows rows_;
+  std::string start_;
+  const Names& splits_;
+  std::string grouping_;
+  std::string level_;
+  std::string testValue_;
+};
+
+/// The name of the grouping variable, which only the group statistics show.
+std::string groupingOf(const DocumentProcedure& procedure) {
+  for (const auto& table : procedure.tables) {
+    for (const Dimension& dimension : table->dimensions()) {
+      if (!dimension.isSplit && dimension.label().variables.size() == 1) {
+        return dimension.label().variables.front();
       }
     }
-    columns_.push_back(std::move(column));
   }
-
-  const Table& table_;
-  std::string start_;
-  std::vector<Column> columns_;
-  Names notes_;
-};
+  return "";
+}
 
 }  // namespace
 
-void renderCsv(const OutputDocument& document, std::ostream& stream) {
-  Columns columns;
+void renderCsv(const OutputDocument& document, const RenderOptions&, std::ostream& stream) {
+  Names variables;
   for (const auto& procedure : document.procedures()) {
-    for (const auto& table : procedure->tables) addColumnsOf(*table, columns);
+    if (variables.empty()) variables = procedure->splitVariables;
   }
+  const Names splits = splitColumns(variables);
+
   Writer out(stream);
-  std::string line;
-  for (const std::string& name : headerOf(columns)) line += (line.empty() ? "" : ",") + field(name);
-  out << line << '\n';
+  std::string_view separator;
+  const auto writeName = [&](std::string_view name) {
+    out << separator << csvText(name);
+    separator = ",";
+  };
+  for (const std::string_view name : kColumnsBeforeSplits) writeName(name);
+  for (const std::string& name : splits) writeName(name);
+  for (const std::string_view name : kColumnsAfterSplits) writeName(name);
+  writeName(kNote);
+  out << '\n';
+
+  size_t command = 0;
   for (const auto& procedure : document.procedures()) {
-    for (const auto& table : procedure->tables) TableRows(*table, columns).write(out);
+    const std::string number = std::to_string(++command);
+    const std::string grouping = groupingOf(*procedure);
+    for (const auto& table : procedure->tables) {
+      if (!tableKindOf(table->title().key)) continue;
+      TableRows(*table, number, splits, grouping).write(out);
+    }
   }
   out.finish();
 }

@@ -6,6 +6,8 @@
 #include "workbench/render/cell_texts.h"
 #include "workbench/render/render.h"
 #include "workbench/render/writer.h"
+#include "workbench/results/known_labels.h"
+#include "workbench/results/sentences.h"
 
 namespace workbench {
 namespace {
@@ -67,10 +69,34 @@ void writeMessage(Writer& out, const DocumentMessage& message) {
   out << '}';
 }
 
+std::string exactValue(const LabelValue& value) {
+  if (const auto* number = std::get_if<double>(&value.exact)) return jsonNumber(*number);
+  return jsonString(std::get<std::string>(value.exact));
+}
+
+/// What a label shows, for readers that are no people.
+std::string facts(const LabelData& label) {
+  std::string result;
+  if (!label.variables.empty()) result += ",\"variables\":" + strings(label.variables);
+  if (!label.values.empty()) {
+    result += ",\"values\":[";
+    for (const LabelValue& value : label.values) {
+      if (&value != &label.values.front()) result += ',';
+      result += exactValue(value);
+    }
+    result += ']';
+  }
+  if (label.number && isIntervalGroup(label.key)) {
+    result += ",\"level\":" + jsonNumber(*label.number);
+  }
+  return result;
+}
+
 /// Writes one table. What a leaf contributes to a cell is made once and not for every cell.
 class TableWriter {
  public:
-  TableWriter(const Table& table, Writer& out) : table_(table), out_(out), texts_(table) {
+  TableWriter(const Table& table, Writer& out)
+      : table_(table), out_(out), texts_(table, RenderOptions()) {
     for (const int axis : {0, 1}) {
       for (const size_t d : table.displayOrder(axis)) order_.push_back(d);
     }
@@ -102,8 +128,11 @@ class TableWriter {
   }
 
   void writeDimension(const Dimension& dimension) {
-    out_ << "{\"name\":" << jsonString(dimension.label().text) << ",\"axis\":\""
-         << (dimension.axis == 1 ? "column" : "row") << "\",\"categories\":";
+    const LabelData& label = dimension.label();
+    out_ << "{\"name\":" << jsonString(label.text) << ",\"axis\":\""
+         << (dimension.axis == 1 ? "column" : "row") << '"';
+    if (label.variables.size() == 1) out_ << ",\"variable\":" << jsonString(label.variables[0]);
+    out_ << ",\"categories\":";
     writeChildren(dimension, 0);
     out_ << '}';
   }
@@ -112,7 +141,7 @@ class TableWriter {
     writeList(out_, dimension.node(parent).children, [&](int32_t child) {
       const DimensionNode& node = dimension.node(child);
       out_ << "{\"label\":" << jsonString(node.label.text)
-           << ",\"key\":" << jsonString(node.label.key);
+           << ",\"key\":" << jsonString(node.label.key) << facts(node.label);
       if (!node.footnotes.empty()) {
         out_ << ",\"notes\":";
         writeList(out_, node.footnotes, [this](const LabelData& note) {
@@ -154,7 +183,7 @@ class TableWriter {
   std::vector<std::string> notes_;
 };
 
-void writeProcedure(Writer& out, const DocumentProcedure& procedure) {
+void writeProcedure(Writer& out, const DocumentProcedure& procedure, bool withSentences) {
   out << "{\"title\":" << jsonString(procedure.title)
       << ",\"command\":" << jsonString(procedure.command) << ",\"status\":\""
       << (procedure.failed ? "failed" : "ok") << "\",\n\"notes\":";
@@ -164,16 +193,22 @@ void writeProcedure(Writer& out, const DocumentProcedure& procedure) {
             [&](const DocumentMessage& message) { writeMessage(out, message); });
   out << ",\n\"tables\":";
   writeList(out, procedure.tables, [&](const auto& table) { TableWriter(*table, out).write(); });
+  if (withSentences) {
+    out << ",\n\"sentences\":";
+    writeList(out, reportSentences(procedure, std::nullopt),
+              [&](const std::string& sentence) { out << jsonString(sentence); });
+  }
   out << '}';
 }
 
 }  // namespace
 
-void renderJson(const OutputDocument& document, std::ostream& stream) {
+void renderJson(const OutputDocument& document, const RenderOptions& options,
+                std::ostream& stream) {
   Writer out(stream);
   out << "{\"schema\":\"proportions-output/1\",\"procedures\":";
   writeList(out, document.procedures(),
-            [&](const auto& procedure) { writeProcedure(out, *procedure); });
+            [&](const auto& procedure) { writeProcedure(out, *procedure, options.sentences); });
   out << "}\n";
   out.finish();
 }

@@ -1,13 +1,16 @@
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "workbench/render/cell_texts.h"
 #include "workbench/render/footnotes.h"
-#include "workbench/render/grid.h"
 #include "workbench/render/render.h"
+#include "workbench/render/text_plot.h"
 #include "workbench/render/writer.h"
+#include "workbench/results/grid.h"
+#include "workbench/results/sentences.h"
 #include "workbench/text/display_width.h"
 
 namespace workbench {
@@ -56,7 +59,8 @@ std::string joined(const std::vector<std::string_view>& path) {
 
 class MarkdownTable {
  public:
-  MarkdownTable(const Table& table, Writer& out) : grid_(table), texts_(table), out_(out) {}
+  MarkdownTable(const Table& table, const RenderOptions& options, Writer& out)
+      : grid_(table), texts_(table, options), out_(out) {}
 
   void write() {
     out_ << "### " << escaped(tableHeading(grid_.table())) << "\n\n";
@@ -159,7 +163,25 @@ void writeMessage(const DocumentMessage& message, Writer& out) {
   writeCode(text.substr(end + 1), "  ", out);
 }
 
-void writeProcedure(const DocumentProcedure& procedure, Writer& out) {
+/// The bars of a table as a block of text.
+void writePlot(const Table& table, const DocumentProcedure& procedure, const RenderOptions& options,
+               Writer& out) {
+  std::ostringstream plot;
+  Writer lines(plot);
+  writeTextPlot(table, procedure, options, lines);
+  lines.finish();
+  if (plot.str().empty()) return;
+  out << "```\n" << plot.str().substr(0, plot.str().find_last_not_of('\n') + 1) << "\n```\n\n";
+}
+
+void writeSentences(const DocumentProcedure& procedure, const RenderOptions& options, Writer& out) {
+  for (const std::string& sentence : reportSentences(procedure, options.digits)) {
+    out << "- " << escaped(sentence) << '\n';
+  }
+  out << '\n';
+}
+
+void writeProcedure(const DocumentProcedure& procedure, const RenderOptions& options, Writer& out) {
   out << "## " << escaped(procedure.title) << "\n\n";
   if (!procedure.command.empty()) {
     writeCode(procedure.command, "", out);
@@ -167,7 +189,11 @@ void writeProcedure(const DocumentProcedure& procedure, Writer& out) {
   }
   for (const DocumentMessage& message : procedure.messages) writeMessage(message, out);
   if (!procedure.messages.empty()) out << '\n';
-  for (const auto& table : procedure.tables) MarkdownTable(*table, out).write();
+  for (const auto& table : procedure.tables) {
+    MarkdownTable(*table, options, out).write();
+    if (options.plot) writePlot(*table, procedure, options, out);
+  }
+  if (options.sentences) writeSentences(procedure, options, out);
   for (const DocumentNote& note : procedure.notes) {
     out << "- **" << escaped(note.label) << ":** " << escaped(note.value) << '\n';
   }
@@ -176,9 +202,10 @@ void writeProcedure(const DocumentProcedure& procedure, Writer& out) {
 
 }  // namespace
 
-void renderMarkdown(const OutputDocument& document, std::ostream& stream) {
+void renderMarkdown(const OutputDocument& document, const RenderOptions& options,
+                    std::ostream& stream) {
   Writer out(stream);
-  for (const auto& procedure : document.procedures()) writeProcedure(*procedure, out);
+  for (const auto& procedure : document.procedures()) writeProcedure(*procedure, options, out);
   out.finish();
 }
 

@@ -11,12 +11,13 @@ struct FormatEntry {
   std::string_view name;
   std::array<std::string_view, 2> endings;
   Format format;
-  void (*render)(const OutputDocument&, std::ostream&);
+  void (*render)(const OutputDocument&, const RenderOptions&, std::ostream&);
 };
 
-constexpr std::array<FormatEntry, 4> kFormats{
+constexpr std::array<FormatEntry, 5> kFormats{
     {{"text", {".txt", ".text"}, Format::kText, renderText},
      {"markdown", {".md", ".markdown"}, Format::kMarkdown, renderMarkdown},
+     {"html", {".html", ".htm"}, Format::kHtml, renderHtml},
      {"json", {".json", ".json"}, Format::kJson, renderJson},
      {"csv", {".csv", ".csv"}, Format::kCsv, renderCsv}}};
 
@@ -50,9 +51,10 @@ std::optional<Format> formatFromEnding(std::string_view path) {
   return std::nullopt;
 }
 
-void render(const OutputDocument& document, Format format, std::ostream& out) {
+void render(const OutputDocument& document, Format format, const RenderOptions& options,
+            std::ostream& out) {
   for (const FormatEntry& entry : kFormats) {
-    if (entry.format == format) entry.render(document, out);
+    if (entry.format == format) entry.render(document, options, out);
   }
 }
 

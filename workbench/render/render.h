@@ -1,6 +1,7 @@
 /// Output formats.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <ostream>
 #include <string_view>
@@ -9,23 +10,36 @@
 
 namespace workbench {
 
-enum class Format { kText, kMarkdown, kJson, kCsv };
+enum class Format { kText, kMarkdown, kHtml, kJson, kCsv };
 
-/// "text", "markdown", "json" or "csv"; nothing for any other name.
+/// "text", "markdown", "html", "json" or "csv"; nothing for any other name.
 std::optional<Format> formatFromName(std::string_view name);
-/// The format that a file's ending tells: .txt, .text, .md, .markdown, .json, .csv, whatever the
-/// case; nothing for any other.
+/// The format that a file's ending tells: .txt, .text, .md, .markdown, .html, .htm, .json, .csv,
+/// whatever the case; nothing for any other.
 std::optional<Format> formatFromEnding(std::string_view path);
 
+/// How results are shown. What a format has no use for, it ignores: the exact formats (JSON, CSV)
+/// never round.
+struct RenderOptions {
+  size_t width = 100;         ///< columns of a line of text, at least kNarrowestWidth
+  std::optional<int> digits;  ///< decimals of proportions and statistics, 0 to 15
+  bool percent = false;       ///< proportions and their differences in percent
+  bool plot = false;          ///< intervals as bars of characters, too
+  bool sentences = false;     ///< a sentence to report for each row of a result
+};
+
+inline constexpr size_t kNarrowestWidth = 40;
+inline constexpr int kMostDigits = 15;
+
 /// Writes the whole document. What goes wrong shows in the stream's state.
-void render(const OutputDocument& document, Format format, std::ostream& out);
+void render(const OutputDocument& document, Format format, const RenderOptions& options,
+            std::ostream& out);
 
-void renderText(const OutputDocument& document, std::ostream& out);
-void renderMarkdown(const OutputDocument& document, std::ostream& out);
-void renderJson(const OutputDocument& document, std::ostream& out);
-void renderCsv(const OutputDocument& document, std::ostream& out);
-
-/// Writes the messages alone, as text that is safe for a terminal.
-void renderMessages(const OutputDocument& document, std::ostream& out);
+void renderText(const OutputDocument& document, const RenderOptions& options, std::ostream& out);
+void renderMarkdown(const OutputDocument& document, const RenderOptions& options,
+                    std::ostream& out);
+void renderHtml(const OutputDocument& document, const RenderOptions& options, std::ostream& out);
+void renderJson(const OutputDocument& document, const RenderOptions& options, std::ostream& out);
+void renderCsv(const OutputDocument& document, const RenderOptions& options, std::ostream& out);
 
 }  // namespace workbench

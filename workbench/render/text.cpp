@@ -3,15 +3,18 @@
 #include <string_view>
 
 #include "workbench/render/render.h"
+#include "workbench/render/text_block.h"
+#include "workbench/render/text_plot.h"
 #include "workbench/render/text_table.h"
 #include "workbench/render/wrap.h"
 #include "workbench/render/writer.h"
+#include "workbench/results/sentences.h"
 #include "workbench/text/display_width.h"
 
 namespace workbench {
 namespace {
 
-constexpr size_t kTextWidth = 100;
+constexpr size_t kNarrowIndent = 4;
 
 /// Calls visit(line) for each line of a text.
 template <typename Visit>
@@ -23,66 +26,90 @@ void forEachLine(std::string_view text, Visit visit) {
   }
 }
 
-void writeWrapped(std::string_view text, std::string_view lead, Writer& out) {
+/// A text behind a lead, the lines that follow indented like the first; on lines of its own where
+/// the lead leaves it no room.
+void writeWrapped(std::string_view text, std::string_view lead, size_t width, Writer& out) {
+  size_t indent = widthOf(lead);
   std::string start(lead);
-  for (const std::string& line : wrapText(printable(text), kTextWidth - displayWidth(lead))) {
+  if (2 * indent > width) {
+    out << trimmedLine(start) << '\n';
+    indent = kNarrowIndent;
+    start.assign(indent, ' ');
+  }
+  for (const std::string& line : wrapText(printable(text), width - indent)) {
     out << start << line << '\n';
-    start.assign(displayWidth(lead), ' ');
+    start.assign(indent, ' ');
   }
 }
 
 /// A text of one line is broken where it is too long; the lines of a longer one stay as they are,
 /// for they may point at places of each other.
-void writeMessage(const DocumentMessage& message, Writer& out) {
+void writeMessage(const DocumentMessage& message, size_t width, Writer& out) {
   const std::string_view lead = message.severity == Severity::kError ? "Error: " : "Warning: ";
   if (message.text.find('\n') == std::string::npos) {
-    writeWrapped(message.text, lead, out);
+    writeWrapped(message.text, lead, width, out);
     return;
   }
   out << lead;
   forEachLine(message.text, [&](std::string_view line) { out << printable(line) << '\n'; });
 }
 
-void writeMessages(const DocumentProcedure& procedure, Writer& out) {
-  for (const DocumentMessage& message : procedure.messages) writeMessage(message, out);
-}
-
-void writeNotes(const DocumentProcedure& procedure, Writer& out) {
-  size_t width = 0;
+void writeNotes(const DocumentProcedure& procedure, size_t width, Writer& out) {
+  size_t labels = 0;
   for (const DocumentNote& note : procedure.notes) {
-    width = std::max(width, displayWidth(printable(note.label)));
+    labels = std::max(labels, widthOf(printable(note.label)));
   }
   out << "Notes\n";
   for (const DocumentNote& note : procedure.notes) {
-    writeWrapped(note.value, "  " + placed(printable(note.label), width, Align::kLeft) + "  ", out);
+    const std::string lead = "  " + placed(printable(note.label), labels, Align::kLeft) + "  ";
+    writeWrapped(note.value, lead, width, out);
   }
   out << '\n';
 }
 
-void writeProcedure(const DocumentProcedure& procedure, Writer& out) {
-  out << printable(procedure.title) << '\n';
-  if (!procedure.command.empty()) {
-    forEachLine(procedure.command,
-                [&](std::string_view line) { out << "  " << printable(line) << '\n'; });
-  }
+/// The command as it was given; lines that are too long are broken at blanks.
+void writeCommand(const DocumentProcedure& procedure, size_t width, Writer& out) {
+  forEachLine(procedure.command, [&](std::string_view line) {
+    const std::string shown = printable(line);
+    const size_t indent = std::min(shown.find_first_not_of(' '), shown.size());
+    const std::string lead = "  " + shown.substr(0, indent);
+    size_t count = 0;
+    for (const std::string& part : wrapText(shown.substr(indent), width - lead.size() - 2)) {
+      out << lead << (count++ > 0 ? "  " : "") << part << '\n';
+    }
+  });
+}
+
+void writeSentences(const DocumentProcedure& procedure, const RenderOptions& options, Writer& out) {
+  const std::vector<std::string> sentences = reportSentences(procedure, options.digits);
+  if (sentences.empty()) return;
+  out << "Sentences\n";
+  for (const std::string& sentence : sentences) writeWrapped(sentence, "  - ", options.width, out);
   out << '\n';
-  writeMessages(procedure, out);
+}
+
+void writeProcedure(const DocumentProcedure& procedure, const RenderOptions& options, Writer& out) {
+  out << printable(procedure.title) << '\n';
+  if (!procedure.command.empty()) writeCommand(procedure, options.width, out);
+  out << '\n';
+  for (const DocumentMessage& message : procedure.messages) {
+    writeMessage(message, options.width, out);
+  }
   if (!procedure.messages.empty()) out << '\n';
-  for (const auto& table : procedure.tables) writeTextTable(*table, out);
-  if (!procedure.notes.empty()) writeNotes(procedure, out);
+  for (const auto& table : procedure.tables) {
+    writeTextTable(*table, options, out);
+    if (options.plot) writeTextPlot(*table, procedure, options, out);
+  }
+  if (options.sentences) writeSentences(procedure, options, out);
+  if (!procedure.notes.empty()) writeNotes(procedure, options.width, out);
 }
 
 }  // namespace
 
-void renderText(const OutputDocument& document, std::ostream& stream) {
+void renderText(const OutputDocument& document, const RenderOptions& options,
+                std::ostream& stream) {
   Writer out(stream);
-  for (const auto& procedure : document.procedures()) writeProcedure(*procedure, out);
-  out.finish();
-}
-
-void renderMessages(const OutputDocument& document, std::ostream& stream) {
-  Writer out(stream);
-  for (const auto& procedure : document.procedures()) writeMessages(*procedure, out);
+  for (const auto& procedure : document.procedures()) writeProcedure(*procedure, options, out);
   out.finish();
 }
 

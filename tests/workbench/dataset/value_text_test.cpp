@@ -20,6 +20,11 @@ TEST(ShortestNumber, ReadsBackAsTheSameDouble) {
   EXPECT_EQ(shortestNumber(2.5), "2.5");
   EXPECT_EQ(shortestNumber(0.1), "0.1");
   EXPECT_EQ(shortestNumber(100000), "100000");
+  EXPECT_EQ(shortestNumber(0.000001), "0.000001");
+  EXPECT_EQ(shortestNumber(-1.25e-9), "-0.00000000125");
+  EXPECT_EQ(shortestNumber(9.9e-10), "9.9e-10");
+  EXPECT_EQ(shortestNumber(9007199254740992), "9007199254740992");
+  EXPECT_EQ(shortestNumber(1e16), "1e+16");
   EXPECT_EQ(shortestNumber(1e300), "1e+300");
   EXPECT_EQ(shortestNumber(-0.0), "0");
   EXPECT_EQ(shortestNumber(kSystemMissing), ".");

@@ -111,7 +111,12 @@ TEST_F(LabelTest, sublistIsOneItem) {
   const LabelData shown = describe(label);
   EXPECT_EQ(shown.text, "x = 1, two, 3");
   EXPECT_EQ(shown.key, "^1 = [%1:, ^1:]2");
-  EXPECT_EQ(shown.variable, "x");
+  EXPECT_EQ(shown.owner, "x");
+  EXPECT_EQ(shown.variables, std::vector<std::string>{"x"});
+  ASSERT_EQ(shown.values.size(), 3u);
+  EXPECT_TRUE(shown.isValueList);
+  EXPECT_EQ(shown.values[1].shown, "two");
+  EXPECT_EQ(std::get<double>(shown.values[1].exact), 2.0);
 }
 
 TEST_F(LabelTest, catalogueGivesTextsAndTheKeyStays) {
@@ -161,7 +166,7 @@ std::vector<std::string> distinguished(std::vector<std::pair<std::string, std::s
   std::vector<LabelData*> pointers;
   for (size_t i = 0; i < labels.size(); ++i) {
     data[i].text = labels[i].first;
-    data[i].variable = labels[i].second;
+    data[i].owner = labels[i].second;
     pointers.push_back(&data[i]);
   }
   distinguish(pointers);

@@ -40,6 +40,10 @@ class NamedVariables final : public ActiveDataset {
     return variableCount() - 1;
   }
 
+  void setKind(VarIndex index, ValueKind kind) {
+    variables_.at(static_cast<size_t>(index)).kind = kind;
+  }
+
   int32_t variableCount() const override { return static_cast<int32_t>(variables_.size()); }
   const Variable& variable(VarIndex index) override { return declaration(index); }
   const Variable& declaration(VarIndex index) const override {

@@ -10,73 +10,108 @@
 namespace workbench {
 namespace {
 
-using Kind = BpFormatSpec::Kind;
-
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(CellTexts, countsAreWholeNumbers) {
-  EXPECT_EQ(numberText(0, Kind::kCount), "0");
-  EXPECT_EQ(numberText(-0.0, Kind::kCount), "0");
-  EXPECT_EQ(numberText(37, Kind::kCount), "37");
-  EXPECT_EQ(numberText(1e15, Kind::kCount), "1000000000000000");
-  EXPECT_EQ(numberText(1e300, Kind::kCount), "1e+300");
-  EXPECT_EQ(numberText(2.5, Kind::kCount), "2.5");
-}
-
-TEST(CellTexts, statisticsHaveThreeDecimalsOrTwoDigits) {
-  const std::pair<double, const char*> examples[] = {
-      {0, "0.000"},        {-0.0, "0.000"},         {1, "1.000"},
-      {0.37, "0.370"},     {0.0483, "0.048"},       {0.01, "0.010"},
-      {0.0099, "0.0099"},  {0.00125, "0.0013"},     {-0.00052, "-0.00052"},
-      {0.0001, "0.00010"}, {0.0000999, "1.0e-04"},  {1e-300, "1.0e-300"},
-      {-1.5275, "-1.528"}, {1234.5678, "1234.568"}, {9999999, "9999999.000"},
-      {1e7, "1.000e+07"},  {-1e300, "-1.000e+300"},
-  };
-  for (const auto& [value, expected] : examples) {
-    EXPECT_EQ(numberText(value, Kind::kGeneralStat), expected);
+/// Cells of one row, shown with some options.
+class CellTextsTest : public testing::Test {
+ protected:
+  /// Adds a row with these cells.
+  void addRow(const std::vector<SampleBench::CellAt>& cells) {
+    BpPivotTable& table = pivot(procedure, "T");
+    dimensionAt(table, text("Rows"), 0).Category(composite("^1", count(++rows_)));
+    SampleBench::writeCells(dimensionAt(table, text("Statistics"), 1), cells);
   }
-}
-
-TEST(CellTexts, labelNumbersAreShortest) {
-  EXPECT_EQ(numberText(99.9, Kind::kSigDigit), "99.9");
-  EXPECT_EQ(numberText(95, Kind::kSigDigit), "95");
-}
-
-TEST(CellTexts, whatIsNoNumber) {
-  for (const Kind kind : {Kind::kCount, Kind::kGeneralStat, Kind::kSigDigit}) {
-    EXPECT_EQ(numberText(kSystemMissing, kind), ".");
-    EXPECT_EQ(numberText(kNaN, kind), "NaN");
-    EXPECT_EQ(numberText(kInfinity, kind), "Infinity");
-    EXPECT_EQ(numberText(-kInfinity, kind), "-Infinity");
+  std::vector<std::string> texts(const RenderOptions& options = {}) {
+    const Table& table = *bench.document.current().tables[0];
+    const CellTexts texts(table, options);
+    std::vector<std::string> result;
+    for (size_t cell = 0; cell < table.cellCount(); ++cell) result.push_back(texts(cell));
+    return result;
   }
-  EXPECT_EQ(probabilityText(kSystemMissing), ".");
-  EXPECT_EQ(probabilityText(kNaN), "NaN");
-}
 
-TEST(CellTexts, probabilities) {
-  EXPECT_EQ(probabilityText(0.5), "0.500");
-  EXPECT_EQ(probabilityText(0.0005), "0.001");
-  EXPECT_EQ(probabilityText(0.00049999), "<0.001");
-  EXPECT_EQ(probabilityText(1e-300), "<0.001");
-  EXPECT_EQ(probabilityText(0), "0.000");
-  EXPECT_EQ(probabilityText(1), "1.000");
-}
-
-TEST(CellTexts, probabilitiesAreKnownByTheirColumn) {
   SampleBench bench;
-  bench.document.beginProcedure("", "");
-  BpProcedure procedure("Proportions", 10);
-  BpDimension& columns = dimensionAt(pivot(procedure, "T"), text("Statistics"), 1);
-  SampleBench::writeCells(columns, {{"Significance|One-Sided p", statistic(1e-9)},
-                                    {"Significance|Two-Sided p", statistic(1e-9)},
-                                    {"Z", statistic(1e-9)},
-                                    {"Trials", count(3)}});
-  const CellTexts texts(*bench.document.current().tables[0]);
-  EXPECT_EQ(texts(0), "<0.001");
-  EXPECT_EQ(texts(1), "<0.001");
-  EXPECT_EQ(texts(2), "1.0e-09");
-  EXPECT_EQ(texts(3), "3");
+  BpProcedure procedure{"Proportions", 10};
+
+ private:
+  double rows_ = 0;
+};
+
+using Texts = std::vector<std::string>;
+
+TEST_F(CellTextsTest, threeDecimalsWhereNothingIsSmall) {
+  addRow({{"Proportion", statistic(0.37)}, {"Z", statistic(-12.34567)}, {"Trials", count(100)}});
+  EXPECT_EQ(texts(), (Texts{"0.370", "-12.346", "100"}));
+}
+
+TEST_F(CellTextsTest, decimalsOfAColumnAgree) {
+  addRow({{"Proportion", statistic(0.5)}, {"Z", statistic(1)}});
+  addRow({{"Proportion", statistic(0.0012)}, {"Z", statistic(2)}});
+  addRow({{"Proportion", statistic(0)}, {"Z", statistic(3)}});
+  EXPECT_EQ(texts(), (Texts{"0.5000", "1.000", "0.0012", "2.000", "0.0000", "3.000"}));
+}
+
+TEST_F(CellTextsTest, decimalsOfAnIntervalAgree) {
+  BpPivotTable& table = pivot(procedure, "T");
+  BpGroup& bounds = dimensionAt(table, text("Statistics"), 1)
+                        .Group(composite("^1% Confidence Interval", labelNumber(95)), 1, 2);
+  bounds.Category(text("Lower")).Cell(statistic(0.0047));
+  bounds.Category(text("Upper")).Cell(statistic(0.0111));
+  EXPECT_EQ(texts(), (Texts{"0.0047", "0.0111"}));
+}
+
+TEST_F(CellTextsTest, whatSixDecimalsCannotShowHasAnExponent) {
+  addRow({{"Proportion", statistic(0.0000123)}, {"Z", statistic(1e-5)}});
+  addRow({{"Proportion", statistic(1.26e-7)}, {"Z", statistic(9.9e-6)}});
+  addRow({{"Proportion", statistic(-1e300)}, {"Z", statistic(-12345678.5)}});
+  EXPECT_EQ(texts(), (Texts{"0.000012", "0.000010", "1.3e-07", "9.9e-06", "-1.000e+300",
+                            "-12345678.500000"}));
+}
+
+TEST_F(CellTextsTest, pValuesAreKnownByTheirColumn) {
+  addRow({{"Significance|One-Sided p", statistic(0)},
+          {"Significance|Two-Sided p", statistic(0.0009)},
+          {"Z", statistic(1e-9)}});
+  EXPECT_EQ(texts(), (Texts{"<0.001", "<0.001", "1.0e-09"}));
+}
+
+TEST_F(CellTextsTest, digitsAreThoseAskedFor) {
+  addRow({{"Proportion", statistic(0.0625)},
+          {"Z", statistic(1e-9)},
+          {"Trials", count(7)},
+          {"Significance|Two-Sided p", statistic(0.04999)}});
+  RenderOptions options;
+  options.digits = 1;
+  EXPECT_EQ(texts(options), (Texts{"0.1", "0.0", "7", "0.050"}));
+  options.digits = 5;
+  EXPECT_EQ(texts(options), (Texts{"0.06250", "0.00000", "7", "0.04999"}));
+}
+
+TEST_F(CellTextsTest, sharesInPercent) {
+  addRow({{"Proportion", statistic(0.308)},
+          {"Difference in Proportions", statistic(-0.0042)},
+          {"Asymptotic Standard Error", statistic(1e-7)},
+          {"Z", statistic(1.5)},
+          {"Significance|Two-Sided p", statistic(0.5)}});
+  RenderOptions options;
+  options.percent = true;
+  EXPECT_EQ(texts(options), (Texts{"30.8%", "-0.42%", "1.0e-05%", "1.500", "0.500"}));
+  options.digits = 0;
+  EXPECT_EQ(texts(options), (Texts{"31%", "0%", "0%", "2", "0.500"}));
+}
+
+TEST_F(CellTextsTest, whatIsNoNumber) {
+  addRow({{"Proportion", statistic(kSystemMissing)},
+          {"Z", statistic(kNaN)},
+          {"Lower", statistic(kInfinity)},
+          {"Trials", count(kSystemMissing)},
+          {"Significance|Two-Sided p", statistic(-kInfinity)}});
+  const Texts expected{".", "NaN", "Infinity", ".", "-Infinity"};
+  EXPECT_EQ(texts(), expected);
+  RenderOptions options;
+  options.percent = true;
+  options.digits = 2;
+  EXPECT_EQ(texts(options), expected);
 }
 
 TEST(CellTexts, exactNumbersReadBack) {

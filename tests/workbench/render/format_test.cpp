@@ -21,7 +21,8 @@ TEST(Format, endings) {
   EXPECT_EQ(formatFromEnding("out.markdown"), Format::kMarkdown);
   EXPECT_EQ(formatFromEnding("x.json"), Format::kJson);
   EXPECT_EQ(formatFromEnding("x.tar.csv"), Format::kCsv);
-  for (const char* path : {"", "out", ".json", "out.xml", "csv", "out.csv.gz", "out.csvx"}) {
+  for (const char* path :
+       {"", "out", ".json", "out.xml", "out.xlsx", "csv", "out.csv.gz", "out.csvx"}) {
     EXPECT_EQ(formatFromEnding(path), std::nullopt) << path;
   }
 }
@@ -30,22 +31,13 @@ TEST(Format, aStreamThatFailsShowsIt) {
   SampleBench bench;
   sampleDocuments()[0].make(bench);
   bench.document.finishProcedure(&bench.data);
-  for (const Format format : {Format::kText, Format::kMarkdown, Format::kJson, Format::kCsv}) {
+  for (const Format format :
+       {Format::kText, Format::kMarkdown, Format::kHtml, Format::kJson, Format::kCsv}) {
     std::ostringstream out;
     out.setstate(std::ios::badbit);
-    render(bench.document, format, out);
+    render(bench.document, format, {}, out);
     EXPECT_FALSE(out.good());
   }
-}
-
-TEST(Format, messagesAloneAreSafeForATerminal) {
-  SampleBench bench;
-  bench.document.beginProcedure("", "");
-  report(Severity::kError, "Bad ^1\nsecond line", {"\x1B[31m"});
-  report(Severity::kWarning, "Odd", {});
-  std::ostringstream out;
-  renderMessages(bench.document, out);
-  EXPECT_EQ(out.str(), "Error: Bad \\u001B[31m\nsecond line\nWarning: Odd\n");
 }
 
 }  // namespace

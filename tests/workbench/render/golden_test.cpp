@@ -1,5 +1,6 @@
-// Every sample document in every format, compared with the files in golden/. To write the files
-// anew, run this test with WRITE_GOLDEN set; it then fails, so that it cannot pass by accident.
+// Every sample document in every format, and as text in several widths, compared with the files in
+// golden/. To write the files anew, run these tests with WRITE_GOLDEN set; they then fail, so that
+// they cannot pass by accident.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -12,29 +13,53 @@ namespace {
 
 constexpr std::pair<Format, const char*> kEndings[] = {{Format::kText, ".txt"},
                                                        {Format::kMarkdown, ".md"},
+                                                       {Format::kHtml, ".html"},
                                                        {Format::kJson, ".json"},
                                                        {Format::kCsv, ".csv"}};
 
-class GoldenTest : public testing::TestWithParam<SampleDocument> {};
+class GoldenTest : public testing::TestWithParam<SampleDocument> {
+ protected:
+  GoldenTest() {
+    GetParam().make(bench);
+    bench.document.finishProcedure(&bench.data);
+  }
 
-TEST_P(GoldenTest, looksAsItDid) {
-  SampleBench bench;
-  GetParam().make(bench);
-  bench.document.finishProcedure(&bench.data);
-  for (const auto& [format, ending] : kEndings) {
+  static void compare(const std::string& now, const std::string& ending) {
     const std::filesystem::path file =
         std::filesystem::path(GOLDEN_FOLDER) / (std::string(GetParam().name) + ending);
-    const std::string now = bench.rendered(format);
     if (std::getenv("WRITE_GOLDEN") != nullptr) {
       std::ofstream(file, std::ios::binary) << now;
       ADD_FAILURE() << "written: " << file;
-      continue;
+      return;
     }
     std::ifstream stream(file, std::ios::binary);
     ASSERT_TRUE(stream.good()) << file;
     const std::string then{std::istreambuf_iterator<char>(stream), {}};
     EXPECT_EQ(now, then) << file;
   }
+
+  SampleBench bench;
+};
+
+TEST_P(GoldenTest, looksAsItDid) {
+  for (const auto& [format, ending] : kEndings) compare(bench.rendered(format), ending);
+}
+
+TEST_P(GoldenTest, looksAsItDidInOtherWidths) {
+  for (const size_t width : {size_t{60}, size_t{80}, size_t{160}}) {
+    RenderOptions options;
+    options.width = width;
+    compare(bench.rendered(Format::kText, options), "." + std::to_string(width) + ".txt");
+  }
+}
+
+TEST_P(GoldenTest, looksAsItDidWithAllThatMayBeAsked) {
+  RenderOptions options;
+  options.width = 80;
+  options.digits = 2;
+  options.percent = options.plot = options.sentences = true;
+  compare(bench.rendered(Format::kText, options), ".all.txt");
+  compare(bench.rendered(Format::kMarkdown, options), ".all.md");
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, GoldenTest, testing::ValuesIn(sampleDocuments()),

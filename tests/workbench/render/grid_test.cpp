@@ -1,4 +1,4 @@
-#include "workbench/render/grid.h"
+#include "workbench/results/grid.h"
 
 #include "sample_documents.h"
 

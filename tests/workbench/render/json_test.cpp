@@ -106,5 +106,54 @@ TEST(Json, absentMembers) {
   EXPECT_FALSE(category.contains("categories"));
 }
 
+TEST(Json, labelsNameTheirVariablesAndValues) {
+  SampleBench bench;
+  NamedVariables& data = bench.data;
+  const VarIndex x = data.addNumber("x", "Smoker", {{1, "Yes"}}), s = data.addString("s");
+  const VarIndex day = data.addNumber("day"), moment = data.addNumber("moment");
+  data.setKind(day, ValueKind::kDate);
+  data.setKind(moment, ValueKind::kDateTime);
+  data.splitVariablesNow = {s};
+  data.splitNow = {std::string("north")};
+  bench.document.beginProcedure("", "");
+  BpProcedure procedure("Proportions", 10);
+  procedure.SplitChange();
+  BpPivotTable& table = pivot(procedure, "T");
+  BpDimension& groups = dimensionAt(table, BpVariable(day, 2), 0, 1);
+  BpDimension& rows = dimensionAt(table, text("Variables"), 0, 2);
+  BpDimension& columns = dimensionAt(table, text("Statistics"), 1);
+  groups.Category(composite("= ^1", BpDataValue(day, 86400.0, 2)));
+  rows.Category(composite("^1 = ^2", BpVariable(x, 2), BpDataValue(x, 1.0, 2)));
+  columns.Group(composite("^1% Confidence Interval", labelNumber(99.5)), 1, 2)
+      .Category(text("Lower"))
+      .Cell(statistic(0.5));
+  rows.Category(composite("^1 = ^2", BpVariable(s, 2), BpDataValue(s, "", 2)));
+  rows.Category(composite("^1 = ^2", BpVariable(x, 2), BpDataValue(x, kSystemMissing, 2)));
+  rows.Category(composite("^1 = ^2", BpVariable(moment, 2), BpDataValue(moment, 60.0, 2)));
+  rows.Category(composite("Pair ^1 vars ^2 ^3 ...", count(1), BpVariable(x, 2), BpVariable(s, 2)));
+
+  const json dimensions = finished(bench)["procedures"][0]["tables"][0]["dimensions"];
+  const auto named = [&](const char* name) {
+    return *std::find_if(dimensions.begin(), dimensions.end(),
+                         [&](const json& d) { return d["name"] == name; });
+  };
+  EXPECT_EQ(named("s")["variable"], "s");
+  EXPECT_EQ(named("s")["categories"][0]["values"], json({"north"}));
+  EXPECT_EQ(named("day")["variable"], "day");
+  EXPECT_EQ(named("day")["categories"][0]["values"], json({"1970-01-02"}));
+  EXPECT_FALSE(named("day")["categories"][0].contains("variables"));
+  EXPECT_FALSE(named("Variables").contains("variable"));
+  const json categories = named("Variables")["categories"];
+  EXPECT_EQ(categories[0]["variables"], json({"x"}));
+  EXPECT_EQ(categories[0]["values"], json({1.0}));
+  EXPECT_EQ(categories[1]["values"], json({""}));
+  EXPECT_EQ(categories[2]["values"], json({nullptr}));
+  EXPECT_EQ(categories[3]["values"], json({"1970-01-01T00:01:00"}));
+  EXPECT_EQ(categories[4]["variables"], json({"x", "s"}));
+  EXPECT_FALSE(categories[4].contains("values"));
+  EXPECT_FALSE(categories[4].contains("level"));
+  EXPECT_EQ(named("Statistics")["categories"][0]["level"], 99.5);
+}
+
 }  // namespace
 }  // namespace workbench

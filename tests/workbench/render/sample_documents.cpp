@@ -293,9 +293,9 @@ void SampleBench::writeCells(BpDimension& columns, const std::vector<CellAt>& ce
   }
 }
 
-std::string SampleBench::rendered(Format format) const {
+std::string SampleBench::rendered(Format format, const RenderOptions& options) const {
   std::ostringstream out;
-  render(document, format, out);
+  render(document, format, options, out);
   return out.str();
 }
 

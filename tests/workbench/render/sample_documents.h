@@ -23,7 +23,7 @@ class SampleBench {
   };
   static void writeCells(BpDimension& columns, const std::vector<CellAt>& cells);
 
-  std::string rendered(Format format) const;
+  std::string rendered(Format format, const RenderOptions& options = {}) const;
 
   NamedVariables data;
   Catalogue catalogue = Catalogue::english();

@@ -10,12 +10,15 @@
 
 namespace workbench {
 
+/// Which categories without cells are laid out: all, or all but those whose label shows a missing
+/// value, for they tell a reader nothing.
+enum class EmptyCategories : uint8_t { kAll, kReadable };
+
 /// One axis of a table. Its places (rows or columns) are those where cells stand and, for each
-/// category without cells, one with that category alone; such a category is left out when its label
-/// shows a missing value.
+/// category without cells that is laid out, one with that category alone.
 class GridAxis {
  public:
-  GridAxis(const Table& table, int axis);
+  GridAxis(const Table& table, int axis, EmptyCategories empty = EmptyCategories::kReadable);
 
   size_t placeCount() const { return order_.size(); }
   /// By position in the table's dimensions(), outermost first.
@@ -32,7 +35,7 @@ class GridAxis {
  private:
   uint32_t findOrAdd(const std::vector<int32_t>& place);
   void addCells();
-  void addEmptyCategories();
+  void addEmptyCategories(EmptyCategories empty);
   /// The split group of each place, numbered in the order in which the groups wrote their cells.
   /// The order of categories would not do: a value that is new in a later group stands last in
   /// its dimension.
@@ -53,7 +56,7 @@ class Grid {
  public:
   static constexpr uint32_t kNoCell = UINT32_MAX;
 
-  explicit Grid(const Table& table);
+  explicit Grid(const Table& table, EmptyCategories empty = EmptyCategories::kReadable);
 
   const Table& table() const { return table_; }
   const GridAxis& rows() const { return rows_; }

@@ -1,4 +1,4 @@
-#include "workbench/render/grid.h"
+#include "workbench/results/grid.h"
 
 #include <algorithm>
 #include <limits>
@@ -45,11 +45,11 @@ uint64_t hashOf(const int32_t* place, size_t size) {
 
 }  // namespace
 
-GridAxis::GridAxis(const Table& table, int axis)
+GridAxis::GridAxis(const Table& table, int axis, EmptyCategories empty)
     : table_(table), dimensions_(table.displayOrder(axis)) {
   for (const size_t d : dimensions_) depths_.push_back(depthOf(table.dimensions()[d]));
   addCells();
-  addEmptyCategories();
+  addEmptyCategories(empty);
   sortPlaces();
 }
 
@@ -75,7 +75,7 @@ void GridAxis::addCells() {
   }
 }
 
-void GridAxis::addEmptyCategories() {
+void GridAxis::addEmptyCategories(EmptyCategories empty) {
   const size_t size = dimensions_.size();
   const size_t withCells = found_;
   for (size_t i = 0; i < size; ++i) {
@@ -88,7 +88,8 @@ void GridAxis::addEmptyCategories() {
     std::vector<int32_t> place(size, -1);
     for (int32_t leaf = 0; leaf < dimension.leafCount(); ++leaf) {
       if (used[static_cast<size_t>(leaf)]) continue;
-      if (dimension.node(dimension.leafNode(leaf)).label.showsMissing) continue;
+      const bool isMissing = dimension.node(dimension.leafNode(leaf)).label.showsMissing;
+      if (isMissing && empty == EmptyCategories::kReadable) continue;
       place[i] = leaf;
       findOrAdd(place);
     }
@@ -144,10 +145,10 @@ std::vector<std::string_view> GridAxis::path(size_t place, size_t dimension) con
   return table_.dimensions()[dimensions_[dimension]].path(leaf);
 }
 
-Grid::Grid(const Table& table)
+Grid::Grid(const Table& table, EmptyCategories empty)
     : table_(table),
-      rows_(table, 0),
-      columns_(table, 1),
+      rows_(table, 0, empty),
+      columns_(table, 1, empty),
       cells_(rows_.placeCount() * columns_.placeCount(), kNoCell) {
   for (size_t cell = 0; cell < table.cellCount(); ++cell) {
     cells_[rows_.placeOf(cell) * columns_.placeCount() + columns_.placeOf(cell)] =
