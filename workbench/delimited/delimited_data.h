@@ -35,7 +35,7 @@ struct DelimitedOptions {
   /// Set from outside to make all reading throw Interrupted; may be null.
   const std::atomic<bool>* interrupted = nullptr;
   unsigned threads = 0;                  ///< 0: as many as the machine has cores
-  size_t blockBytes = size_t{1} << 20U;  ///< read at a time
+  size_t blockBytes = size_t{1} << 18U;  ///< read at a time
 };
 
 /// A column that is wanted.
@@ -56,8 +56,8 @@ struct DelimitedRequest {
   std::vector<DelimitedColumn> columns;
   Counting counting = Counting::kAuto;
   size_t memoryLimit = size_t{512} << 20U;  ///< bytes of cases and of their different texts
-  /// Told now and then, from any thread: percent of the bytes (negative when unknown), cases so
-  /// far.
+  /// Told now and then, from any thread, one at a time: percent of the bytes (negative when
+  /// unknown), cases so far.
   std::function<void(double percent, int64_t cases)> progress;
 };
 
@@ -92,8 +92,8 @@ struct CodedColumn {
   }
 };
 
-/// What was read. The first `repeats.size()` entries are different combinations of values, each
-/// with the number of cases that have it; every other entry is a case of its own, in file order.
+/// What was read. The first `repeats.size()` entries are combinations of values, each with a number
+/// of cases that have it; every other entry is a case of its own, in file order.
 struct DelimitedCases {
   std::vector<CodedColumn> columns;  ///< as requested
   std::vector<int64_t> repeats;

@@ -1,8 +1,10 @@
 #include "workbench/values/field.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -28,34 +30,54 @@ FieldValue valueOf(FieldKind kind, double number) {
 
 FieldValue textValue() { return valueOf(FieldKind::kText, kNoNumber); }
 
+/// A number without its sign, taken apart.
 struct NumberShape {
   bool valid = false;
   bool digitsOnly = false;
+  bool hasExponent = false;
+  size_t digits = 0;         ///< of the whole part and the fraction
+  size_t fraction = 0;       ///< digits behind the decimal sign
+  uint64_t significand = 0;  ///< all its digits, as long as there are no more than 19
 };
 
-/// Whether a text without its sign is digits, a decimal sign and an exponent in their places.
 NumberShape shapeOf(std::string_view text, char decimal) {
+  NumberShape shape;
   size_t at = 0;
-  const auto skipDigits = [&] {
+  const auto takeDigits = [&](bool significant) {
     const size_t before = at;
-    while (at < text.size() && isDigit(text[at])) ++at;
+    for (; at < text.size() && isDigit(text[at]); ++at) {
+      if (significant)
+        shape.significand = shape.significand * 10 + static_cast<uint64_t>(text[at] - '0');
+    }
     return at - before;
   };
-  const size_t whole = skipDigits();
+  const size_t whole = takeDigits(true);
   if (whole > 1 && text.front() == '0') return {};
-  if (whole > 0 && at == text.size()) return {true, true};
-  size_t fraction = 0;
+  shape.digitsOnly = whole > 0 && at == text.size();
   if (at < text.size() && text[at] == decimal) {
     ++at;
-    fraction = skipDigits();
+    shape.fraction = takeDigits(true);
   }
-  if (whole + fraction == 0) return {};
+  shape.digits = whole + shape.fraction;
+  if (shape.digits == 0) return {};
   if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+    shape.hasExponent = true;
     ++at;
     if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
-    if (skipDigits() == 0) return {};
+    if (takeDigits(false) == 0) return {};
   }
-  return {at == text.size(), false};
+  shape.valid = at == text.size();
+  return shape;
+}
+
+/// The nearest double, where one division of two exact ones gives it (Clinger 1990, How to read
+/// floating point numbers accurately).
+std::optional<double> quotient(const NumberShape& shape) {
+  static constexpr std::array kPowers{1.0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
+                                      1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
+  constexpr uint64_t kExact = uint64_t{1} << 53U;
+  if (shape.hasExponent || shape.digits >= kPowers.size() || shape.significand > kExact) return {};
+  return static_cast<double>(shape.significand) / kPowers[shape.fraction];
 }
 
 /// The nearest double to a number without sign, and whether it overflows.
@@ -110,11 +132,7 @@ std::optional<FieldValue> numberOf(std::string_view text, char decimal) {
   }
   const NumberShape shape = shapeOf(text, decimal);
   if (!shape.valid) return {};
-  if (shape.digitsOnly && text.size() <= 15) {
-    int64_t whole = 0;
-    for (const char c : text) whole = whole * 10 + (c - '0');
-    return signedNumber(static_cast<double>(whole), negative);
-  }
+  if (const auto number = quotient(shape)) return signedNumber(*number, negative);
   bool overflow = false;
   FieldValue value = signedNumber(nearestDouble(text, decimal, overflow), negative);
   if (shape.digitsOnly) {
@@ -152,10 +170,11 @@ FieldValue plainValue(std::string_view text, const FieldRules& rules, bool numbe
   return textValue();
 }
 
+/// Whether a text without trailing blanks is one of those, whose own do not count either.
 bool isOneOf(std::string_view text, const std::vector<std::string>& texts) {
   return std::any_of(texts.begin(), texts.end(), [&](std::string_view candidate) {
-    const size_t last = candidate.find_last_not_of(kBlanks);
-    return text == candidate.substr(0, last == std::string_view::npos ? 0 : last + 1);
+    return candidate.starts_with(text) &&
+           candidate.find_first_not_of(kBlanks, text.size()) == std::string_view::npos;
   });
 }
 

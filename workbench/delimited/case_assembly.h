@@ -1,0 +1,24 @@
+/// From what the threads have read to one coding for all.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "workbench/delimited/column_coder.h"
+#include "workbench/delimited/delimited_data.h"
+#include "workbench/delimited/reading_pass.h"
+
+namespace workbench {
+
+/// A column that was read as numbers although not all of its values are: the files have to be read
+/// again with codes for it.
+struct WrongForm {
+  size_t column = 0;
+};
+
+/// `labels` are the parts'. Throws DataError for the first value that contradicts its column's
+/// type, WrongForm as above. The shares are used up.
+DelimitedCases assembleCases(std::vector<ReadShare>& shares, const std::vector<ColumnPlan>& plans,
+                             const std::vector<std::string>& labels, bool complete);
+
+}  // namespace workbench
