@@ -33,6 +33,11 @@ struct MCDistFun {
   /// The missing value when the arguments admit no answer.
   static double IdfBeta(const double& q, const double& a, const double& b);
 
+  /// The place that a beta variable with shapes a and b exceeds with probability q: the quantile at
+  /// 1 - q, to the relative accuracy of IdfBeta where the difference 1 - q would lose the digits of
+  /// a small q, or be 1. The missing value as for IdfBeta.
+  static double IdfBetaUpper(const double& q, const double& a, const double& b);
+
   /// The standard normal distribution function, with full relative accuracy in the lower tail.
   /// Infinities give 0 and 1, a NaN or the missing value gives the missing value.
   static double CdfStdNorm(double z);

@@ -11,7 +11,7 @@ namespace {
 void extendExtremes(double value, VarCatInfo& cats) {
   if (!cats.hasValidValue) {
     cats.minValue = cats.maxValue = value;
-    cats.hasValidValue = true;
+    cats.hasValidValue = cats.extremesKnown = true;
     return;
   }
   if (value < cats.minValue) cats.minValue = value;
@@ -34,7 +34,7 @@ bool collatesBefore(const std::string& a, const std::string& b) {
 void collectString(const std::string& value, VarCatInfo& cats) {
   if (!cats.hasValidValue) {
     cats.minString = cats.maxString = value;
-    cats.hasValidValue = true;
+    cats.hasValidValue = cats.extremesKnown = true;
     return;
   }
   if (collatesBefore(value, cats.minString)) cats.minString = value;
@@ -85,9 +85,9 @@ bool numberSucceeds(double value, const CaseVariable& variable) {
 bool stringSucceeds(const std::string& value, const VarCatInfo& cats, const BinInfoElem& info) {
   switch (info.rule) {
     case kFirst:
-      return cats.hasValidValue && value == cats.minString;
+      return cats.extremesKnown && value == cats.minString;
     case kLast:
-      return cats.hasValidValue && value == cats.maxString;
+      return cats.extremesKnown && value == cats.maxString;
     case kLevels:
       return std::find(info.stringValues.begin(), info.stringValues.end(), value) !=
              info.stringValues.end();

@@ -25,6 +25,9 @@ struct VarCatInfo {
   double midPoint = kSystemMissing;
   std::string minString;
   std::string maxString;
+  /// The extremes are of seen values: this group's, or in a resample its base group's. Tells an
+  /// empty string that is the smallest from one that was never set.
+  bool extremesKnown = false;
 };
 
 }  // namespace proportions

@@ -1,18 +1,28 @@
 #include "module/data/var_value.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/strings.h"
 
 namespace proportions {
+namespace {
+
+/// -infinity is a number, below which the missing value comes although it is the lowest finite one.
+int rank(double value) {
+  if (IsSystemMissing(value)) return 0;
+  return std::isnan(value) ? 2 : 1;
+}
+
+}  // namespace
 
 bool VarValueLess::operator()(const VarValue& a, const VarValue& b) const {
   if (a.isString && b.isString) {
     const size_t n = std::max(a.stringValue.size(), b.stringValue.size());
     return ZELKMBstrncoll_A(a.stringValue.c_str(), b.stringValue.c_str(), n) < 0;
   }
-  // The missing value is the lowest double, so plain order puts it first.
-  return a.numericValue < b.numericValue;
+  const int rankA = rank(a.numericValue), rankB = rank(b.numericValue);
+  return rankA != rankB ? rankA < rankB : a.numericValue < b.numericValue;
 }
 
 }  // namespace proportions

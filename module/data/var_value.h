@@ -16,8 +16,9 @@ struct VarValue {
   static VarValue text(std::string value) { return {true, kSystemMissing, std::move(value)}; }
 };
 
-/// Strings by the host's collation over the longer of the two lengths; numbers ascending, the
-/// missing value first. Two values of different kinds are never compared.
+/// Strings by the host's collation over the longer of the two lengths; the missing value, then
+/// numbers ascending, then NaN, so that the order is a strict one of all doubles. Two values of
+/// different kinds are never compared.
 struct VarValueLess {
   bool operator()(const VarValue& a, const VarValue& b) const;
 };

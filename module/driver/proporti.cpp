@@ -1,5 +1,6 @@
 #include "module/driver/proporti.h"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -37,79 +38,110 @@ bool runDesign(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
   }
 }
 
+using IteratorOwner = std::unique_ptr<ProcDSIterator>;
+
+/// Owns the groups' analysis objects. The end of a run releases them in their order; an exception
+/// takes them away last made first.
+class Groups {
+ public:
+  Groups() = default;
+  Groups(const Groups&) = delete;
+  Groups& operator=(const Groups&) = delete;
+  ~Groups() {
+    while (!owned_.empty()) owned_.pop_back();
+  }
+
+  void add(std::unique_ptr<PRPAlgorithm> group) { owned_.push_back(std::move(group)); }
+  bool allGood() const {
+    return std::all_of(owned_.begin(), owned_.end(),
+                       [](const auto& group) { return group->goodData; });
+  }
+  std::vector<PRPAlgorithm*> list() const {
+    std::vector<PRPAlgorithm*> groups;
+    for (const auto& group : owned_) groups.push_back(group.get());
+    return groups;
+  }
+  void release() {
+    for (auto& group : owned_) group.reset();
+    owned_.clear();
+  }
+
+ private:
+  std::vector<std::unique_ptr<PRPAlgorithm>> owned_;
+};
+
 /// The two passes over the split groups.
 class Analysis {
  public:
   Analysis(ProcedureDataSource& source, BpProcedure& procedure, const PRPValidSpecs& specs,
            PRPAggregation& store)
       : source_(source), procedure_(procedure), specs_(specs), store_(store) {}
-  ~Analysis() { release(); }
-  Analysis(const Analysis&) = delete;
-  Analysis& operator=(const Analysis&) = delete;
 
+  /// The iterators and groups of both passes are locals in the order of their making, which an
+  /// exception undoes from its end.
   void run() {
     hasSplitVariables_ = source_.GetNSplitVars() != 0;
-    makeIterator();
-    if (!source_.FatalError()) readGroups();
+    IteratorOwner firstIterator = makeIterator();
+    Groups groups;
+    bool goOn = true;
+    if (!source_.FatalError()) goOn = readGroups(*firstIterator, groups);
     if (!source_.FatalError()) {
       sortAggregation(store_);
-      goOn_ = checkResamples(listOfGroups());
+      goOn = checkResamples(groups.list());
     }
-    iterator_.reset();
-    if (!source_.FatalError()) makeIterator();
-    analyseGroups();
-    release();
+    firstIterator.reset();
+    IteratorOwner secondIterator;
+    if (!source_.FatalError()) secondIterator = makeIterator();
+    if (goOn) analyseGroups(groups.list(), secondIterator.get());
+    secondIterator.reset();
+    groups.release();
   }
 
  private:
-  void makeIterator() {
-    iterator_.reset(static_cast<ProcDSIterator*>(source_.MakeIterator(nullptr)));
+  IteratorOwner makeIterator() {
+    return IteratorOwner(static_cast<ProcDSIterator*>(source_.MakeIterator(nullptr)));
   }
 
-  void readGroups() {
+  /// Reads group after group until there are no more. False when the only group cannot be analysed.
+  bool readGroups(ProcDSIterator& iterator, Groups& groups) {
     bool moreGroups = true;
-    while (moreGroups && goOn_) {
-      auto group = std::make_unique<PRPAlgorithm>(source_, procedure_, specs_);
-      if (!firstPass(*group, *iterator_, store_)) {
-        moreGroups = false;
-      } else {
-        groups_.push_back(std::move(group));
-        if (!hasSplitVariables_) {
-          moreGroups = false;
-          goOn_ = groups_.back()->goodData;
-        }
-      }
+    bool goOn = true;
+    while (moreGroups && goOn) {
+      moreGroups = readNextGroup(iterator, groups) && hasSplitVariables_;
+      if (!hasSplitVariables_) goOn = groups.allGood();
       if (source_.FatalError()) break;
     }
+    return goOn;
   }
 
-  std::vector<PRPAlgorithm*> listOfGroups() const {
-    std::vector<PRPAlgorithm*> list;
-    for (const auto& group : groups_) list.push_back(group.get());
-    return list;
+  /// Keeps what it has read. False, with nothing kept, when there was no group left or its sample
+  /// number is invalid.
+  bool readNextGroup(ProcDSIterator& iterator, Groups& groups) {
+    auto group = std::make_unique<PRPAlgorithm>(source_, procedure_, specs_);
+    if (!firstPass(*group, iterator, store_)) return false;
+    groups.add(std::move(group));
+    return true;
   }
 
-  void analyseGroups() {
-    for (size_t i = 0; goOn_ && i < groups_.size() && !source_.FatalError(); ++i) {
-      PRPAlgorithm& group = *groups_[i];
-      bool completed = false;
-      if (group.goodData) {
-        completed = runDesign(group, *iterator_);
-        if (completed && DiagnosticSwitches::probeNoncentrality) dumpNoncentralityProbe();
-      } else {
-        // Read through, so that the iterator stands at the next group.
-        readGroup(group, *iterator_);
-      }
-      if (DiagnosticSwitches::dumpAnalysis) dumpAlgorithm(group);
-      goOn_ = hasSplitVariables_ || completed;
+  void analyseGroups(const std::vector<PRPAlgorithm*>& groups, ProcDSIterator* iterator) {
+    for (PRPAlgorithm* group : groups) {
+      if (source_.FatalError()) return;
+      const bool completed = analyseGroup(*group, *iterator);
+      if (!hasSplitVariables_ && !completed) return;
     }
   }
 
-  /// The iterator first, then the groups in their order.
-  void release() {
-    iterator_.reset();
-    for (auto& group : groups_) group.reset();
-    groups_.clear();
+  bool analyseGroup(PRPAlgorithm& group, ProcDSIterator& iterator) {
+    bool completed = false;
+    if (group.goodData) {
+      completed = runDesign(group, iterator);
+      if (completed && DiagnosticSwitches::probeNoncentrality) dumpNoncentralityProbe();
+    } else {
+      // Read through, so that the iterator stands at the next group.
+      readGroup(group, iterator);
+    }
+    if (DiagnosticSwitches::dumpAnalysis) dumpAlgorithm(group);
+    return completed;
   }
 
   ProcedureDataSource& source_;
@@ -117,9 +149,6 @@ class Analysis {
   const PRPValidSpecs& specs_;
   PRPAggregation& store_;
   bool hasSplitVariables_ = false;
-  bool goOn_ = true;
-  std::vector<std::unique_ptr<PRPAlgorithm>> groups_;
-  std::unique_ptr<ProcDSIterator> iterator_;
 };
 
 void runProcedure() {

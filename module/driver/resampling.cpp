@@ -43,6 +43,7 @@ void copyReferences(const VarCatInfo& from, VarCatInfo& to) {
   to.midPoint = from.midPoint;
   to.minString = from.minString;
   to.maxString = from.maxString;
+  to.extremesKnown = from.extremesKnown;
 }
 
 void copyReferences(const PRPAlgorithm& base, PRPAlgorithm& group) {

@@ -8,9 +8,13 @@
 
 namespace proportions {
 
-double differenceOfProportions(const TwoGroups& groups) {
+double crossDifference(const TwoGroups& groups) {
   const auto& [one, two] = groups;
-  return differenceOfProducts(one.x, two.n, two.x, one.n) / one.n / two.n;
+  return differenceOfProducts(one.x, two.n, two.x, one.n);
+}
+
+double differenceOfProportions(const TwoGroups& groups) {
+  return crossDifference(groups) / groups.first.n / groups.second.n;
 }
 
 double unpooledVariance(const TwoGroups& groups, double less) {
@@ -19,12 +23,10 @@ double unpooledVariance(const TwoGroups& groups, double less) {
          (one.f / one.n) * (one.x / one.n) / (one.n - less);
 }
 
-double waldCorrection(const TwoGroups& groups) {
-  return 0.5 * (1.0 / groups.second.n + 1.0 / groups.first.n);
-}
+double waldCorrection(const TwoGroups& groups) { return groups.first.n + groups.second.n; }
 
 double hauckAndersonCorrection(const TwoGroups& groups) {
-  return 1.0 / (2.0 * std::min(groups.first.n, groups.second.n));
+  return std::max(groups.first.n, groups.second.n);
 }
 
 namespace {
@@ -53,6 +55,16 @@ Bounds combine(double difference, const ScoreDistances& one, const ScoreDistance
               kDifferenceRange);
 }
 
+/// The difference ± (half + the correction), the correction put to the difference while both are
+/// whole numbers, so that what is left of them has all its digits.
+Bounds corrected(const TwoGroups& groups, double half, double correction) {
+  const double n1 = groups.first.n, n2 = groups.second.n;
+  const double twice = 2.0 * crossDifference(groups);
+  return clip({(twice - correction) / (2.0 * n1) / n2 - half,
+               (twice + correction) / (2.0 * n1) / n2 + half},
+              kDifferenceRange);
+}
+
 }  // namespace
 
 /// Agresti & Caffo (2000): one success and one failure added to each group.
@@ -73,9 +85,8 @@ Bounds brownLiJeffreys(const TwoGroups& groups, const Level& level) {
 /// Hauck & Anderson (1986).
 Bounds hauckAnderson(const TwoGroups& groups, const Level& level) {
   if (!bothAboveOne(groups)) return {};
-  const double half =
-      level.z * std::sqrt(unpooledVariance(groups, 1.0)) + hauckAndersonCorrection(groups);
-  return symmetric(differenceOfProportions(groups), half, kDifferenceRange);
+  return corrected(groups, level.z * std::sqrt(unpooledVariance(groups, 1.0)),
+                   hauckAndersonCorrection(groups));
 }
 
 /// Newcombe (1998b), method 10: hybrid score.
@@ -98,8 +109,7 @@ Bounds waldDifference(const TwoGroups& groups, const Level& level) {
 
 /// The Wald interval widened by (1/n1 + 1/n2) / 2 on both sides (Fleiss 1981).
 Bounds waldDifferenceCorrected(const TwoGroups& groups, const Level& level) {
-  const double half = level.z * std::sqrt(unpooledVariance(groups)) + waldCorrection(groups);
-  return symmetric(differenceOfProportions(groups), half, kDifferenceRange);
+  return corrected(groups, level.z * std::sqrt(unpooledVariance(groups)), waldCorrection(groups));
 }
 
 }  // namespace proportions

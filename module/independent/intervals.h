@@ -24,9 +24,12 @@ struct TwoGroups {
 double differenceOfProportions(const TwoGroups& groups);
 /// (1 - p1)·p1 / (n1 - less) + (1 - p2)·p2 / (n2 - less); 1 - p is taken as f / n.
 double unpooledVariance(const TwoGroups& groups, double less = 0.0);
-/// (1/n1 + 1/n2) / 2, the continuity correction of the Wald family.
+/// x1·n2 - x2·n1, the difference over 1 / (n1·n2).
+double crossDifference(const TwoGroups& groups);
+/// The continuity corrections as multiples of 1 / (2·n1·n2), in which they and the difference are
+/// whole numbers: (1/n1 + 1/n2) / 2 of the Wald family, and 1 / (2·min(n1, n2)) of Hauck &
+/// Anderson.
 double waldCorrection(const TwoGroups& groups);
-/// 1 / (2·min(n1, n2)), that of Hauck & Anderson.
 double hauckAndersonCorrection(const TwoGroups& groups);
 /// The correction of Hauck & Anderson needs more than one trial in each group.
 inline bool bothAboveOne(const TwoGroups& groups) {

@@ -20,11 +20,15 @@ TestResult plainTest(double difference, double variance) {
   return normalTest(difference / std::sqrt(variance));
 }
 
-/// The difference drawn towards 0 by the correction; Z = 0, whatever the variance, when the
-/// correction is larger. `variance` is missing when it must not be used.
-TestResult correctedTest(double difference, double correction, double variance) {
-  if (correction > std::fabs(difference)) return normalTest(0.0);
-  return plainTest(difference > 0.0 ? difference - correction : difference + correction, variance);
+/// The difference moved towards 0 by the correction; Z = 0, whatever the variance, when that would
+/// move it past 0. The comparison is one of whole numbers, without rounding up to 2^52. `variance`
+/// is missing when it must not be used.
+TestResult correctedTest(const TwoGroups& groups, double correction, double variance) {
+  const double cross = crossDifference(groups);
+  const double rest = 2.0 * std::fabs(cross) - correction;
+  if (rest < 0.0) return normalTest(0.0);
+  const double moved = cross > 0.0 ? rest : 0.0 - rest;  // a tie is 0, not -0
+  return plainTest(moved / (2.0 * groups.first.n) / groups.second.n, variance);
 }
 
 }  // namespace
@@ -32,7 +36,7 @@ TestResult correctedTest(double difference, double correction, double variance) 
 /// Hauck & Anderson (1986); needs more than one trial in each group unless its Z is 0 outright.
 TestResult hauckAndersonTest(const TwoGroups& groups) {
   const double variance = bothAboveOne(groups) ? unpooledVariance(groups, 1.0) : kSystemMissing;
-  return correctedTest(differenceOfProportions(groups), hauckAndersonCorrection(groups), variance);
+  return correctedTest(groups, hauckAndersonCorrection(groups), variance);
 }
 
 TestResult waldDifferenceTest(const TwoGroups& groups) {
@@ -40,8 +44,7 @@ TestResult waldDifferenceTest(const TwoGroups& groups) {
 }
 
 TestResult waldDifferenceTestCorrected(const TwoGroups& groups) {
-  return correctedTest(differenceOfProportions(groups), waldCorrection(groups),
-                       unpooledVariance(groups));
+  return correctedTest(groups, waldCorrection(groups), unpooledVariance(groups));
 }
 
 /// The test with the pooled variance, whose square is Pearson's (1900) chi-square.
@@ -51,8 +54,7 @@ TestResult pooledTest(const TwoGroups& groups) {
 
 /// Its square is the chi-square with the correction of Yates (1934).
 TestResult pooledTestCorrected(const TwoGroups& groups) {
-  return correctedTest(differenceOfProportions(groups), waldCorrection(groups),
-                       pooledVariance(groups));
+  return correctedTest(groups, waldCorrection(groups), pooledVariance(groups));
 }
 
 }  // namespace proportions

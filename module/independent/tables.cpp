@@ -51,8 +51,8 @@ void buildIndependentIntervalTable(PRPAlgorithm& analysis, const PropZIndSamp& r
   addVariableRows(firstListVariable(analysis, record.localVarIndex), table.variables());
   if (!record.goodData) return;
 
-  const IntervalRows rows =
-      requestedResults(kIndependentIntervals, analysis.ciTypes, groupsOf(record), analysis.level());
+  const IntervalRows rows = requestedIntervals(kIndependentIntervals, analysis.ciTypes,
+                                               groupsOf(record), analysis.level());
   for (const auto& row : rows) {
     types.Category(keyText(row.label));
     addDifference(table, record);

@@ -13,13 +13,14 @@ inline double differenceOfProducts(double a, double b, double c, double d) {
   return std::fma(a, b, -cd) + error;
 }
 
-/// x - n·p, the deviation of a count from its expectation. With counts of 1e12 the rounding of n·p
-/// alone would cost six digits, so its error is put back; but where x equals the rounded n·p they
-/// are meant to be equal (p is a decimal that somebody typed), and the deviation is 0.
+/// x - n·p, the deviation of a count from its expectation, 0 < p < 1. With counts of 1e12 the
+/// rounding of n·p alone would cost six digits, so its error is put back. p is a decimal that
+/// somebody typed, known to half a unit in its last place: a deviation that this accounts for is 0.
 inline double deviation(double x, double n, double p) {
   const double expected = n * p;
-  if (x == expected) return 0.0;
-  return (x - expected) - std::fma(n, p, -expected);
+  const double difference = (x - expected) - std::fma(n, p, -expected);
+  const double unit = std::nextafter(p, 1.0) - p;
+  return std::fabs(difference) <= n * unit * 0.5 ? 0.0 : difference;
 }
 
 }  // namespace proportions

@@ -13,12 +13,17 @@ struct ScoreDistances {
   double above;  ///< u - p
 };
 
+/// What both distances are made of: z·sqrt(z²/(4n²) + pq/n), before the division by 1 + z²/n.
+inline double scoreHalfWidth(double x, double f, double n, double z) {
+  return z * std::sqrt(z * z / (n * 4 * n) + (f / n) * (x / n) / n);
+}
+
 /// `x` successes, `f` failures, n = x + f > 0. The smaller distance comes from the product of the
 /// two, z²·p·q / n / d, since the difference that it is would lose its digits towards p = 0 and p =
 /// 1, where it is 0.
 inline ScoreDistances scoreDistances(double x, double f, double n, double z) {
   const double p = x / n, q = f / n, z2 = z * z;
-  const double h = z * std::sqrt(z2 / (n * 4 * n) + q * p / n);
+  const double h = scoreHalfWidth(x, f, n, z);
   const double shift = z2 / n * (p - 0.5);
   const double d = z2 / n + 1;
   const double sum = h + std::fabs(shift);

@@ -37,12 +37,13 @@ Bounds anscombe(const OneSampleCounts& counts, const Level& level) {
   return fromLogit((f + 0.5) / (x + 0.5), level.z * s);
 }
 
-/// Clopper & Pearson (1934), by the beta quantiles; exactly 0 and 1 at the ends.
+/// Clopper & Pearson (1934), by the beta quantiles; exactly 0 and 1 at the ends. The upper quantile
+/// is asked for by its tail, since 1 - α/2 loses the digits of a small α.
 Bounds clopperPearson(const OneSampleCounts& counts, const Level& level) {
   const auto [x, f, n] = counts;
   const double a2 = level.alpha * 0.5;
   const double lower = x <= 0.0 ? 0.0 : MCDistFun::IdfBeta(a2, x, f + 1.0);
-  const double upper = f <= 0.0 ? 1.0 : MCDistFun::IdfBeta(1.0 - a2, x + 1.0, f);
+  const double upper = f <= 0.0 ? 1.0 : MCDistFun::IdfBetaUpper(a2, x + 1.0, f);
   return clip({lower, upper}, kProportionRange);
 }
 
@@ -53,7 +54,7 @@ Bounds jeffreys(const OneSampleCounts& counts, const Level& level) {
   const auto [x, f, n] = counts;
   const double a2 = level.alpha * 0.5;
   return clip(
-      {MCDistFun::IdfBeta(a2, x + 0.5, f + 0.5), MCDistFun::IdfBeta(1.0 - a2, x + 0.5, f + 0.5)},
+      {MCDistFun::IdfBeta(a2, x + 0.5, f + 0.5), MCDistFun::IdfBetaUpper(a2, x + 0.5, f + 0.5)},
       kProportionRange);
 }
 

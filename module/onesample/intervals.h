@@ -32,8 +32,8 @@ Bounds wilsonScoreCorrected(const OneSampleCounts& counts, const Level& level);
 inline constexpr std::array<Method<OneSampleInterval>, 9> kOneSampleIntervals{{
     {"AGRESTI_COULL", "Agresti-Coull", true, agrestiCoull},
     {"ANSCOMBE", "Anscombe", false, anscombe},
-    {"CLOPPER_PEARSON", "Clopper-Pearson Exact ...", false, clopperPearson},
-    {"JEFFREYS", "Jeffreys", true, jeffreys},
+    {"CLOPPER_PEARSON", "Clopper-Pearson Exact ...", false, clopperPearson, false},
+    {"JEFFREYS", "Jeffreys", true, jeffreys, false},
     {"LOGIT", "Logit", false, logit},
     {"WALD", "Wald", false, wald},
     {"WALDCC", "Wald (Continuity Corrected)", false, waldCorrected},

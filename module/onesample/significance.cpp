@@ -9,13 +9,13 @@
 namespace proportions {
 namespace {
 
-/// The deviation x - n·p0 drawn half a trial towards 0, over a standard error of the count. A
-/// difference of proportions below 1 / (2n) is no deviation at all.
+/// The deviation x - n·p0 moved half a trial towards 0 and not past it, over a standard error of
+/// the count. The count is moved rather than the deviation, whose last digits are few beside a tie.
 TestResult correctedTest(const OneSampleCounts& counts, double p0, double standardError) {
-  const double n = counts.n;
-  const double d = deviation(counts.x, n, p0);
-  if (1.0 / (n + n) > std::fabs(d / n)) return normalTest(0.0);
-  return normalTest((d > 0.0 ? d - 0.5 : d + 0.5) / standardError);
+  const auto [x, f, n] = counts;
+  const double moved = deviation(x, n, p0) > 0.0 ? std::max(deviation(x - 0.5, n, p0), 0.0)
+                                                 : std::min(deviation(x + 0.5, n, p0), 0.0);
+  return normalTest(moved / standardError);
 }
 
 /// Standard errors of the count: under the null hypothesis and at the estimate. The score tests use

@@ -36,7 +36,7 @@ void buildOneSampleIntervalTable(PRPAlgorithm& analysis, const PropZOneSamp& rec
   if (!record.goodData) return;
 
   const IntervalRows rows =
-      requestedResults(kOneSampleIntervals, analysis.ciTypes, countsOf(record), analysis.level());
+      requestedIntervals(kOneSampleIntervals, analysis.ciTypes, countsOf(record), analysis.level());
   for (const auto& row : rows) {
     types.Category(keyText(row.label));
     addObserved(table, record);

@@ -63,7 +63,7 @@ void ResultTable::addIntervalCells(const char* groupTemplate, const Bounds& boun
 }
 
 void ResultTable::addTestCells(const MethodRow<TestResult>& row) {
-  if (row.hasStatistic) {
+  if (row.isNormal) {
     addNotedStatistic(*statistics_, texts::kZ, row.result.statistic);
   } else {
     statistics_->Category(keyText(texts::kZ));

@@ -2,6 +2,7 @@
 /// notes.
 #pragma once
 
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -17,7 +18,7 @@ namespace proportions {
 template <typename Result>
 struct MethodRow {
   const char* label;
-  bool hasStatistic;
+  bool isNormal;
   Result result;
 };
 using IntervalRows = std::vector<MethodRow<Bounds>>;
@@ -30,7 +31,18 @@ auto requestedResults(const Table& table, const MethodFlags& flags, const Argume
   std::vector<MethodRow<Result>> rows;
   for (size_t i = 0; i < table.size(); ++i) {
     if (!flags[i]) continue;
-    rows.push_back({table[i].label, table[i].hasStatistic, table[i].function(arguments...)});
+    rows.push_back({table[i].label, table[i].isNormal, table[i].function(arguments...)});
+  }
+  return rows;
+}
+
+/// The same for intervals. Those that use the critical value are missing where it is.
+template <typename Table, typename Counts>
+IntervalRows requestedIntervals(const Table& table, const MethodFlags& flags, const Counts& counts,
+                                const Level& level) {
+  IntervalRows rows = requestedResults(table, flags, counts, level);
+  for (auto& row : rows) {
+    if (row.isNormal && std::isnan(level.z)) row.result = {};
   }
   return rows;
 }

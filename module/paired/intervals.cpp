@@ -27,28 +27,33 @@ double waldError(const PairedCounts& counts) {
   return std::sqrt(discordantSpread(counts.a + counts.d, counts.b, counts.c) / counts.total());
 }
 
-/// The correlation of the two outcomes for Newcombe's interval. The correction by N / 2 applies to
-/// a positive association only: a negative one is left as it is, and is not set to 0. Missing when
-/// it has no value.
-double correlation(const PairedCounts& counts) {
+/// 1 - φ, with φ the correlation of the two outcomes for Newcombe's interval: A / sqrt(P), where A
+/// = ad - bc and P is the product of the four margins. The correction of A by N / 2 applies where
+/// 2A exceeds N only: else A is left as it is, also when it is negative. Missing when φ has no
+/// value.
+///
+/// Close to φ = 1 the difference would lose all digits; (sqrt(P) - A)·(sqrt(P) + A) is P - A² =
+/// N·(abc
+/// + abd + acd + bcd), a sum of positive terms.
+double lackOfCorrelation(const PairedCounts& counts) {
   const auto [a, b, c, d] = counts;
   const double n = counts.total();
-  const double margins[] = {a + b, c + d, a + c, b + d};
-  double product = 1.0;
-  for (const double margin : margins) {
-    if (margin == 0.0) return 0.0;
-    product *= margin;
-  }
+  const double first = (a + b) * (c + d), second = (a + c) * (b + d);
+  if (first == 0.0 || second == 0.0) return 1.0;
   const double association = differenceOfProducts(d, a, c, b);
-  if (std::fabs(2.0 * association - n) < 1e-12) return 0.0;
-  if (!(product > 0.0)) return kSystemMissing;
-  const double corrected = 2.0 * association > n ? association - 0.5 * n : association;
-  return corrected / std::sqrt(product);
+  const double excess = 2.0 * association - n;
+  if (std::fabs(excess) < 1e-12) return 1.0;
+  const double root = std::sqrt(first) * std::sqrt(second);
+  if (!(root > 0.0)) return kSystemMissing;
+  if (association <= 0.0) return 1.0 - association / root;
+  const double discordance = a * b * (c + d) + c * d * (a + b);
+  const double plain = n / root * (discordance / (root + association));
+  return excess > 0.0 ? plain + 0.5 * n / root : plain;
 }
 
-/// sqrt(u² + v² - 2·φ·u·v)
-double combine(double u, double v, double phi) {
-  return std::sqrt(u * u + v * v - 2.0 * phi * u * v);
+/// sqrt(u² + v² - 2·φ·u·v) from u - v and 1 - φ.
+double combine(double u, double v, double uLessV, double lack) {
+  return std::sqrt(uLessV * uLessV + 2.0 * u * v * lack);
 }
 
 }  // namespace
@@ -66,14 +71,21 @@ Bounds bonettPrice(const PairedCounts& counts, const Level& level) {
 /// Newcombe (1998c), method 10: score intervals of the two proportions, combined with their
 /// correlation.
 Bounds newcombePaired(const PairedCounts& counts, const Level& level) {
-  const double phi = correlation(counts);
-  if (isMissing(phi)) return {};
+  const double lack = lackOfCorrelation(counts);
+  if (isMissing(lack)) return {};
   const auto [a, b, c, d] = counts;
-  const ScoreDistances first = scoreDistances(a + b, c + d, counts.total(), level.z);
-  const ScoreDistances second = scoreDistances(a + c, b + d, counts.total(), level.z);
-  const double difference = (b - c) / counts.total();
-  return clip({difference - combine(second.above, first.below, phi),
-               difference + combine(second.below, first.above, phi)},
+  const double n = counts.total(), z = level.z;
+  const ScoreDistances first = scoreDistances(a + b, c + d, n, z);
+  const ScoreDistances second = scoreDistances(a + c, b + d, n, z);
+  const double difference = (b - c) / n;
+  // The distances differ by their shares of 1 - p1 - p2, and by their half widths, whose squares
+  // differ by a multiple of the same: taken from the counts, since the rounded distances may agree
+  // to half their digits.
+  const double widths = scoreHalfWidth(a + b, c + d, n, z) + scoreHalfWidth(a + c, b + d, n, z);
+  const double shift = z * z / n * ((d - a) / n) / (z * z / n + 1.0);
+  const double tilt = widths > 0.0 ? difference / widths : 0.0;
+  return clip({difference - combine(second.above, first.below, shift * (1.0 - tilt), lack),
+               difference + combine(second.below, first.above, shift * (1.0 + tilt), lack)},
               kDifferenceRange);
 }
 
@@ -83,11 +95,12 @@ Bounds waldPaired(const PairedCounts& counts, const Level& level) {
                    kDifferenceRange);
 }
 
-/// The Wald interval widened by 1 / N on both sides.
+/// The Wald interval widened by 1 / N on both sides; by 1 on the scale of counts, where a
+/// difference of 1 cancels without a trace.
 Bounds waldPairedCorrected(const PairedCounts& counts, const Level& level) {
-  const double n = counts.total();
-  return symmetric((counts.b - counts.c) / n, 1.0 / n + level.z * waldError(counts),
-                   kDifferenceRange);
+  const double n = counts.total(), difference = counts.b - counts.c;
+  const double half = level.z * waldError(counts);
+  return clip({(difference - 1.0) / n - half, (difference + 1.0) / n + half}, kDifferenceRange);
 }
 
 }  // namespace proportions

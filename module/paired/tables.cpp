@@ -70,7 +70,7 @@ void buildPairedIntervalTable(PRPAlgorithm& analysis, const PropZPairSamp& recor
   if (!record.goodData) return;
 
   const IntervalRows rows =
-      requestedResults(kPairedIntervals, analysis.ciTypes, countsOf(record), analysis.level());
+      requestedIntervals(kPairedIntervals, analysis.ciTypes, countsOf(record), analysis.level());
   for (const auto& row : rows) {
     types.Category(keyText(row.label));
     addDifference(table, record);

@@ -1,7 +1,6 @@
 #include "module/syntax/command_parser.h"
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 #include "module/output/texts.h"
@@ -101,23 +100,22 @@ PRPCommandParser::SplitTokens PRPCommandParser::splitAt(SubComObj& subcommand, i
   return result;
 }
 
-void PRPCommandParser::removeDuplicateOptions(std::vector<std::string>& options,
+bool PRPCommandParser::removeDuplicateOptions(std::vector<std::string>& options,
                                               const char* parameter, const char* subcommand) {
   std::vector<std::string> kept;
   for (std::string& option : options) {
     if (std::find(kept.begin(), kept.end(), option) == kept.end()) kept.push_back(option);
   }
-  if (kept.size() == options.size()) return;
+  if (kept.size() == options.size()) return false;
   options = std::move(kept);
   messages_.GenericWarning(texts::kDuplicateOptions, parameter, subcommand);
+  return true;
 }
 
 bool PRPCommandParser::removeDuplicateVariables(VarIndices& indices) {
-  std::set<VarIndex> met;
-  const auto repeated = [&met](VarIndex index) { return !met.insert(index).second; };
-  const auto end = std::remove_if(indices.begin(), indices.end(), repeated);
-  if (end == indices.end()) return false;
-  indices.erase(end, indices.end());
+  VarIndices distinct = distinctIndices(indices);
+  if (distinct.size() == indices.size()) return false;
+  indices = std::move(distinct);
   return true;
 }
 

@@ -45,7 +45,8 @@ class PRPCommandParser {
   bool setModelType();
   bool takeSplitAndWeight();
   static SplitTokens splitAt(SubComObj& subcommand, int operatorCode);
-  void removeDuplicateOptions(std::vector<std::string>& options, const char* parameter,
+  /// Both keep first occurrences in their order and tell whether there was a repeat.
+  bool removeDuplicateOptions(std::vector<std::string>& options, const char* parameter,
                               const char* subcommand);
   static bool removeDuplicateVariables(VarIndices& indices);
   bool readMethods(SubComObj& subcommand, const char* parameter, const MethodKeywords& methods,
@@ -74,7 +75,8 @@ class PRPCommandParser {
   bool readGroupingVariable(const Tokens& tokens);
   bool readGroupRule();
   bool readDefaultLevels();
-  bool readGroupLevels(const Tokens& levels, bool isString);
+  bool readGroupLevels(const Tokens& levels);
+  bool levelsDiffer();
 
   // success_subcommand.cpp
   bool validateSuccess();

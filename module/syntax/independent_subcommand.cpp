@@ -79,16 +79,15 @@ bool PRPCommandParser::readGroupRule() {
   std::string rule;
   ParamObj* qualifier = nullptr;
   ParamObj* select = independentSamples_->getParamObj(keywords::kSelect);
-  if (select != nullptr) select->getStringAndQual(rule, qualifier);
-  const bool defaultLevels =
-      select == nullptr ||
-      (rule == keywords::kLevel && (qualifier == nullptr || qualifier->isLeadingToken()));
+  // A SELECT that the host cannot read back says no more than one that is absent.
+  const bool given = select != nullptr && select->getStringAndQual(rule, qualifier);
+  const bool defaultLevels = !given || qualifier == nullptr || qualifier->isLeadingToken();
 
   BinInfoElem& element = specs_.groupInfo();
   element = BinInfoElem();
-  element.rule = rule == keywords::kMidpoint   ? kMidpoint
-                 : rule == keywords::kCutpoint ? kCutpoint
-                                               : kLevels;
+  element.rule = given && rule == keywords::kMidpoint   ? kMidpoint
+                 : given && rule == keywords::kCutpoint ? kCutpoint
+                                                        : kLevels;
   element.categorical = element.rule == kLevels && isString;
   element.obsLength = obsLength(variable.GetType());
   element.printFormat = variable.GetFormat();
@@ -105,7 +104,7 @@ bool PRPCommandParser::readGroupRule() {
     }
     return true;
   }
-  if (!defaultLevels) return readGroupLevels(qualifier->getTokenList(), isString);
+  if (!defaultLevels) return readGroupLevels(qualifier->getTokenList());
   if (isString) {
     messages_.GenericError(texts::kStringNeedsLevels, name);
     return false;
@@ -119,10 +118,10 @@ bool PRPCommandParser::readDefaultLevels() {
                     addLevel(groupVar_, true, 2.0, "2", specs_.groupInfo());
   if (!held) messages_.GenericError(texts::kInvalidSelectDefault);
   groupVar_.SetErrorReporting(true);
-  return held;
+  return held && levelsDiffer();
 }
 
-bool PRPCommandParser::readGroupLevels(const Tokens& levels, bool isString) {
+bool PRPCommandParser::readGroupLevels(const Tokens& levels) {
   if (levels.size() != 2) {
     messages_.GenericError(texts::kTwoValues, kSelectLevel, keywords::kIndependentSamples);
     return false;
@@ -135,8 +134,12 @@ bool PRPCommandParser::readGroupLevels(const Tokens& levels, bool isString) {
   });
   if (!held) messages_.GenericError(texts::kInvalidSelectLevel);
   groupVar_.SetErrorReporting(true);
-  if (!held) return false;
-  if (!sameValue(*element.rawValues[0], *element.rawValues[1], isString)) return true;
+  return held && levelsDiffer();
+}
+
+bool PRPCommandParser::levelsDiffer() {
+  const BinInfoElem& element = specs_.groupInfo();
+  if (!sameValue(*element.rawValues[0], *element.rawValues[1], element.categorical)) return true;
   messages_.GenericError(texts::kTwoDistinctValues, kSelectLevel, keywords::kIndependentSamples);
   return false;
 }

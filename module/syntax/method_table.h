@@ -4,14 +4,15 @@
 
 namespace proportions {
 
-/// A confidence interval. `Counts` is the design's record of counts; see the design's intervals.h.
 template <typename Function>
 struct Method {
   const char* keyword;
   const char* label;
   bool byDefault;
   Function function;
-  bool hasStatistic = true;  ///< tests only: shows a Z
+  /// The standard normal distribution is in it: a test shows a Z, an interval is missing where the
+  /// critical value is.
+  bool isNormal = true;
 };
 
 }  // namespace proportions

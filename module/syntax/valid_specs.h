@@ -14,6 +14,9 @@ namespace proportions {
 /// A bit per method, in the order of the design's method table.
 using MethodFlags = std::vector<bool>;
 
+/// The indices without repeats, in the order of their first occurrence.
+std::vector<VarIndex> distinctIndices(const std::vector<VarIndex>& indices);
+
 /// One per run; outlives every analysis object. Before a design subcommand has been validated the
 /// flag vectors are empty, so flags are read only for the model type that was parsed.
 class PRPValidSpecs {
@@ -22,6 +25,8 @@ class PRPValidSpecs {
     // The host wants to be asked once per record, whoever uses the answer.
     source.GetWeightVarIndex();
   }
+  PRPValidSpecs(const PRPValidSpecs&) = delete;
+  PRPValidSpecs& operator=(const PRPValidSpecs&) = delete;
 
   ProcedureDataSource& dataSource() const { return dataSource_; }
   /// The host's own variable specifications; null, since nothing hands any over.
@@ -42,6 +47,11 @@ class PRPValidSpecs {
 
   void setModelType(int32_t code) { modelType_ = code; }
   void setTestVarIndices(const std::vector<VarIndex>& indices) { testVarIndices_ = indices; }
+  /// Stores the distinct indices, in the order of their first occurrence. The command has its
+  /// repeats taken out, with a warning, before it stores a list; this is for other callers.
+  void setDistinctTestVarIndices(const std::vector<VarIndex>& indices) {
+    testVarIndices_ = distinctIndices(indices);
+  }
   void setSecondVarIndices(const std::vector<VarIndex>& indices) { secondVarIndices_ = indices; }
   void setTestValue(double value) { testValue_ = value; }
   void setOrderedPairs(bool ordered) { orderedPairs_ = ordered; }
@@ -92,6 +102,12 @@ class PRPValidSpecs {
   double confidenceLevel_ = 95.0;
   MethodFlags testTypes_;
   MethodFlags ciTypes_;
+  /// Room that the record keeps for the host: null in this command, released with the record.
+  struct {
+    std::unique_ptr<VarSpecObj> firstOwned;
+    std::unique_ptr<VarSpecObj> secondOwned;
+    const VarSpecObj* shared = nullptr;
+  } handles_;
 };
 
 }  // namespace proportions

@@ -94,10 +94,23 @@ TEST_F(Distributions, BetaQuantile) {
   // With one shape 1 the distribution function is a power.
   EXPECT_NEAR(MCDistFun::IdfBeta(0.025, 10.0, 1.0), std::pow(0.025, 0.1), 1e-14);
   EXPECT_NEAR(MCDistFun::IdfBeta(0.975, 1.0, 10.0), 1 - std::pow(0.025, 0.1), 1e-14);
-  EXPECT_EQ(MCDistFun::IdfBeta(kNaN, 1.0, 1.0), kSystemMissing);
-  EXPECT_EQ(MCDistFun::IdfBeta(0.5, 0.0, 1.0), kSystemMissing);
-  EXPECT_EQ(MCDistFun::IdfBeta(0.5, 1.0, -1.0), kSystemMissing);
-  EXPECT_EQ(MCDistFun::IdfBeta(1.5, 1.0, 1.0), kSystemMissing);
+  EXPECT_NEAR(MCDistFun::IdfBetaUpper(0.025, 1.0, 10.0), 1 - std::pow(0.025, 0.1), 1e-14);
+  EXPECT_NEAR(MCDistFun::IdfBetaUpper(0.975, 10.0, 1.0), std::pow(0.025, 0.1), 1e-14);
+  for (const auto function : {&MCDistFun::IdfBeta, &MCDistFun::IdfBetaUpper}) {
+    EXPECT_EQ(function(kNaN, 1.0, 1.0), kSystemMissing);
+    EXPECT_EQ(function(0.5, 0.0, 1.0), kSystemMissing);
+    EXPECT_EQ(function(0.5, 1.0, -1.0), kSystemMissing);
+    EXPECT_EQ(function(1.5, 1.0, 1.0), kSystemMissing);
+  }
+}
+
+TEST_F(Distributions, UpperBetaQuantileOfATailThatOneLacks) {
+  // 1 - 1e-20 is 1 in a double; the variable of shapes 1 and 2 exceeds 1 - sqrt(q) with
+  // probability q.
+  EXPECT_NEAR((1 - MCDistFun::IdfBetaUpper(1e-20, 1.0, 2.0)) / 1e-10, 1, 1e-6);
+  EXPECT_LT(MCDistFun::IdfBetaUpper(1e-20, 1.0, 2.0), 1);
+  // A small place keeps its digits, which 1 less the mirrored quantile would not.
+  EXPECT_NEAR(MCDistFun::IdfBetaUpper(0.025, 1.0, 1e15) * 1e15, 3.688879454113936, 1e-11);
 }
 
 TEST_F(Distributions, NoncentralityUndoesTheDistributionAtZero) {

@@ -57,18 +57,13 @@ ReferenceFile::ReferenceFile(const std::string& name) {
   if (rows_.empty()) throw std::runtime_error("no rows in " + name);
 }
 
-void expectClose(double got, const ReferenceRow& row, const std::string& column,
-                 const std::string& scaleColumn, double scaleFactor) {
+void expectClose(double got, const ReferenceRow& row, const std::string& column) {
   const double want = row.number(column);
   const std::string where = "line " + std::to_string(row.line()) + ", " + column;
   if (std::isnan(want) || want == kSystemMissing) {
     EXPECT_TRUE(std::isnan(want) ? std::isnan(got) : got == want) << where << ": " << got;
     return;
   }
-  const std::string& scale = row.text(scaleColumn);
-  double allowed = 1e-12 * std::fabs(want);
-  if (!scale.empty()) {
-    allowed = std::max(allowed, 4.0 * 0x1p-53 * scaleFactor * std::strtod(scale.c_str(), nullptr));
-  }
-  EXPECT_LE(std::fabs(got - want), allowed) << where << ": got " << got << ", want " << want;
+  EXPECT_LE(std::fabs(got - want), 1e-12 * std::fabs(want))
+      << where << ": got " << got << ", want " << want;
 }

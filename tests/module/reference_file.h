@@ -32,8 +32,6 @@ class ReferenceFile {
   std::vector<ReferenceRow> rows_;
 };
 
-/// Fails the running test unless `got` is the wanted value: missing and NaN exactly, numbers within
-/// 1e-12 relative or, where the file gives a scale, within four times the rounding error that
-/// double arithmetic makes in the formula.
-void expectClose(double got, const ReferenceRow& row, const std::string& column,
-                 const std::string& scaleColumn, double scaleFactor = 1.0);
+/// Fails the running test unless `got` is the wanted value: missing, NaN and 0 exactly, other
+/// numbers within 1e-12 of each.
+void expectClose(double got, const ReferenceRow& row, const std::string& column);

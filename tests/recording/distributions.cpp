@@ -117,6 +117,12 @@ double MCDistFun::IdfBeta(const double& q, const double& a, const double& b) {
   return finish(call, boost::math::ibeta_inv(a, b, q, Quietly()));
 }
 
+double MCDistFun::IdfBetaUpper(const double& q, const double& a, const double& b) {
+  Call call("MCDistFun.IdfBetaUpper", Call::May::kNotThrow, q, a, b);
+  if (!(q >= 0 && q <= 1 && a > 0 && b > 0)) return finish(call, kSystemMissing);
+  return finish(call, boost::math::ibetac_inv(a, b, q, Quietly()));
+}
+
 double MCDistFun::CdfStdNorm(double z) {
   Call call("MCDistFun.CdfStdNorm", Call::May::kNotThrow, z);
   if (z == kSystemMissing || std::isnan(z)) return finish(call, kSystemMissing);

@@ -217,8 +217,43 @@ void expectClean(const Outcome& outcome, const std::string& where) {
   expectReleaseOrder(outcome, where);
 }
 
+/// Notes the object that an entry makes or releases, in the order of their making. A label's life
+/// is that of an expression; the map of split values is made for the store, after the first group,
+/// and goes with it.
+void noteLife(const std::string& entry, std::vector<std::string>& alive) {
+  const auto endsWith = [&entry](const std::string& ending) {
+    return entry.size() > ending.size() &&
+           entry.compare(entry.size() - ending.size(), ending.size(), ending) == 0;
+  };
+  const size_t made = entry.find(".new(");
+  if (endsWith(".delete")) {
+    const auto found = std::find(alive.begin(), alive.end(), entry.substr(0, entry.size() - 7));
+    if (found != alive.end()) alive.erase(found);
+  } else if (made != std::string::npos && !endsWith(" throws")) {
+    alive.push_back(entry.substr(0, made));
+  } else if (const size_t iterator = entry.find("= ProcDSIterator#");
+             iterator != std::string::npos) {
+    alive.push_back(entry.substr(iterator + 2));
+  }
+}
+
+/// The driver's objects, the iterators and those of the groups go last made first.
+void expectReverseOrder(const std::vector<std::string>& before,
+                        const std::vector<std::string>& released, const std::string& where) {
+  std::vector<std::string> alive;
+  for (const std::string& entry : before) noteLife(entry, alive);
+  for (const std::string& entry : released) {
+    if (entry.compare(0, 9, "ObsVecMap") == 0) continue;
+    while (!alive.empty() && alive.back().compare(0, 9, "ObsVecMap") == 0) alive.pop_back();
+    const std::string name = entry.substr(0, entry.size() - 7);
+    if (std::find(alive.begin(), alive.end(), name) == alive.end()) continue;
+    EXPECT_EQ(name, alive.back()) << where;
+    noteLife(entry, alive);
+  }
+}
+
 /// A run that an exception ended: up to there it did what it always does, and from there on it only
-/// released things.
+/// released things, last made first.
 void expectUnwound(const Outcome& outcome, const Outcome& undisturbed, const std::string& where) {
   const auto& lines = outcome.transcript;
   const auto& usual = undisturbed.transcript;
@@ -230,6 +265,8 @@ void expectUnwound(const Outcome& outcome, const Outcome& undisturbed, const std
     const bool deleted = line->size() > 7 && line->compare(line->size() - 7, 7, ".delete") == 0;
     EXPECT_TRUE(thrown || deleted) << where << " calls " << *line;
   }
+  const bool thrown = end != lines.end() && end->find(" throws") != std::string::npos;
+  expectReverseOrder({lines.begin(), end}, {thrown ? end + 1 : end, lines.end()}, where);
 }
 
 /// The runs between show as much up to their fault.
@@ -375,7 +412,8 @@ TEST_P(Faults, EveryDistributionCallMayFail) {
   int64_t injected = 0;
   const Outcome full = run(scenario_.full);
   EXPECT_EQ(cellsWithWrongNote(full.tables), std::vector<std::string>());
-  for (const char* function : {"CdfBin", "CdfBinUpper", "PdfBin", "IdfBeta", "CdfStdNorm"}) {
+  for (const char* function :
+       {"CdfBin", "CdfBinUpper", "PdfBin", "IdfBeta", "IdfBetaUpper", "CdfStdNorm"}) {
     const std::string operation = std::string("MCDistFun.") + function;
     const auto calls =
         std::count(undisturbed_.operations.begin(), undisturbed_.operations.end(), operation);

@@ -171,10 +171,14 @@ bool VarSpecObj::ValidateCatValue(const std::string& text, void* buffer, ZELK_Fo
   if (impl_->valid.empty()) throw std::logic_error("ValidateCatValue without a variable");
   const ZELK_Variable& variable = impl_->variableOf(impl_->valid.back());
   bool accepted = false;
+  const std::string& number =  // a script may have a text stand for another number
+      call.answer() != nullptr && *call.answer() != "true" && *call.answer() != "false"
+          ? *call.answer()
+          : text;
   if (variable.GetType() == 0) {
     char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
-    accepted = !text.empty() && *end == '\0';
+    const double value = std::strtod(number.c_str(), &end);
+    accepted = !number.empty() && *end == '\0';
     if (accepted) std::memcpy(buffer, &value, sizeof value);
   } else if (text.size() <= static_cast<size_t>(variable.GetType())) {
     accepted = true;
@@ -183,7 +187,7 @@ bool VarSpecObj::ValidateCatValue(const std::string& text, void* buffer, ZELK_Fo
     std::memcpy(buffer, text.data(), text.size());
   }
   format = variable.GetFormat();
-  return call.gives(recording::flagOr(call, accepted));
+  return call.gives(&number == &text ? recording::flagOr(call, accepted) : accepted);
 }
 
 void VarSpecObj::SetErrorReporting(bool on) {

@@ -96,16 +96,31 @@ long double logitOfLowerTail(long double r, long double a, long double b) {
   return std::isnan(w) ? low : std::clamp(w, low, high);
 }
 
+// The logit with lower tail q, 0 < q < 1, taken from the nearer tail: 1 - q is exact for q above
+// one half.
+long double logitOfTail(double q, long double a, long double b) {
+  return q <= 0.5 ? logitOfLowerTail(q, a, b)
+                  : -logitOfLowerTail(1 - static_cast<long double>(q), b, a);
+}
+
+bool admits(double q, double a, double b) {
+  return a > 0 && b > 0 && std::isfinite(a) && std::isfinite(b) && q >= 0 && q <= 1;
+}
+
 }  // namespace
 }  // namespace workbench
 
 double MCDistFun::IdfBeta(const double& q, const double& a, const double& b) {
   using namespace workbench;
-  const bool shapes = a > 0 && b > 0 && std::isfinite(a) && std::isfinite(b);
-  if (!shapes || !(q >= 0 && q <= 1)) return MCMV::Missing();
+  if (!admits(q, a, b)) return MCMV::Missing();
   if (q == 0 || q == 1) return q;
-  // 1 - q is exact for q above one half, and the answer is taken from the nearer tail.
-  const long double w = q <= 0.5 ? logitOfLowerTail(q, a, b)
-                                 : -logitOfLowerTail(1 - static_cast<long double>(q), b, a);
-  return static_cast<double>(atLogit(w, a, b).x);
+  return static_cast<double>(atLogit(logitOfTail(q, a, b), a, b).x);
+}
+
+// The mirrored variable falls short of 1 - x where this one exceeds x.
+double MCDistFun::IdfBetaUpper(const double& q, const double& a, const double& b) {
+  using namespace workbench;
+  if (!admits(q, a, b)) return MCMV::Missing();
+  if (q == 0 || q == 1) return 1 - q;
+  return static_cast<double>(atLogit(-logitOfTail(q, b, a), a, b).x);
 }

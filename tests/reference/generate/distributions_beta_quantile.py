@@ -18,12 +18,22 @@ OTHERS = [
 PROBABILITIES = [1e-300, 1e-12, 0.01, 0.3, 0.5, 0.9, 1 - 2.0**-40, 1 - 2.0**-53]
 
 
+def logit(q, a, b):
+    return logit_of_lower_tail(q, a, b) if q <= 0.5 else -logit_of_lower_tail(1 - q, b, a)
+
+
 def quantile(q, a, b):
     q = mpf(q)
     if q == 1:  # 1 - alpha / 2 in doubles, for the level next to 100
         return mpf(1)
-    w = logit_of_lower_tail(q, a, b) if q <= 0.5 else -logit_of_lower_tail(1 - q, b, a)
-    return 1 / (1 + exp(-w))
+    return 1 / (1 + exp(-logit(q, a, b)))
+
+
+def upper_quantile(q, a, b):
+    q = mpf(q)
+    if q == 1:
+        return mpf(0)
+    return 1 / (1 + exp(logit(q, b, a)))
 
 
 def cases():
@@ -44,15 +54,17 @@ def cases():
 def main():
     check()
     mp.dps = 50
-    rows = [[exact(q), exact(a), exact(b), digits(quantile(q, a, b))] for q, a, b in cases()]
+    rows = [[exact(q), exact(a), exact(b), digits(quantile(q, a, b)),
+             digits(upper_quantile(q, a, b))] for q, a, b in cases()]
     write(
         "beta_quantile.csv",
-        "quantiles of the beta distribution with shapes a, b at probability q",
+        "quantiles of the beta distribution with shapes a, b: the places that it does not exceed, and "
+        "that it exceeds, with probability q",
         [
             "input:   the doubles that the texts stand for, taken exactly; the shapes of exact and",
             "         Jeffreys intervals at levels 0 to 99.99999999999999 percent, and some others",
         ],
-        ["q", "a", "b", "quantile"],
+        ["q", "a", "b", "quantile", "upper"],
         rows,
     )
 

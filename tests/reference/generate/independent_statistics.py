@@ -4,11 +4,10 @@ import sys
 
 from independent_methods import statistics
 from independent_tables import groups
-from reference_math import SCALE_NOTE, cell, emit, header, scale_of
+from reference_math import TOLERANCE_NOTE, cell, emit, header
 
 NOTES = [
-    SCALE_NOTE,
-    "#         diff_scale belongs to diff, ase_scale to the four standard errors.",
+    TOLERANCE_NOTE,
 ]
 
 
@@ -16,11 +15,10 @@ def main():
     rows = []
     for g in groups():
         s = statistics(g)
-        rows.append(",".join([*map(str, g), *(cell(v) for v in s.values()), scale_of(s["diff"]),
-                              scale_of(s["ase1"], s["ase2"], s["asediff0"], s["asediff1"])]))
+        rows.append(",".join([*map(str, g), *(cell(v) for v in s.values())]))
     emit(header("proportions, difference and standard errors of independent samples",
                 "generate/independent_statistics.py", NOTES,
-                "x1,n1,x2,n2,p1,p2,diff,ase1,ase2,asediff0,asediff1,diff_scale,ase_scale")
+                "x1,n1,x2,n2,p1,p2,diff,ase1,ase2,asediff0,asediff1")
          + "\n".join(rows) + "\n")
 
 

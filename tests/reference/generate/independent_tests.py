@@ -4,7 +4,7 @@ import sys
 
 from independent_methods import TESTS
 from independent_tables import groups
-from reference_math import SCALE_NOTE, cell, emit, header, in_grey_zone, scale_of
+from reference_math import TOLERANCE_NOTE, cell, emit, header, in_grey_zone
 
 NOTES = [
     "# values: 1 - Phi(Z) is Phi(-Z), so that small tails keep their digits. A probability below",
@@ -13,8 +13,7 @@ NOTES = [
     "#         Z is 0 on both sides of the comparison, unless there is no variance (then missing).",
     "# check:  the WALDH0 and WALDH0CC rows agree with prop.test of R 4.2.2 to 1e-10 where n <= 1e6",
     "#         (generate/check_against_r.R).",
-    SCALE_NOTE,
-    "#         z_scale belongs to z and p_scale to one_sided; two_sided has twice p_scale.",
+    TOLERANCE_NOTE,
 ]
 
 
@@ -25,11 +24,10 @@ def main():
             z, one, two = test(g)
             if in_grey_zone(one):
                 continue
-            rows.append(",".join([name, *map(str, g), cell(z), cell(one), cell(two), scale_of(z),
-                                  scale_of(one)]))
+            rows.append(",".join([name, *map(str, g), cell(z), cell(one), cell(two)]))
     emit(header("statistics and p values of the tests of independent samples",
                 "generate/independent_tests.py", NOTES,
-                "test,x1,n1,x2,n2,z,one_sided,two_sided,z_scale,p_scale") + "\n".join(rows) + "\n")
+                "test,x1,n1,x2,n2,z,one_sided,two_sided") + "\n".join(rows) + "\n")
 
 
 if __name__ == "__main__":

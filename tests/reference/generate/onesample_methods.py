@@ -5,6 +5,8 @@ x successes in n trials, f = n - x failures, p = x/n. An interval function takes
 Z (or "none"), the one-sided and the two-sided p value. What cannot be computed is "missing".
 """
 
+from fractions import Fraction
+
 from mpmath import mpf
 
 from reference_math import (MISSING, Tracked, beta_quantile, binomial_at_least, binomial_at_most,
@@ -39,7 +41,7 @@ def clopper_pearson(x, n, level):
     """Clopper & Pearson (1934), Biometrika 26, 404-413, by beta quantiles."""
     f = n - x
     lower = 0 if x == 0 else beta_quantile(level.half_alpha, x, f + 1)
-    upper = 1 if f == 0 else beta_quantile(level.upper_probability, x + 1, f)
+    upper = 1 if f == 0 else 1 - beta_quantile(level.half_alpha, f, x + 1)
     return clip(Tracked(lower), Tracked(upper), 0, 1)
 
 
@@ -49,7 +51,7 @@ def jeffreys(x, n, level):
     half = mpf("0.5")
     a, b = x + half, n - x + half
     return clip(Tracked(beta_quantile(level.half_alpha, a, b)),
-                Tracked(beta_quantile(level.upper_probability, a, b)), 0, 1)
+                Tracked(1 - beta_quantile(level.half_alpha, b, a)), 0, 1)
 
 
 def logit(x, n, level):
@@ -158,7 +160,7 @@ def binomial_result(one):
 def score(x, n, p0):
     """Z with the standard error under the hypothesis: Agresti (2013), Categorical Data Analysis,
     3rd ed., section 1.4."""
-    return normal_result((x - n * Tracked(p0)) / null_deviation(n, p0))
+    return normal_result(deviation(x, n, p0) / null_deviation(n, p0))
 
 
 def score_corrected(x, n, p0):
@@ -171,7 +173,7 @@ def wald_test(x, n, p0):
     """Z with the standard error at the estimate; undefined without both outcomes."""
     if x == 0 or x == n:
         return MISSING, MISSING, MISSING
-    return normal_result((x - n * Tracked(p0)) / observed_deviation(x, n))
+    return normal_result(deviation(x, n, p0) / observed_deviation(x, n))
 
 
 def wald_test_corrected(x, n, p0):
@@ -191,12 +193,20 @@ def observed_deviation(x, n):
     return sqrt((1 - p) * x)
 
 
-def corrected(x, n, p0, deviation):
-    difference = mpf(x) - n * mpf(p0)
-    if abs(difference) < mpf("0.5"):
+def deviation(x, n, p0):
+    """x - n p0 for the double p0, but 0 where it is 0 for the decimal that p0 stands for."""
+    if x == n * Fraction(repr(p0)):
+        return Tracked(0)
+    return x - n * Tracked(p0)
+
+
+def corrected(x, n, p0, error):
+    """The comparison with 1/2 is that of the decimal, too."""
+    difference = x - n * Fraction(repr(p0))
+    if abs(difference) <= Fraction(1, 2):
         return Tracked(0)
     half = mpf("0.5") if difference > 0 else mpf("-0.5")
-    return (x - n * Tracked(p0) - half) / deviation
+    return (x - half - n * Tracked(p0)) / error
 
 
 def normal_result(z):

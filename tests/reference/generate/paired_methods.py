@@ -9,8 +9,7 @@ from collections import namedtuple
 from mpmath import mpf
 
 from onesample_methods import binomial_result, normal_result, wilson_unclipped
-from reference_math import (MISSING, Tracked, binomial_at_most, binomial_point, clip,
-                            sign_is_certain, sqrt)
+from reference_math import (MISSING, Tracked, binomial_at_most, binomial_point, clip, sqrt)
 
 
 class Table(namedtuple("Table", "n11 n10 n01 n00")):
@@ -98,10 +97,6 @@ def correlation(t):
         product = product * margin
     a = Tracked(t.n00) * t.n11 - Tracked(t.n01) * t.n10
     return (a - mpf(n) / 2 if excess > 0 else a) / sqrt(product)
-
-
-def correlation_branch_is_certain(t):
-    return sign_is_certain(2 * (Tracked(t.n00) * t.n11 - Tracked(t.n01) * t.n10) - t.total)
 
 
 def wald(t, level):

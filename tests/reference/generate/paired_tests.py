@@ -4,7 +4,7 @@ import sys
 
 from paired_methods import TESTS
 from paired_tables import tables
-from reference_math import SCALE_NOTE, cell, emit, header, in_grey_zone, scale_of
+from reference_math import TOLERANCE_NOTE, cell, emit, header, in_grey_zone
 
 NOTES = [
     "# values: 1 - Phi(Z) is Phi(-Z), so that small tails keep their digits. A probability below",
@@ -12,8 +12,7 @@ NOTES = [
     "#         z is none for the binomial tests.",
     "# check:  the McNemar rows agree with mcnemar.test of R 4.2.2, the exact rows with its pbinom, to",
     "#         1e-12 (generate/check_against_r.R).",
-    SCALE_NOTE,
-    "#         z_scale belongs to z and p_scale to one_sided; two_sided has twice p_scale.",
+    TOLERANCE_NOTE,
 ]
 
 
@@ -24,10 +23,9 @@ def main():
             z, one, two = test(t)
             if in_grey_zone(one):
                 continue
-            rows.append(",".join([name, *map(str, t), cell(z), cell(one), cell(two), scale_of(z),
-                                  scale_of(one)]))
+            rows.append(",".join([name, *map(str, t), cell(z), cell(one), cell(two)]))
     emit(header("statistics and p values of the paired tests", "generate/paired_tests.py", NOTES,
-                "test,n11,n10,n01,n00,z,one_sided,two_sided,z_scale,p_scale")
+                "test,n11,n10,n01,n00,z,one_sided,two_sided")
          + "\n".join(rows) + "\n")
 
 

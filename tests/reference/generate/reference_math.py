@@ -8,7 +8,7 @@ would ask more of a double than it can hold.
 """
 
 import sys
-from functools import lru_cache
+from functools import cached_property, lru_cache
 from math import lgamma, log
 
 import mpmath
@@ -117,8 +117,8 @@ def sign_is_certain(x):
 
 
 class Level:
-    """A level in percent, held as a double. alpha, alpha/2, 1 - alpha/2 and level/200 + 0.5 are
-    rounded to doubles step by step; what follows from them is exact."""
+    """A level in percent, held as a double. alpha, alpha/2 and level/200 + 0.5 are rounded to doubles
+    step by step; what follows from them is exact."""
 
     def __init__(self, text):
         percent = float(text)
@@ -126,9 +126,11 @@ class Level:
         self.text = text
         self.percent = percent
         self.half_alpha = mpf(alpha * 0.5)
-        self.upper_probability = mpf(1.0 - alpha * 0.5)
-        quantile = standard_normal_quantile(mpf(percent / 200.0 + 0.5))
-        self.z = Tracked(quantile, 9 * abs(quantile))  # a double quantile is good to 1e-15
+
+    @cached_property
+    def z(self):
+        quantile = standard_normal_quantile(mpf(self.percent / 200.0 + 0.5))
+        return Tracked(quantile, 9 * abs(quantile))  # a double quantile is good to 1e-15
 
 
 # --- the normal distribution ---------------------------------------------------------------------
@@ -334,15 +336,6 @@ def in_grey_zone(value):
         and abs(value.v) > SMALLEST_DOUBLE / 4
 
 
-def scale_of(*values):
-    """The rounding bound to write beside values: the largest one for which 1e-12 relative is more
-    than double arithmetic can promise, else empty."""
-    bounds = [t.e for t in values
-              if isinstance(t, Tracked) and not t.is_nan() and UNIT * t.e > SMALLEST_DOUBLE
-              and 4 * UNIT * t.e > mpf("1e-12") * abs(t.v)]
-    return mp.nstr(max(bounds), 4, min_fixed=-5, max_fixed=17) if bounds else ""
-
-
 def clip(lower, upper, least, most):
     """Replaces a bound beyond its limit by the limit; a NaN or missing bound stays."""
     if isinstance(lower, Tracked) and not lower.is_nan() and lower.v < least:
@@ -356,10 +349,7 @@ def sign_uncertain_at(bound, limit):
     return abs(bound.v - limit) <= 64 * UNIT * bound.e
 
 
-SCALE_NOTE = """\
-# scale:  empty where a double implementation can hold 1e-12 relative. Else the first-order rounding
-#         bound, in units of 2^-53, of the formula written in double arithmetic (running error
-#         analysis); accept |got - want| <= max(1e-12 * |want|, 4 * 2^-53 * scale)."""
+TOLERANCE_NOTE = "# use:    to be met within 1e-12 of each value, 0 exactly."
 
 
 def header(what, origin, notes, columns):

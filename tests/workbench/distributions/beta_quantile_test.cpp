@@ -15,11 +15,13 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(BetaQuantile, agreesWithTheReference) {
-  for (const auto& row : referenceRows("beta_quantile.csv", 4)) {
+  for (const auto& row : referenceRows("beta_quantile.csv", 5)) {
     const double q = numberOf(row[0]), a = numberOf(row[1]), b = numberOf(row[2]);
     const double bound = a < 0.5 || b < 0.5 ? kTinyShapeTolerance : kTolerance;
     EXPECT_LE(distance(MCDistFun::IdfBeta(q, a, b), numberOf(row[3])), bound)
         << "q " << row[0] << " a " << row[1] << " b " << row[2];
+    EXPECT_LE(distance(MCDistFun::IdfBetaUpper(q, a, b), numberOf(row[4])), bound)
+        << "upper q " << row[0] << " a " << row[1] << " b " << row[2];
   }
 }
 
@@ -27,6 +29,8 @@ TEST(BetaQuantile, endsOfTheRange) {
   for (const double a : {0.001, 0.5, 1.0, 1e15}) {
     EXPECT_EQ(MCDistFun::IdfBeta(0.0, a, 3.0), 0);
     EXPECT_EQ(MCDistFun::IdfBeta(1.0, a, 3.0), 1);
+    EXPECT_EQ(MCDistFun::IdfBetaUpper(0.0, a, 3.0), 1);
+    EXPECT_EQ(MCDistFun::IdfBetaUpper(1.0, a, 3.0), 0);
   }
 }
 
@@ -46,6 +50,7 @@ TEST(BetaQuantile, impossibleArgumentsGiveTheMissingValue) {
                                {1, 1, kNan}};
   for (const auto& [q, a, b] : refused) {
     EXPECT_EQ(MCDistFun::IdfBeta(q, a, b), missing) << q << " " << a << " " << b;
+    EXPECT_EQ(MCDistFun::IdfBetaUpper(q, a, b), missing) << q << " " << a << " " << b;
   }
 }
 

@@ -14,11 +14,11 @@ namespace {
 
 // Calls of every function, by number.
 double call(std::size_t number) {
-  const double k = static_cast<double>(number / 7 % 50),
+  const double k = static_cast<double>(number / 8 % 50),
                n = 60 + static_cast<double>(number % 3) * 1e6;
   const double p = number % 2 == 0 ? 0.5 : 1e-5;
   int32_t error = 0;
-  switch (number % 7) {
+  switch (number % 8) {
     case 0:
       return MCDistFun::PdfBin(k, n, p, error);
     case 1:
@@ -28,8 +28,10 @@ double call(std::size_t number) {
     case 3:
       return MCDistFun::IdfBeta(0.025, k + 0.5, n - k + 0.5);
     case 4:
-      return MCDistFun::CdfStdNorm(k / 7 - 3);
+      return MCDistFun::IdfBetaUpper(0.025, k + 0.5, n - k + 0.5);
     case 5:
+      return MCDistFun::CdfStdNorm(k / 7 - 3);
+    case 6:
       return MCDistFun::IdfStdNorm((k + 1) / 60);
     default:
       return MCDistFun::FindNCParamT(k / 10 - 2, 5, 0.3, 1e-6, 1e-12);
@@ -43,7 +45,7 @@ std::vector<std::uint64_t> bitsInOrder(const std::vector<std::size_t>& order) {
 }
 
 std::vector<std::size_t> inOrder() {
-  std::vector<std::size_t> order(700);
+  std::vector<std::size_t> order(800);
   std::iota(order.begin(), order.end(), std::size_t{0});
   return order;
 }

@@ -32,11 +32,12 @@ TEST(Robustness, betaQuantileAnswersEverything) {
   for (const double q : kNasty) {
     for (const double a : kNasty) {
       for (const double b : kNasty) {
-        const double value = MCDistFun::IdfBeta(q, a, b);
         const bool answerable =
             q >= 0 && q <= 1 && a > 0 && b > 0 && std::isfinite(a) && std::isfinite(b);
-        EXPECT_EQ(value != MCMV::Missing(), answerable) << q << " " << a << " " << b;
-        EXPECT_EQ(isProbability(value), answerable) << q << " " << a << " " << b;
+        for (const double value : {MCDistFun::IdfBeta(q, a, b), MCDistFun::IdfBetaUpper(q, a, b)}) {
+          EXPECT_EQ(value != MCMV::Missing(), answerable) << q << " " << a << " " << b;
+          EXPECT_EQ(isProbability(value), answerable) << q << " " << a << " " << b;
+        }
       }
     }
   }
