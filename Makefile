@@ -105,6 +105,7 @@ bench:
 	bench/run.py $(ROWS)
 	build/bin/classification_bench --benchmark_min_time=0.2
 	build/bin/distributions_bench --benchmark_min_time=0.05
+	build/bin/delimited_bench --benchmark_min_time=0.2
 
 format:
 	@scripts/setup.sh --check clang-format

@@ -208,17 +208,20 @@ std::vector<PlacedPiece> orderedPieces(std::vector<ReadShare>& shares) {
 /// Counted combinations in common codes.
 class MergedCombinations {
  public:
-  MergedCombinations(const std::vector<ReadShare>& shares, const std::vector<ColumnMerger>& columns)
+  MergedCombinations(const std::vector<ReadShare>& shares, const std::vector<ColumnMerger>& columns,
+                     const std::vector<size_t>& codes)
       : table_(columns.size()) {
-    std::vector<uint64_t> words(table_.words());
+    table_.fit(codes);
+    std::vector<uint64_t> combination(table_.words());
     for (size_t share = 0; share < shares.size(); ++share) {
-      shares[share].counted.forEach([&](const uint64_t* own, int64_t count) {
-        std::fill(words.begin(), words.end(), 0);
+      const CombinationTable& counted = shares[share].counted;
+      counted.forEach([&](const uint64_t* own, int64_t count) {
+        std::fill(combination.begin(), combination.end(), 0);
         for (size_t column = 0; column < columns.size(); ++column) {
-          const uint32_t code = CombinationTable::codeIn(own, column);
-          CombinationTable::setCode(words.data(), column, columns[column].codeOf(share, code));
+          const uint32_t code = columns[column].codeOf(share, counted.codeIn(own, column));
+          table_.pack(column, &code, 1, combination.data());
         }
-        table_.add(words.data(), count);
+        table_.add(combination.data(), count);
       });
     }
   }
@@ -228,31 +231,37 @@ class MergedCombinations {
   CombinationTable table_;
 };
 
-/// A combination of one share.
+/// A combination as some table has it.
 struct Counted {
-  size_t share = 0;
+  const CombinationTable* table = nullptr;
+  size_t share = 0;  ///< whose codes it has; those of all for kCommonCodes
   const uint64_t* words = nullptr;
   int64_t count = 0;
+
+  uint32_t ownCode(size_t column) const { return table->codeIn(words, column); }
 };
 
-std::vector<Counted> sortedCombinations(const CombinationTable& table, size_t share) {
-  std::vector<Counted> combinations;
+constexpr size_t kCommonCodes = std::numeric_limits<size_t>::max();
+
+void addSorted(std::vector<Counted>& combinations, const CombinationTable& table, size_t share) {
+  const auto first = static_cast<std::ptrdiff_t>(combinations.size());
   table.forEach([&](const uint64_t* words, int64_t count) {
-    combinations.push_back({share, words, count});
+    combinations.push_back({&table, share, words, count});
   });
-  std::sort(combinations.begin(), combinations.end(), [&](const Counted& a, const Counted& b) {
-    return std::lexicographical_compare(a.words, a.words + table.words(), b.words,
-                                        b.words + table.words());
-  });
-  return combinations;
+  std::sort(combinations.begin() + first, combinations.end(),
+            [&](const Counted& a, const Counted& b) {
+              return std::lexicographical_compare(a.words, a.words + table.words(), b.words,
+                                                  b.words + table.words());
+            });
 }
 
 template <class Code>
-void fillCodes(std::vector<Code>& codes, size_t column, const ColumnMerger& merger, bool merged,
+void fillCodes(std::vector<Code>& codes, size_t column, const ColumnMerger& merger,
                const std::vector<Counted>& combinations, std::vector<PlacedPiece>& pieces) {
   for (const Counted& counted : combinations) {
-    const uint32_t code = CombinationTable::codeIn(counted.words, column);
-    codes.push_back(static_cast<Code>(merged ? code : merger.codeOf(counted.share, code)));
+    const uint32_t code = counted.ownCode(column);
+    codes.push_back(static_cast<Code>(
+        counted.share == kCommonCodes ? code : merger.codeOf(counted.share, code)));
   }
   for (const PlacedPiece& placed : pieces) {
     std::visit(
@@ -272,8 +281,7 @@ void fillCodes(std::vector<Code>& codes, size_t column, const ColumnMerger& merg
 void fillNumbers(std::vector<double>& numbers, size_t column, const ColumnMerger& merger,
                  const std::vector<Counted>& combinations, std::vector<PlacedPiece>& pieces) {
   for (const Counted& counted : combinations) {
-    numbers.push_back(
-        merger.numberOf(counted.share, CombinationTable::codeIn(counted.words, column)));
+    numbers.push_back(merger.numberOf(counted.share, counted.ownCode(column)));
   }
   for (const PlacedPiece& placed : pieces) {
     std::visit(
@@ -290,7 +298,7 @@ void fillNumbers(std::vector<double>& numbers, size_t column, const ColumnMerger
   }
 }
 
-void fill(CodedColumn& column, size_t position, const ColumnMerger& merger, bool merged,
+void fill(CodedColumn& column, size_t position, const ColumnMerger& merger,
           const std::vector<Counted>& combinations, std::vector<PlacedPiece>& pieces,
           size_t entries) {
   const size_t different = column.places.size();
@@ -299,13 +307,13 @@ void fill(CodedColumn& column, size_t position, const ColumnMerger& merger, bool
     fillNumbers(column.wide, position, merger, combinations, pieces);
   } else if (different <= size_t{1} << 8U) {
     column.codes1.reserve(entries);
-    fillCodes(column.codes1, position, merger, merged, combinations, pieces);
+    fillCodes(column.codes1, position, merger, combinations, pieces);
   } else if (different <= size_t{1} << 16U) {
     column.codes2.reserve(entries);
-    fillCodes(column.codes2, position, merger, merged, combinations, pieces);
+    fillCodes(column.codes2, position, merger, combinations, pieces);
   } else {
     column.codes4.reserve(entries);
-    fillCodes(column.codes4, position, merger, merged, combinations, pieces);
+    fillCodes(column.codes4, position, merger, combinations, pieces);
   }
 }
 
@@ -340,22 +348,22 @@ DelimitedCases assembleCases(std::vector<ReadShare>& shares, const std::vector<C
     }
     return cases;
   }
-  bool merged = true;
+  bool common = true;
+  std::vector<size_t> codes;
   for (size_t i = 0; i < plans.size(); ++i) {
     mergers[i].chooseCodes(cases.columns[i]);
-    merged = merged && !mergers[i].isWideColumn() &&
-             cases.columns[i].places.size() <= CombinationTable::kMostCodes;
+    common = common && !mergers[i].isWideColumn();
+    codes.push_back(cases.columns[i].places.size());
   }
-  // Combinations of columns that have no common codes of 16 bits stay apart.
-  std::optional<MergedCombinations> common;
+  // Where a column has no codes, the combinations of different shares stay apart.
+  std::optional<MergedCombinations> merged;
   std::vector<Counted> combinations;
-  if (merged) {
-    common.emplace(shares, mergers);
-    combinations = sortedCombinations(common->table(), 0);
+  if (common) {
+    merged.emplace(shares, mergers, codes);
+    addSorted(combinations, merged->table(), kCommonCodes);
   } else {
     for (size_t share = 0; share < shares.size(); ++share) {
-      const std::vector<Counted> own = sortedCombinations(shares[share].counted, share);
-      combinations.insert(combinations.end(), own.begin(), own.end());
+      addSorted(combinations, shares[share].counted, share);
     }
   }
   std::vector<PlacedPiece> pieces = orderedPieces(shares);
@@ -363,7 +371,7 @@ DelimitedCases assembleCases(std::vector<ReadShare>& shares, const std::vector<C
   for (const PlacedPiece& placed : pieces) cases.entries += placed.piece->records;
   for (const Counted& counted : combinations) cases.repeats.push_back(counted.count);
   for (size_t i = 0; i < plans.size(); ++i) {
-    fill(cases.columns[i], i, mergers[i], merged, combinations, pieces, cases.entries);
+    fill(cases.columns[i], i, mergers[i], combinations, pieces, cases.entries);
   }
   return cases;
 }

@@ -7,23 +7,32 @@
 
 namespace workbench {
 
-/// Combinations are words of 64 bits with the codes of four columns each.
+/// A combination is packed into as few words as the numbers of codes allow. Combinations in the
+/// order of their words are in the order of their codes, first column first.
 class CombinationTable {
  public:
-  static constexpr size_t kCodesPerWord = 4;
-  static constexpr uint32_t kMostCodes = 1U << 16U;  ///< codes are below
-
   explicit CombinationTable(size_t columns);
 
-  /// Counts a combination `times` more; `words` are words() words.
-  void add(const uint64_t* words, int64_t times = 1);
+  /// Makes room for codes of each column below that number; what was counted stays.
+  void fit(const std::vector<size_t>& codes);
 
+  /// Of a packed combination.
   size_t words() const { return words_; }
+  /// Adds the codes of a column to `count` combinations, whose words were 0 to begin with.
+  void pack(size_t column, const uint32_t* codes, size_t count, uint64_t* combinations) const;
+  uint32_t codeIn(const uint64_t* combination, size_t column) const {
+    const Field& field = fields_[column];
+    return static_cast<uint32_t>(combination[field.word] >> field.shift & field.mask);
+  }
+
+  /// Counts each of `count` combinations once.
+  void addAll(const uint64_t* combinations, size_t count);
+  void add(const uint64_t* combination, int64_t times);
+
   size_t size() const { return size_; }
-  int64_t cases() const { return cases_; }
   size_t memory() const { return table_.capacity() * sizeof(uint64_t); }
 
-  /// Calls `visit(words, count)` with every combination, in no particular order.
+  /// Calls `visit(combination, count)` with every one, in no particular order.
   template <class Visit>
   void forEach(Visit visit) const {
     for (size_t at = 0; at < table_.size(); at += words_ + 1) {
@@ -31,25 +40,23 @@ class CombinationTable {
     }
   }
 
-  static uint32_t codeIn(const uint64_t* words, size_t column) {
-    return static_cast<uint32_t>(words[column / kCodesPerWord] >> shift(column) & 0xFFFFU);
-  }
-  static void setCode(uint64_t* words, size_t column, uint32_t code) {
-    words[column / kCodesPerWord] |= static_cast<uint64_t>(code) << shift(column);
-  }
-
  private:
-  /// The first column highest: combinations in the order of their words are in that of their codes.
-  static unsigned shift(size_t column) {
-    return static_cast<unsigned>(48 - 16 * (column % kCodesPerWord));
-  }
-  uint64_t* slotOf(const uint64_t* words);
+  /// Where the codes of a column are.
+  struct Field {
+    uint32_t word = 0;
+    uint32_t shift = 0;
+    uint32_t mask = 0;
+  };
+  uint64_t hashOf(const uint64_t* combination) const;
+  uint64_t* slotOf(const uint64_t* combination, uint64_t hash);
+  void place(std::vector<unsigned> bits);
   void grow();
 
-  size_t words_;
+  std::vector<unsigned> bits_;  // of the codes, by column
+  std::vector<Field> fields_;
+  size_t words_ = 1;
   size_t slots_;
   size_t size_ = 0;
-  int64_t cases_ = 0;
   std::vector<uint64_t> table_;  // of each slot the count, 0 when it is free, and the words
 };
 

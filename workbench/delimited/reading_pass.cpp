@@ -13,8 +13,9 @@ namespace {
 /// Counting goes on as long as its table stays small or meets few new combinations: the share of
 /// new ones among the latest cases is what the next cases will have (Good 1953, Biometrika
 /// 40:237-264).
-constexpr size_t kSmallTable = size_t{8} << 20U;
-constexpr size_t kNewOnesThatPay = 4;  // at most one case in that many
+constexpr size_t kFewCombinations = size_t{1} << 16U;
+constexpr size_t kSmallTable = size_t{16} << 20U;  // bytes
+constexpr size_t kNewOnesThatPay = 4;              // at most one case in that many
 constexpr size_t kMostCombinations = size_t{1} << 20U;
 
 template <class Code>
@@ -79,27 +80,24 @@ class ReadingPass::Worker {
   }
 
   bool mayCount() const {
-    return std::all_of(share_.columns.begin(), share_.columns.end(), [](const ColumnCoder& column) {
-      return !column.isWide() && column.fields().size() <= CombinationTable::kMostCodes;
-    });
+    return std::none_of(share_.columns.begin(), share_.columns.end(),
+                        [](const ColumnCoder& column) { return column.isWide(); });
   }
 
   void count(size_t records) {
-    const size_t width = share_.counted.words();
-    words_.assign(records * width, 0);
+    std::vector<size_t> different;
+    for (const ColumnCoder& column : share_.columns) different.push_back(column.fields().size());
+    share_.counted.fit(different);
+    combinations_.assign(records * share_.counted.words(), 0);
     for (size_t column = 0; column < codes_.size(); ++column) {
-      const uint32_t* codes = codes_[column].data();
-      uint64_t* words = words_.data();
-      for (size_t i = 0; i < records; ++i, words += width) {
-        CombinationTable::setCode(words, column, codes[i]);
-      }
+      share_.counted.pack(column, codes_[column].data(), records, combinations_.data());
     }
     const size_t before = share_.counted.size();
-    for (size_t i = 0; i < records; ++i) share_.counted.add(words_.data() + i * width);
+    share_.counted.addAll(combinations_.data(), records);
     if (pass_.options_.counting == Counting::kAlways) return;
-    const size_t added = share_.counted.size() - before;
-    counting_ = share_.counted.size() <= kMostCombinations &&
-                (share_.counted.memory() <= kSmallTable || added * kNewOnesThatPay <= records);
+    const size_t all = share_.counted.size();
+    const bool small = all <= kFewCombinations && share_.counted.memory() <= kSmallTable;
+    counting_ = small || (all <= kMostCombinations && (all - before) * kNewOnesThatPay <= records);
   }
 
   void keep(const TextBlock& block) {
@@ -146,7 +144,7 @@ class ReadingPass::Worker {
   bool dropped_ = false;
   std::vector<std::vector<uint32_t>> codes_;  // of the block, by column
   std::vector<std::vector<double>> numbers_;
-  std::vector<uint64_t> words_;
+  std::vector<uint64_t> combinations_;  // likewise, packed
   size_t pieceBytes_ = 0;
   size_t accounted_ = 0;
 };
