@@ -118,6 +118,9 @@ void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
                                                              {"always", ProgressMode::kAlways},
                                                              {"never", ProgressMode::kNever}}))
       ->type_name("auto|always|never");
+  app.add_option("--advice", options.advise, "what a colleague would say, on standard error")
+      ->transform(choice(std::map<std::string, bool>{{"auto", true}, {"never", false}}))
+      ->type_name("auto|never");
   app.set_version_flag("--version", "proportions " PROPORTIONS_VERSION);
   app.footer(kFooter);
 }

@@ -19,6 +19,7 @@ struct ProgramOptions {
   RenderOptions shown;
   std::string output;  ///< a path; empty: standard output
   ProgressMode progress = ProgressMode::kAuto;
+  bool advise = true;
 };
 
 /// A command line that cannot be run: what is wrong and what to do.

@@ -11,6 +11,7 @@
 #include "workbench/cli/output_target.h"
 #include "workbench/cli/progress_line.h"
 #include "workbench/cli/run_command.h"
+#include "workbench/text/display_width.h"
 
 namespace workbench {
 namespace {
@@ -31,6 +32,15 @@ void echoMessages(const OutputDocument& document) {
   }
 }
 
+/// JSON and HTML carry the advice themselves.
+void echoAdvice(const OutputDocument& document) {
+  for (const auto& procedure : document.procedures()) {
+    for (const Advice& advice : procedure->advice) {
+      std::cerr << "Advice: " << printable(advice.text) << '\n';
+    }
+  }
+}
+
 bool allFailed(const OutputDocument& document) {
   const auto& procedures = document.procedures();
   return std::all_of(procedures.begin(), procedures.end(), [](const auto& p) { return p->failed; });
@@ -41,14 +51,15 @@ void deliver(const OutputDocument& document, const ProgramOptions& options) {
     render(document, options.format, options.shown, out);
   };
   const bool refused = allFailed(document);
+  const bool carriesMessages = options.format == Format::kJson;
   if (!options.output.empty()) {
     echoMessages(document);
     if (!refused) writeFile(options.output, write);
-    return;
+  } else {
+    if (options.format == Format::kCsv || (refused && !carriesMessages)) echoMessages(document);
+    if (!refused || carriesMessages) writeStandardOutput(write);
   }
-  const bool carriesMessages = options.format == Format::kJson;
-  if (options.format == Format::kCsv || (refused && !carriesMessages)) echoMessages(document);
-  if (!refused || carriesMessages) writeStandardOutput(write);
+  if (!carriesMessages && options.format != Format::kHtml) echoAdvice(document);
 }
 
 int runAll(const ProgramOptions& options) {
@@ -73,7 +84,7 @@ int runAll(const ProgramOptions& options) {
     session.catalogue = &catalogue;
     const SessionScope scope(session);
     for (const CommandTokens& command : commands) {
-      runCommand(session, *dataset, command, [&module] { module.run(); });
+      runCommand(session, *dataset, command, options.advise, [&module] { module.run(); });
       if (dataset->failed()) break;
     }
   }

@@ -1,6 +1,14 @@
 #include "workbench/cli/run_command.h"
 
+#include "workbench/advice/advice.h"
+#include "workbench/advice/case_tally.h"
+#include "workbench/advice/cases_table.h"
+#include "workbench/output/labels.h"
 #include "workbench/output/report.h"
+#include "workbench/output/template.h"
+#include "workbench/output/utf8.h"
+#include "workbench/parser/refusal_places.h"
+#include "workbench/parser/syntax_error.h"
 #include "workbench/parser/variable_names.h"
 
 namespace workbench {
@@ -8,15 +16,46 @@ namespace {
 
 constexpr const char* kTitle = "Proportions";
 
+/// Shows the place of a word that the procedure refused, and why a level was.
+void showPlace(const CommandTokens& command, const CommandFacts& facts, DocumentMessage& message) {
+  if (message.severity != Severity::kError) return;
+  auto problem = refusalPlace(command, facts, message.key, message.arguments);
+  if (!problem) return;
+  problem->what = message.text + (problem->what.empty() ? "" : " " + problem->what);
+  std::vector<std::string> texts;
+  for (const std::string& text : placedArguments(command, *problem)) {
+    texts.push_back(validUtf8(text));
+  }
+  message.text = fillTemplate(catalogueText(kPlacedProblem), texts);
+}
+
+void tellOfCases(DocumentProcedure& procedure, const CommandFacts& facts,
+                 const ActiveDataset& dataset, const CaseTally& cases, bool advise) {
+  procedure.cases = cases.report();
+  procedure.casesTable = casesTable(*procedure.cases);
+  if (advise) procedure.advice = adviceOn(facts, dataset, cases);
+}
+
 }  // namespace
 
-void runCommand(Session& session, SourceDataset& dataset, const CommandTokens& command,
+void runCommand(Session& session, SourceDataset& dataset, const CommandTokens& command, bool advise,
                 const std::function<void()>& entry) {
   session.command = &command;
+  CommandFacts facts;
+  session.facts = &facts;
   OutputDocument& document = *session.document;
+  CaseTally cases(dataset, facts, advise);
+  session.observer = &cases;
   document.beginProcedure(kTitle, command.source());
   dataset.beginCommand(mentionedVariables(command, dataset));
   entry();
+  session.observer = nullptr;
+  session.facts = nullptr;
+  DocumentProcedure& procedure = document.current();
+  for (DocumentMessage& message : procedure.messages) showPlace(command, facts, message);
+  if (cases.isComplete() && !dataset.failed()) {
+    tellOfCases(procedure, facts, dataset, cases, advise);
+  }
   const bool parsed = !document.current().notes.empty();
   if (parsed && !dataset.failed() && dataset.caseCount() == 0) {
     report(Severity::kWarning, "No cases", {});

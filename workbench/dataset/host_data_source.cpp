@@ -7,6 +7,7 @@
 
 #include "host/data_source.h"
 #include "workbench/dataset/active_dataset.h"
+#include "workbench/dataset/case_observer.h"
 #include "workbench/dataset/variable.h"
 #include "workbench/session/session.h"
 #include "workbench/text/text_fold.h"
@@ -134,6 +135,9 @@ ZELK_InputCaseIterator* ProcedureDataSource::MakeIterator(const ZELK_CaseSelecti
   if (impl_->dataset.failed()) return nullptr;
   std::unique_ptr<CaseFeed> feed = impl_->dataset.openFeed();
   if (feed == nullptr) return nullptr;
+  workbench::CaseObserver*& observer = workbench::currentSession().observer;
+  if (observer != nullptr) feed = workbench::observed(std::move(feed), impl_->dataset, *observer);
+  observer = nullptr;
   return std::make_unique<ProcDSIterator>(std::move(feed)).release();
 }
 

@@ -20,23 +20,6 @@ bool isNumberKind(const Variable& variable) {
   return variable.kind == ValueKind::kNumber || variable.kind == ValueKind::kBoolean;
 }
 
-std::optional<double> parseNumber(std::string_view text) {
-  std::string_view digits = text;
-  const bool signGiven = !digits.empty() && (digits.front() == '+' || digits.front() == '-');
-  if (signGiven) digits.remove_prefix(1);
-  double value = 0;
-  if (digits == "Infinity") {
-    value = HUGE_VAL;
-  } else {
-    // What does not begin like a number is left to nobody: the reader would take "nan" and "inf".
-    if (digits.empty() || (digits[0] != '.' && (digits[0] < '0' || digits[0] > '9'))) return {};
-    const char* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value);
-    if (error != std::errc() || stop != end) return {};
-  }
-  return normalNumber(signGiven && text.front() == '-' ? -value : value);
-}
-
 std::optional<double> parseLabel(const Variable& variable, std::string_view text) {
   const std::string wanted = foldCase(text);
   for (const auto& [value, label] : variable.numberLabels) {
@@ -88,9 +71,26 @@ std::string shownValue(const Variable& variable, std::string_view value) {
   return label != nullptr ? *label : std::string(value);
 }
 
+std::optional<double> parsePlainNumber(std::string_view text) {
+  std::string_view digits = text;
+  const bool signGiven = !digits.empty() && (digits.front() == '+' || digits.front() == '-');
+  if (signGiven) digits.remove_prefix(1);
+  double value = 0;
+  if (digits == "Infinity") {
+    value = HUGE_VAL;
+  } else {
+    // What does not begin like a number is left to nobody: the reader would take "nan" and "inf".
+    if (digits.empty() || (digits[0] != '.' && (digits[0] < '0' || digits[0] > '9'))) return {};
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    if (error != std::errc() || stop != end) return {};
+  }
+  return normalNumber(signGiven && text.front() == '-' ? -value : value);
+}
+
 std::optional<double> parseValue(const Variable& variable, std::string_view text) {
   if (variable.isString()) return {};
-  if (const auto number = parseNumber(text)) return number;
+  if (const auto number = parsePlainNumber(text)) return number;
   switch (variable.kind) {
     case ValueKind::kBoolean:
       return parseLabel(variable, text);

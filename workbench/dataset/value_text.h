@@ -22,6 +22,10 @@ std::string valueText(const Variable& variable, double value);
 std::string shownValue(const Variable& variable, double value);
 std::string shownValue(const Variable& variable, std::string_view value);
 
+/// Reads a plain number. Nothing for any other text, for numbers beyond the range of a double, and
+/// for NaN.
+std::optional<double> parsePlainNumber(std::string_view text);
+
 /// Reads a number, date, time, date-time or boolean in the variable's own form; a plain number is
 /// accepted for every kind, and a boolean also by its value labels (whatever the case of the
 /// letters). Nothing for any other text, for numbers beyond the range of a double, and for NaN.

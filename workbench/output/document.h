@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "host/output.h"
+#include "workbench/output/case_report.h"
 #include "workbench/output/number_index.h"
 #include "workbench/output/report.h"
 
@@ -184,6 +185,9 @@ struct DocumentProcedure {
   std::vector<DocumentNote> notes;
   std::vector<DocumentMessage> messages;
   std::vector<std::unique_ptr<Table>> tables;
+  std::optional<CaseReport> cases;    ///< only when the cases were read to their end
+  std::unique_ptr<Table> casesTable;  ///< the same for readers
+  std::vector<Advice> advice;
 };
 
 }  // namespace workbench

@@ -104,6 +104,11 @@ class CommandScanner {
     CommandTokens command;
     command.wholeText_ = shared_;
     const size_t start = at_;
+    line_ += static_cast<size_t>(std::count(text_.begin() + static_cast<ptrdiff_t>(counted_),
+                                            text_.begin() + static_cast<ptrdiff_t>(start), '\n'));
+    counted_ = start;
+    command.start_ = start;
+    command.startLine_ = line_;
     size_t end = at_;
     while (at_ < text_.size()) {
       if (isBlank(text_[at_])) {
@@ -291,6 +296,8 @@ class CommandScanner {
   const std::shared_ptr<const std::string> shared_;
   const std::string& text_;
   size_t at_;
+  size_t line_ = 1;  // of the place up to which lines were counted
+  size_t counted_ = 0;
 };
 
 std::vector<CommandTokens> splitCommands(const std::string& text) {

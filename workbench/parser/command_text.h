@@ -31,6 +31,9 @@ class CommandTokens {
   /// The text that the command stands in.
   const std::string& wholeText() const { return *wholeText_; }
   const std::vector<TokenInfoObj>& tokens() const { return tokens_; }
+  /// Where it begins: the place, and the number of its line.
+  size_t startPosition() const { return start_; }
+  size_t startLine() const { return startLine_; }
   /// Where the command ends, its period not counted; the place for "something is missing".
   size_t endPosition() const { return end_; }
   /// What kept the text from being cut into tokens, if anything did.
@@ -42,6 +45,8 @@ class CommandTokens {
   /// Shared by all commands of the text.
   std::shared_ptr<const std::string> wholeText_ = std::make_shared<const std::string>();
   std::vector<TokenInfoObj> tokens_;
+  size_t start_ = 0;
+  size_t startLine_ = 1;
   size_t end_ = 0;
   std::optional<SyntaxProblem> problem_;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "workbench/dataset/value_text.h"
+#include "workbench/parser/cut_points.h"
 #include "workbench/parser/syntax_error.h"
 #include "workbench/session/session.h"
 #include "workbench/text/nearest.h"
@@ -130,21 +131,38 @@ bool Matcher::isSubcommandHere() const {
          findDescriptor(syntax_.impl().subcommands, token().getUpText()) != nullptr;
 }
 
+/// What is wrong when a subcommand, or another command, begins here.
 void Matcher::refuseMissingSlash() const {
+  if (!atEnd() && token().kind() == Kind::kWord && token().getUpText() == syntax_.impl().name) {
+    fail(
+        "A command begins here, but the one before it has no end: put a full stop at the end of "
+        "its last line.");
+  }
   if (!isSubcommandHere()) return;
   fail("\"/\" is missing before the subcommand " + token().getUpText() + ".");
 }
 
 void Matcher::matchCommandName() {
   const std::string& name = syntax_.impl().name;
-  if (atEnd() || token().kind() != Kind::kWord) {
-    fail("A command begins with its name, " + name + ".");
+  std::vector<std::string> starts = {name};
+  for (const SubComDescriptor& subcommand : syntax_.impl().subcommands) {
+    if (subcommand.impl().hasList) starts.push_back(subcommand.impl().name);
   }
-  if (token().getUpText() != name) {
-    fail(shortQuoted(token().getText()) + " is not a command that runs here; " + name + " is.",
-         nearest(token().getText(), {name}));
+  // Before a subcommand with a list of variables the name may be left out.
+  const size_t first = isSymbol('/') ? 1 : 0;
+  const bool isWord = first < tokens_.size() && tokens_[first].kind() == Kind::kWord;
+  const std::string word = isWord ? tokens_[first].getUpText() : "";
+  if (std::find(starts.begin() + 1, starts.end(), word) != starts.end()) return;
+  if (first == 0 && word == name) {
+    ++at_;
+    return;
   }
-  ++at_;
+  if (first == 1 || !isWord) {
+    fail("A command begins with its name, " + name + ", or with one of the subcommands " +
+         joined({starts.begin() + 1, starts.end()}) + ".");
+  }
+  fail(shortQuoted(token().getText()) + " is not a command that runs here; " + name + " is.",
+       nearest(token().getText(), starts));
 }
 
 void Matcher::matchSubcommand(CommandSpec::Impl& result) {
@@ -330,6 +348,15 @@ void Matcher::matchQualified(const ParamDescriptor::Impl& parameter, ParamObj::I
   }
 }
 
+/// The number at hand, or the seconds of a date or time in quotes.
+double Matcher::qualifierNumber(const std::string& form) const {
+  if (token().isNumber()) return token().getNumber();
+  std::optional<double> instant;
+  if (token().kind() == Kind::kString) instant = instantOf(token().getText());
+  if (!instant) fail(form);
+  return *instant;
+}
+
 std::unique_ptr<ParamObj> Matcher::matchQualifierValue(const ParamDescriptor::Impl& qualifier) {
   auto result = std::make_unique<ParamObj::Impl>();
   result->name = qualifier.name;
@@ -346,12 +373,12 @@ std::unique_ptr<ParamObj> Matcher::matchQualifierValue(const ParamDescriptor::Im
   for (skipCommas(); !isSymbol(')'); skipCommas()) {
     if (endsValue()) fail("\")\" is missing after the values of " + qualifier.name + ".");
     if (token().kind() == Kind::kSymbol) fail(shown() + " where a value is expected. " + form);
-    if (isNumber && (!token().isNumber() || result->number)) fail(form);
     if (isNumber) {
-      if (!inRange(qualifier, token().getNumber())) {
+      if (result->number) fail(form);
+      result->number = qualifierNumber(form);
+      if (!inRange(qualifier, *result->number)) {
         fail(shortQuoted(token().getText()) + " is out of range. " + demand(qualifier));
       }
-      result->number = token().getNumber();
     }
     result->tokens.push_back(withoutTrailingBlanks(tokens_[at_++]));
   }

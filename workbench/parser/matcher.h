@@ -49,6 +49,7 @@ class Matcher {
   [[noreturn]] void failUnknownParameter(const SubComDescriptor::Impl& subcommand) const;
   std::unique_ptr<ParamObj> matchList(const SubComDescriptor::Impl& subcommand);
   void takeParentheses(ParamObj::Impl& list);
+  double qualifierNumber(const std::string& form) const;
   std::unique_ptr<ParamObj> matchValue(const ParamDescriptor::Impl& parameter);
   void matchKeywords(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result);
   void matchNumber(const ParamDescriptor::Impl& parameter, ParamObj::Impl& result);

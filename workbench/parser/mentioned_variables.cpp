@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <set>
+#include <utility>
 
 #include "workbench/parser/variable_names.h"
 
@@ -12,21 +12,30 @@ bool isSymbol(const TokenInfoObj& token, char symbol) {
   return token.kind() == Kind::kSymbol && token.getText()[0] == symbol;
 }
 
-/// Walks the unnamed lists: from each subcommand's name to its first NAME= or the next "/".
-class MentionFinder {
+/// Looks names up, one token after the other.
+class NameReader {
  public:
-  MentionFinder(const CommandTokens& command, const ActiveDataset& dataset)
-      : tokens_(command.tokens()), dataset_(dataset) {}
+  NameReader(const std::vector<TokenInfoObj>& tokens, const ActiveDataset& dataset)
+      : tokens_(tokens),
+        dataset_(dataset),
+        taken_(static_cast<size_t>(dataset.variableCount()), false) {}
 
-  std::vector<VarIndex> find() {
-    bool inList = true;
-    for (size_t at = 0; at < tokens_.size(); ++at) {
-      if (isSymbol(tokens_[at], '/')) inList = true;
-      if (at + 1 < tokens_.size() && isSymbol(tokens_[at + 1], '=')) inList = false;
-      if (inList) take(at);
+  /// What the token at a place names: nothing, a variable, the first of a range with all of it.
+  void take(size_t at) {
+    if (tokens_[at].getOperatorCode() == kOperatorAll) {
+      for (const VarIndex index : allVariables(dataset_)) add(index);
+      return;
     }
-    return {found_.begin(), found_.end()};
+    const VarIndex index = lookUp(at);
+    if (index < 0) return;
+    add(index);
+    if (at + 2 < tokens_.size() && tokens_[at + 1].getOperatorCode() == kOperatorTo) {
+      const VarIndex last = lookUp(at + 2);
+      for (VarIndex next = index; next <= last; ++next) add(next);
+    }
   }
+
+  std::vector<VarIndex> found() && { return std::move(found_); }
 
  private:
   VarIndex lookUp(size_t at) const {
@@ -36,23 +45,16 @@ class MentionFinder {
     return isName ? dataset_.find(tokens_[at].getText()) : -1;
   }
 
-  void take(size_t at) {
-    if (tokens_[at].getOperatorCode() == kOperatorAll) {
-      for (const VarIndex index : allVariables(dataset_)) found_.insert(index);
-      return;
-    }
-    const VarIndex index = lookUp(at);
-    if (index < 0) return;
-    found_.insert(index);
-    if (at + 2 < tokens_.size() && tokens_[at + 1].getOperatorCode() == kOperatorTo) {
-      const VarIndex last = lookUp(at + 2);
-      for (VarIndex next = index; next <= last; ++next) found_.insert(next);
-    }
+  void add(VarIndex index) {
+    const auto position = static_cast<size_t>(index);
+    if (!taken_[position]) found_.push_back(index);
+    taken_[position] = true;
   }
 
   const std::vector<TokenInfoObj>& tokens_;
   const ActiveDataset& dataset_;
-  std::set<VarIndex> found_;
+  std::vector<bool> taken_;  // by variable
+  std::vector<VarIndex> found_;
 };
 
 }  // namespace
@@ -68,9 +70,27 @@ std::vector<VarIndex> allVariables(const ActiveDataset& dataset) {
   return all;
 }
 
+std::vector<VarIndex> namedVariables(const std::vector<TokenInfoObj>& tokens,
+                                     const ActiveDataset& dataset) {
+  NameReader reader(tokens, dataset);
+  for (size_t at = 0; at < tokens.size(); ++at) reader.take(at);
+  return std::move(reader).found();
+}
+
+/// Walks the unnamed lists: from each subcommand's name to its first NAME= or the next "/".
 std::vector<VarIndex> mentionedVariables(const CommandTokens& command,
                                          const ActiveDataset& dataset) {
-  return MentionFinder(command, dataset).find();
+  const std::vector<TokenInfoObj>& tokens = command.tokens();
+  NameReader reader(tokens, dataset);
+  bool inList = true;
+  for (size_t at = 0; at < tokens.size(); ++at) {
+    if (isSymbol(tokens[at], '/')) inList = true;
+    if (at + 1 < tokens.size() && isSymbol(tokens[at + 1], '=')) inList = false;
+    if (inList) reader.take(at);
+  }
+  std::vector<VarIndex> found = std::move(reader).found();
+  std::sort(found.begin(), found.end());
+  return found;
 }
 
 }  // namespace workbench

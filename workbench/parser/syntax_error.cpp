@@ -43,16 +43,20 @@ std::string shortQuoted(std::string_view text) {
   return '"' + printable(text) + (cut ? "...\"" : "\"");
 }
 
-void reportSyntaxError(const CommandTokens& command, const SyntaxProblem& problem) {
+std::vector<std::string> placedArguments(const CommandTokens& command,
+                                         const SyntaxProblem& problem) {
   const std::string& text = command.wholeText();
   const size_t place = std::min(problem.position, text.size());
   size_t lineStart = place == 0 ? 0 : text.rfind('\n', place - 1) + 1;  // npos + 1 is 0
   if (lineStart == 0) lineStart = std::min(textStart(text), place);
   size_t lineEnd = std::min(text.find('\n', place), text.size());
   if (lineEnd > lineStart && text[lineEnd - 1] == '\r' && lineEnd > place) --lineEnd;
+  // Lines are counted from where the command begins: a text may hold very many commands.
+  const size_t known = std::min(command.startPosition(), lineStart);
   const size_t line =
-      1 + static_cast<size_t>(
-              std::count(text.begin(), text.begin() + static_cast<ptrdiff_t>(lineStart), '\n'));
+      command.startLine() +
+      static_cast<size_t>(std::count(text.begin() + static_cast<ptrdiff_t>(known),
+                                     text.begin() + static_cast<ptrdiff_t>(lineStart), '\n'));
   const size_t column = 1 + characters(std::string_view(text).substr(lineStart, place - lineStart));
 
   const size_t from = place - lineStart > kShown ? characterStart(text, place - kShown) : lineStart;
@@ -62,12 +66,17 @@ void reportSyntaxError(const CommandTokens& command, const SyntaxProblem& proble
       (from > lineStart ? "..." : "") + shownPart(shown.substr(from, place - from));
   const std::string after =
       shownPart(shown.substr(place, to - place)) + (to < lineEnd ? "..." : "");
-  report(
-      Severity::kError, "Syntax error ^1 ^2 ...",
-      {std::to_string(line), std::to_string(column), before + after,
-       std::string(displayWidth(before), ' ') + '^', problem.what,
-       problem.suggestion.empty() ? ""
-                                  : "\n    Did you mean " + printable(problem.suggestion) + "?"});
+  return {std::to_string(line),
+          std::to_string(column),
+          before + after,
+          std::string(displayWidth(before), ' ') + '^',
+          problem.what,
+          problem.suggestion.empty() ? ""
+                                     : "\n    Did you mean " + printable(problem.suggestion) + "?"};
+}
+
+void reportSyntaxError(const CommandTokens& command, const SyntaxProblem& problem) {
+  report(Severity::kError, kPlacedProblem, placedArguments(command, problem));
 }
 
 }  // namespace workbench

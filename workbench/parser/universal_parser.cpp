@@ -1,5 +1,7 @@
 #include <stdexcept>
 
+#include "workbench/parser/command_facts.h"
+#include "workbench/parser/cut_points.h"
 #include "workbench/parser/matcher.h"
 #include "workbench/parser/syntax_error.h"
 #include "workbench/session/session.h"
@@ -27,8 +29,13 @@ UniversalParser::UniversalParser(ZELK_TokenSequence& tokens, CommandSpec& result
 UniversalParser::~UniversalParser() = default;
 
 int UniversalParser::getCommandSpecifications() {
-  const auto problem =
-      workbench::Matcher(impl_->command, impl_->syntax).match(impl_->result.impl());
+  auto problem = workbench::Matcher(impl_->command, impl_->syntax).match(impl_->result.impl());
+  const workbench::Session& session = workbench::currentSession();
+  if (!problem && session.dataset != nullptr) {
+    workbench::CommandFacts facts = workbench::commandFacts(impl_->result, *session.dataset);
+    problem = workbench::cutPointProblem(facts, *session.dataset);
+    if (session.facts != nullptr) *session.facts = std::move(facts);
+  }
   if (!problem) return 0;
   workbench::reportSyntaxError(impl_->command, *problem);
   return 1;

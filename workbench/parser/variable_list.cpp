@@ -1,9 +1,10 @@
 #include <algorithm>
-#include <cmath>
 #include <cstring>
+#include <optional>
 
-#include "workbench/dataset/value_text.h"
+#include "workbench/dataset/variable.h"
 #include "workbench/output/report.h"
+#include "workbench/parser/command_facts.h"
 #include "workbench/parser/command_text.h"
 #include "workbench/parser/syntax_error.h"
 #include "workbench/parser/variable_names.h"
@@ -38,6 +39,8 @@ struct VarSpecObj::Impl {
   std::vector<VarIndex> valid;
   /// Where each of `valid` was written; empty when they were not written in the command.
   std::vector<size_t> positions;
+  /// Of the variable whose values are read as levels, made when first needed.
+  std::optional<workbench::LabelIndex> labels;
 
   void clear();
   bool add(VarIndex index, const TokenInfoObj& token);
@@ -51,6 +54,9 @@ struct VarSpecObj::Impl {
   bool addAll(const TokenInfoObj& token);
   std::string place() const;
   void reportCommon(const Impl& other, ptrdiff_t which) const;
+  std::optional<workbench::SplitValue> readLevel(VarIndex index, const std::string& text);
+  workbench::LevelReading readLevelAs(VarIndex index, const std::string& text,
+                                      const workbench::RuleFacts::WrittenLevel& written);
 };
 
 bool VarSpecObj::Impl::fail(const TokenInfoObj& token, const std::string& what,
@@ -73,8 +79,8 @@ bool VarSpecObj::Impl::failEmpty() {
 /// Where the list's first variable should stand: behind the subcommand's name.
 size_t VarSpecObj::Impl::placeOfList(const workbench::CommandTokens& command) const {
   const Tokens& tokens = command.tokens();
-  for (size_t at = 1; at + 1 < tokens.size(); ++at) {
-    const bool begins = at == 1 || isSymbol(tokens[at - 1], '/');
+  for (size_t at = 0; at + 1 < tokens.size(); ++at) {
+    const bool begins = at <= 1 || isSymbol(tokens[at - 1], '/');
     if (begins && tokens[at].kind() == Kind::kWord && tokens[at].getUpText() == subcommand) {
       return tokens[at + 1].position();
     }
@@ -86,6 +92,7 @@ void VarSpecObj::Impl::clear() {
   valid.clear();
   positions.clear();
   qualifier.clear();
+  labels.reset();
   hasQualifier = false;
 }
 
@@ -145,6 +152,46 @@ bool VarSpecObj::Impl::resolve(const TokenInfoObj& token, VarIndex& index) {
               suggestion.empty() ? "" : workbench::writtenName(suggestion));
 }
 
+/// A level that is written both ways must mean the same in both.
+workbench::LevelReading VarSpecObj::Impl::readLevelAs(
+    VarIndex index, const std::string& text, const workbench::RuleFacts::WrittenLevel& written) {
+  using workbench::LevelForm;
+  const workbench::Variable& variable = currentSession().dataset->variable(index);
+  if (!labels) labels.emplace(variable);
+  const LevelForm form = written.bare ? LevelForm::kBare : LevelForm::kQuoted;
+  workbench::LevelReading reading = workbench::readLevel(variable, *labels, text, form);
+  if (!written.bare || !written.quoted || !reading.value) return reading;
+  workbench::LevelReading other = workbench::readLevel(variable, *labels, text, LevelForm::kQuoted);
+  if (!other.value || other.value == reading.value) return other;
+  return {{},
+          shortQuoted(text) + " stands with and without quotes, which mean different values of " +
+              shortQuoted(variable.name) + ".",
+          {}};
+}
+
+/// The value of a level as the command writes it; a refusal is kept, for the message that follows.
+std::optional<workbench::SplitValue> VarSpecObj::Impl::readLevel(VarIndex index,
+                                                                 const std::string& text) {
+  workbench::CommandFacts* facts = currentSession().facts;
+  workbench::RuleFacts::WrittenLevel written;
+  if (facts != nullptr) {
+    const bool isGrouping = index == facts->grouping;
+    const workbench::RuleFacts& rule = isGrouping ? facts->groups : facts->success;
+    const auto found = rule.levels.find(text);
+    if (found != rule.levels.end()) written = found->second;
+    written.bare = written.bare || (isGrouping && rule.values.empty());
+  }
+  workbench::LevelReading reading = readLevelAs(index, text, written);
+  if (!reading.value && facts != nullptr) {
+    if (reading.suggestion.empty()) {
+      workbench::addOccurringValues(*currentSession().dataset, index, text, reading);
+    }
+    facts->refusedLevel = workbench::SyntaxProblem{written.position, std::move(reading.problem),
+                                                   std::move(reading.suggestion)};
+  }
+  return reading.value;
+}
+
 bool VarSpecObj::Impl::resolveRange(const Tokens& tokens, size_t& at) {
   VarIndex first = -1;
   if (!resolve(tokens[at], first)) return false;
@@ -202,10 +249,10 @@ bool VarSpecObj::Impl::resolveAll(const Tokens& tokens) {
 
 VarSpecObj::VarSpecObj(const std::string& listName, const CommandDescriptor&,
                        ProcedureDataSource& source, bool isWeight)
-    : impl_(new Impl{listName, "", source, isWeight, true, false, false, {}, {}, {}}) {}
+    : impl_(new Impl{listName, "", source, isWeight, true, false, false, {}, {}, {}, {}}) {}
 VarSpecObj::VarSpecObj(const std::string& listName, const std::string& subcommand,
                        ProcedureDataSource& source)
-    : impl_(new Impl{listName, subcommand, source, false, true, false, false, {}, {}, {}}) {}
+    : impl_(new Impl{listName, subcommand, source, false, true, false, false, {}, {}, {}, {}}) {}
 VarSpecObj::~VarSpecObj() = default;
 
 bool VarSpecObj::ValidateVariables(const Tokens& tokens, int) {
@@ -264,17 +311,13 @@ bool VarSpecObj::ValidateCatValue(const std::string& text, void* buffer, ZELK_Fo
   const ZELK_Variable& variable = impl_->source.GetVariable(index);
   format = variable.GetFormat();
   const int32_t width = variable.GetType();
-  if (width == 0) {
-    const auto value = workbench::parseValue(currentSession().dataset->variable(index), text);
-    if (!value || !std::isfinite(*value) || *value == kSystemMissing) return false;
-    const double number = *value == 0.0 ? 0.0 : *value;  // minus zero is zero
-    std::memcpy(buffer, &number, sizeof number);
+  const std::optional<workbench::SplitValue> value = impl_->readLevel(index, text);
+  if (!value) return false;
+  if (const auto* number = std::get_if<double>(&*value)) {
+    std::memcpy(buffer, number, sizeof *number);
     return true;
   }
-  const size_t length = text.find_last_not_of(' ') + 1;  // npos + 1 is 0
-  if (length > static_cast<size_t>(width)) return false;
-  const size_t bytes = static_cast<size_t>(width <= 8 ? 1 : (width + 7) / 8) * sizeof(double);
-  std::memset(buffer, ' ', bytes);
-  std::memcpy(buffer, text.data(), length);
+  const int32_t words = width <= 8 ? 1 : (width + 7) / 8;
+  workbench::writeObservation(std::get<std::string>(*value), words, static_cast<double*>(buffer));
   return true;
 }

@@ -1,9 +1,8 @@
-#include <cmath>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
 #include "workbench/render/cell_texts.h"
+#include "workbench/render/json_text.h"
 #include "workbench/render/render.h"
 #include "workbench/render/writer.h"
 #include "workbench/results/known_labels.h"
@@ -11,17 +10,6 @@
 
 namespace workbench {
 namespace {
-
-/// A JSON string; bytes that are no UTF-8 become the replacement character.
-std::string jsonString(std::string_view text) {
-  return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
-
-std::string jsonNumber(double value) {
-  if (value == kSystemMissing) return "null";
-  const std::string text = exactNumber(value);
-  return std::isfinite(value) ? text : jsonString(text);
-}
 
 /// Writes the items of a list, one after the other, with commas and line breaks.
 template <typename List, typename Write>
@@ -44,15 +32,6 @@ std::string strings(const List& texts) {
     result += jsonString(text);
   }
   return result + ']';
-}
-
-std::string splitObject(const ShownSplit& split) {
-  std::string result = "{";
-  for (const auto& [name, value] : split) {
-    if (result.size() > 1) result += ',';
-    result.append(jsonString(name)).append(":").append(jsonString(value));
-  }
-  return result + '}';
 }
 
 void writeNote(Writer& out, const DocumentNote& note) {
@@ -197,6 +176,14 @@ void writeProcedure(Writer& out, const DocumentProcedure& procedure, bool withSe
     out << ",\n\"sentences\":";
     writeList(out, reportSentences(procedure, std::nullopt),
               [&](const std::string& sentence) { out << jsonString(sentence); });
+  }
+  if (procedure.cases) {
+    out << ",\n\"cases\":";
+    writeJsonCases(*procedure.cases, out);
+  }
+  if (!procedure.advice.empty()) {
+    out << ",\n\"advice\":";
+    writeList(out, procedure.advice, [&](const Advice& advice) { writeJsonAdvice(advice, out); });
   }
   out << '}';
 }

@@ -193,6 +193,9 @@ void writeProcedure(const DocumentProcedure& procedure, const RenderOptions& opt
     MarkdownTable(*table, options, out).write();
     if (options.plot) writePlot(*table, procedure, options, out);
   }
+  if (procedure.casesTable != nullptr) {
+    MarkdownTable(*procedure.casesTable, options, out).write();
+  }
   if (options.sentences) writeSentences(procedure, options, out);
   for (const DocumentNote& note : procedure.notes) {
     out << "- **" << escaped(note.label) << ":** " << escaped(note.value) << '\n';

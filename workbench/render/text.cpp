@@ -100,6 +100,7 @@ void writeProcedure(const DocumentProcedure& procedure, const RenderOptions& opt
     writeTextTable(*table, options, out);
     if (options.plot) writeTextPlot(*table, procedure, options, out);
   }
+  if (procedure.casesTable != nullptr) writeTextTable(*procedure.casesTable, options, out);
   if (options.sentences) writeSentences(procedure, options, out);
   if (!procedure.notes.empty()) writeNotes(procedure, options.width, out);
 }

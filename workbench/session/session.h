@@ -7,7 +7,9 @@
 namespace workbench {
 
 class ActiveDataset;
+class CaseObserver;
 class Catalogue;
+struct CommandFacts;
 class CommandTokens;
 class OutputDocument;
 
@@ -17,7 +19,9 @@ struct Session {
   const CommandTokens* command = nullptr;  ///< the command that is running
   OutputDocument* document = nullptr;
   const Catalogue* catalogue = nullptr;
-  std::FILE* display = stdout;  ///< where the plain text display writes
+  CommandFacts* facts = nullptr;     ///< filled when the command was parsed; may be null
+  CaseObserver* observer = nullptr;  ///< sees the next pass over the cases, and no other
+  std::FILE* display = stdout;       ///< where the plain text display writes
 };
 
 /// The session of the calling thread. Throws std::logic_error when none is open.

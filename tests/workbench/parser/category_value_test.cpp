@@ -4,9 +4,12 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "host/parser.h"
 #include "tests/workbench/parser/test_session.h"
+#include "workbench/parser/level_reading.h"
 
 namespace parser_tests {
 namespace {
@@ -91,6 +94,74 @@ TEST_F(CategoryValue, BooleansByLabelOrAsNumbers) {
   EXPECT_EQ(convert("t", "no").number(), 0.0);
   EXPECT_EQ(convert("t", "1").number(), 1.0);
   EXPECT_FALSE(convert("t", "true").accepted);  // the dictionary gives other labels
+}
+
+workbench::Variable labelled(const std::string& name,
+                             std::vector<std::pair<double, std::string>> labels) {
+  workbench::Variable variable;
+  variable.name = name;
+  variable.numberLabels = std::move(labels);
+  return variable;
+}
+
+TEST_F(CategoryValue, ValueLabelsAsTheyAreWritten) {
+  dataset_.addNumbers(labelled("l", {{3, "low "}, {7, "high"}, {9, "3"}}), {0, 1});
+  EXPECT_EQ(convert("l", "low").number(), 3.0);
+  EXPECT_EQ(convert("l", "high  ").number(), 7.0);
+  EXPECT_EQ(convert("l", "3").number(), 9.0);  // a text: the label comes first
+  EXPECT_EQ(convert("l", "7").number(), 7.0);
+  EXPECT_FALSE(convert("l", "High").accepted);
+}
+
+TEST_F(CategoryValue, ALabelOfTwoValuesIsRefused) {
+  dataset_.addNumbers(labelled("l", {{3, "yes"}, {7, "yes"}, {9, "no"}}), {0, 1});
+  EXPECT_FALSE(convert("l", "yes").accepted);
+  EXPECT_EQ(convert("l", "no").number(), 9.0);
+}
+
+TEST_F(CategoryValue, OrderedCategoriesByLabelOrText) {
+  workbench::Variable ordered = labelled("o", {{1, "few"}, {2, "20"}});
+  ordered.categoryTexts = {{1, "10"}, {2, "20"}};
+  dataset_.addNumbers(ordered, {0, 1});
+  EXPECT_EQ(convert("o", "few").number(), 1.0);
+  EXPECT_EQ(convert("o", "10").number(), 1.0);
+  EXPECT_EQ(convert("o", "20").number(), 2.0);
+  EXPECT_FALSE(convert("o", "2").accepted);
+}
+
+/// A level as it stands in a command.
+workbench::LevelReading read(const workbench::Variable& variable, const std::string& text,
+                             workbench::LevelForm form) {
+  return workbench::readLevel(variable, workbench::LabelIndex(variable), text, form);
+}
+
+TEST(LevelReading, ABareNumberIsRefusedWhereACategoryReadsAsAnother) {
+  workbench::Variable ordered;
+  ordered.name = "o";
+  ordered.categoryTexts = {{1, "1"}, {2, "5"}};
+  const workbench::LevelReading refused = read(ordered, "1", workbench::LevelForm::kBare);
+  EXPECT_FALSE(refused.value);
+  EXPECT_NE(refused.problem.find("Quote the category"), std::string::npos);
+  EXPECT_EQ(read(ordered, "1", workbench::LevelForm::kQuoted).value, workbench::SplitValue(1.0));
+}
+
+TEST(LevelReading, ABareNumberIsTheCodeOfACategoryThatReadsAsNoOther) {
+  workbench::Variable ordered;
+  ordered.name = "o";
+  ordered.categoryTexts = {{1, "low"}, {2, "2"}};
+  EXPECT_EQ(read(ordered, "2", workbench::LevelForm::kBare).value, workbench::SplitValue(2.0));
+  EXPECT_EQ(read(ordered, "low", workbench::LevelForm::kQuoted).value, workbench::SplitValue(1.0));
+}
+
+TEST(LevelReading, WrittenAsACommandHasTo) {
+  workbench::Variable number;
+  workbench::Variable date;
+  date.kind = workbench::ValueKind::kDate;
+  EXPECT_EQ(workbench::writtenLevel(number, 2.5), "2.5");
+  EXPECT_EQ(workbench::writtenLevel(date, 86400.0), "'1970-01-02'");
+  workbench::Variable text;
+  text.kind = workbench::ValueKind::kString;
+  EXPECT_EQ(workbench::writtenLevel(text, std::string("it's")), "'it''s'");
 }
 
 TEST_F(CategoryValue, StringsArePaddedToWholeWords) {

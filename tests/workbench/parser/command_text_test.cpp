@@ -75,7 +75,7 @@ TEST(SplitCommands, LeavesOutWhatIsNoCommand) {
 TEST(Tokens, Numbers) {
   EXPECT_EQ(tokensOf("1 -3 +2.5E+3 .5 -.5 1e-5 007 1."),
             "#1=1 #-3=-3 #+2.5E+3=2500 #.5=0.5 "
-            "#-.5=-0.5 #1e-5=1e-05 #007=7 #1=1");
+            "#-.5=-0.5 #1e-5=0.00001 #007=7 #1=1");
   EXPECT_EQ(tokensOf("1. 2"), "#1.=1 #2=2");
   EXPECT_EQ(tokensOf("(1.)"), "`(` #1.=1 `)`");
   EXPECT_EQ(tokensOf("1./2"), "#1.=1 `/` #2=2");

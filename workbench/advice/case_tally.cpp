@@ -1,0 +1,284 @@
+#include "workbench/advice/case_tally.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+#include "workbench/output/distinguish.h"
+#include "workbench/output/labels.h"
+
+namespace workbench {
+namespace {
+
+/// The variable that numbers the resamples of the cases; 0 are the cases themselves.
+constexpr const char* kResampleVariable = "$bootstrap_split";
+
+/// The digits of a sum that the order of addition never reaches.
+double tenDigits(double value) {
+  const std::string text = fmt::format("{:.10g}", value);
+  double rounded = value;
+  std::from_chars(text.data(), text.data() + text.size(), rounded);
+  return rounded;
+}
+
+LabelData splitName(const ActiveDataset& dataset, VarIndex index) {
+  LabelData label;
+  label.owner = dataset.declaration(index).name;
+  label.text = dataset.declaration(index).shownName();
+  return label;
+}
+
+/// Names of the split variables as shown, told apart.
+std::vector<std::string> splitNames(const ActiveDataset& dataset) {
+  std::vector<LabelData> labels;
+  for (const VarIndex index : dataset.splitVariables()) labels.push_back(splitName(dataset, index));
+  std::vector<LabelData*> alike;
+  for (LabelData& label : labels) alike.push_back(&label);
+  distinguish(alike);
+  std::vector<std::string> names;
+  for (const LabelData& label : labels) names.push_back(label.text);
+  return names;
+}
+
+}  // namespace
+
+void CarefulSum::add(double value) {
+  const double sum = sum_ + value;
+  if (std::isfinite(sum)) {
+    rest_ += std::fabs(sum_) >= std::fabs(value) ? (sum_ - sum) + value : (value - sum) + sum_;
+  }
+  sum_ = sum;
+}
+
+std::vector<SplitValue> levelValues(const RuleFacts& rule, const Variable& variable) {
+  std::vector<SplitValue> values;
+  const LabelIndex labels(variable);
+  for (const TokenInfoObj& token : rule.values) {
+    const LevelForm form =
+        token.kind() == TokenInfoObj::Kind::kString ? LevelForm::kQuoted : LevelForm::kBare;
+    LevelReading reading = readLevel(variable, labels, token.getText(), form);
+    if (reading.value) values.push_back(std::move(*reading.value));
+  }
+  return values;
+}
+
+CaseTally::CaseTally(ActiveDataset& dataset, const CommandFacts& facts, bool forAdvice)
+    : dataset_(dataset), facts_(facts), forAdvice_(forAdvice) {}
+
+CaseTally::~CaseTally() = default;
+
+ColumnQuestions CaseTally::questionsAbout(VarIndex index, const Variable& entry) const {
+  ColumnQuestions questions;
+  questions.includesUserMissing = facts_.includesUserMissing;
+  if (!forAdvice_) return questions;
+  if (index == facts_.grouping) {
+    questions.everyValue = facts_.groups.rule == ValueRule::kLevel;
+    questions.wanted = levelValues(facts_.groups, entry);
+    if (facts_.groups.values.empty()) questions.wanted = {1.0, 2.0};
+    if (!questions.everyValue) questions.wanted.clear();
+    return questions;
+  }
+  questions.everyValue = facts_.success.rule == ValueRule::kLevel;
+  if (questions.everyValue) questions.wanted = levelValues(facts_.success, entry);
+  const bool split = !dataset_.splitVariables().empty();
+  questions.firstOfGroup = split && facts_.success.rule == ValueRule::kFirst;
+  questions.lastOfGroup = split && facts_.success.rule == ValueRule::kLast;
+  return questions;
+}
+
+void CaseTally::begin() {
+  begun_ = true;
+  weighted_ = dataset_.weightVariable() >= 0;
+  for (const VarIndex index : facts_.variables()) {
+    auto entry = std::make_unique<Variable>(dataset_.variable(index));
+    ColumnQuestions questions = questionsAbout(index, *entry);
+    const bool extremes = questions.firstOfGroup || questions.lastOfGroup;
+    auto observed = observeColumn(*entry, std::move(questions));
+    columns_.push_back({index, std::move(entry), std::move(observed), extremes, {}});
+  }
+}
+
+/// Cases drawn anew are no cases that were read.
+bool CaseTally::isResample() const {
+  const std::vector<VarIndex>& split = dataset_.splitVariables();
+  const std::vector<SplitValue>& values = dataset_.currentSplit();
+  for (size_t i = 0; i < std::min(split.size(), values.size()); ++i) {
+    if (dataset_.declaration(split[i]).name != kResampleVariable) continue;
+    const auto* number = std::get_if<double>(&values[i]);
+    return number != nullptr && *number != 0.0;
+  }
+  return false;
+}
+
+void CaseTally::takeCases(const CountedChunk& chunk) {
+  if (!begun_) begin();
+  if (isResample()) return;
+  if (!inGroup_) {
+    inGroup_ = true;
+    groups_.push_back({dataset_.currentSplit(), {}, std::vector<VariableCases>(columns_.size())});
+  }
+  const auto rows = static_cast<size_t>(chunk.count);
+  if (kept_.size() < rows) {
+    kept_.resize(rows);
+    isKept_.resize(rows);
+    isComplete_.resize(rows);
+    marks_.resize(rows);
+    for (Column& column : columns_) column.classes.resize(rows);
+  }
+  countWeights(chunk);
+  countVariables(chunk);
+  if (forAdvice_) observeValues(chunk);
+}
+
+void CaseTally::countWeights(const CountedChunk& chunk) {
+  Totals& totals = groups_.back().totals;
+  const auto rows = static_cast<size_t>(chunk.count);
+  if (!weighted_ && chunk.caseCounts == nullptr) {
+    std::fill_n(kept_.begin(), rows, 1.0);
+    std::fill_n(isKept_.begin(), rows, uint8_t{1});
+    totals.read += chunk.count;
+    return;
+  }
+  for (size_t row = 0; row < rows; ++row) {
+    const double cases = chunk.caseCounts == nullptr ? 1.0 : chunk.caseCounts[row];
+    const double weight = chunk.weights[row];
+    const double raw = chunk.rawWeights == nullptr ? weight : chunk.rawWeights[row];
+    const bool single = chunk.caseCounts == nullptr;
+    const bool kept = weight != kSystemMissing && (!single || weight >= 0.5);
+    const double rounded = !kept ? 0.0 : single ? std::floor(weight + 0.5) : weight;
+    if (raw != kSystemMissing) totals.weight.add(raw);
+    if (raw > 0.0) positiveWeight_.add(raw);
+    totals.rounded += rounded;
+    roundedWeight_ += rounded;
+    totals.read += static_cast<int64_t>(cases);
+    totals.dropped += kept ? 0 : static_cast<int64_t>(cases);
+    kept_[row] = kept ? cases : 0.0;
+    isKept_[row] = kept ? 1 : 0;
+  }
+}
+
+bool CaseTally::isMissing(const Column& column, ValueClass type) const {
+  if (type == ValueClass::kValid) return false;
+  if (!facts_.includesUserMissing) return true;
+  return type == ValueClass::kSystemMissing && !column.entry->isString();
+}
+
+void CaseTally::countVariables(const CountedChunk& chunk) {
+  Group& group = groups_.back();
+  const auto rows = static_cast<size_t>(chunk.count);
+  std::copy_n(isKept_.begin(), rows, isComplete_.begin());
+  for (size_t i = 0; i < columns_.size(); ++i) {
+    Column& column = columns_[i];
+    const ColumnView view = chunk.columns[column.index];
+    column.observed->classify(view.words, view.stride, rows, column.classes.data());
+    const bool userIsMissing = isMissing(column, ValueClass::kUserMissing);
+    double valid = 0.0;
+    double user = 0.0;
+    double system = 0.0;
+    for (size_t row = 0; row < rows; ++row) {
+      const ValueClass type = column.classes[row];
+      valid += type == ValueClass::kValid ? kept_[row] : 0.0;
+      user += type == ValueClass::kUserMissing ? kept_[row] : 0.0;
+      system += type == ValueClass::kSystemMissing ? kept_[row] : 0.0;
+      const bool missing = (type == ValueClass::kSystemMissing) |
+                           ((type == ValueClass::kUserMissing) & userIsMissing);
+      isComplete_[row] &= static_cast<uint8_t>(!missing);
+    }
+    group.variables[i].valid += static_cast<int64_t>(valid);
+    group.variables[i].userMissing += static_cast<int64_t>(user);
+    group.variables[i].systemMissing += static_cast<int64_t>(system);
+  }
+  double complete = 0.0;
+  for (size_t row = 0; row < rows; ++row) complete += isComplete_[row] != 0 ? kept_[row] : 0.0;
+  group.totals.complete += static_cast<int64_t>(complete);
+}
+
+void CaseTally::markValid(const Column& column, std::vector<uint8_t>& marks) const {
+  const bool userIsMissing = isMissing(column, ValueClass::kUserMissing);
+  for (size_t row = 0; row < marks.size(); ++row) {
+    const ValueClass type = column.classes[row];
+    const bool missing =
+        (type == ValueClass::kSystemMissing) | ((type == ValueClass::kUserMissing) & userIsMissing);
+    marks[row] = static_cast<uint8_t>(isKept_[row] & static_cast<uint8_t>(!missing));
+  }
+}
+
+void CaseTally::observeValues(const CountedChunk& chunk) {
+  const auto rows = static_cast<size_t>(chunk.count);
+  marks_.resize(rows);
+  for (Column& column : columns_) {
+    const ColumnView view = chunk.columns[column.index];
+    markValid(column, marks_);
+    column.observed->take(view.words, view.stride, rows, marks_.data());
+    if (!column.extremesOfGroups) continue;
+    if (facts_.listwise) {
+      for (size_t row = 0; row < rows; ++row) marks_[row] &= isComplete_[row];
+    }
+    column.observed->takeOfGroup(view.words, view.stride, rows, marks_.data());
+  }
+}
+
+void CaseTally::endGroup() {
+  if (!inGroup_) return;
+  inGroup_ = false;
+  for (Column& column : columns_) {
+    if (column.extremesOfGroups) column.observed->endGroup(groups_.size() - 1);
+  }
+}
+
+void CaseTally::endPass() {
+  if (!begun_) begin();
+  endGroup();
+  complete_ = true;
+}
+
+CaseTotals CaseTally::shownTotals(const Group& group) const {
+  return {group.totals.read,     group.totals.dropped,
+          group.totals.complete, tenDigits(group.totals.weight.value()),
+          group.totals.rounded,  group.variables};
+}
+
+CaseReport CaseTally::report() const {
+  CaseReport report;
+  report.weighted = weighted_;
+  for (const Column& column : columns_) report.variables.push_back(column.entry->name);
+  report.splitVariables = splitNames(dataset_);
+  const std::vector<VarIndex>& split = dataset_.splitVariables();
+  Group all{{}, {}, std::vector<VariableCases>(columns_.size())};
+  for (const Group& group : groups_) {
+    all.totals.read += group.totals.read;
+    all.totals.dropped += group.totals.dropped;
+    all.totals.complete += group.totals.complete;
+    all.totals.rounded += group.totals.rounded;
+    all.totals.weight.add(group.totals.weight.value());
+    for (size_t i = 0; i < columns_.size(); ++i) {
+      all.variables[i].valid += group.variables[i].valid;
+      all.variables[i].userMissing += group.variables[i].userMissing;
+      all.variables[i].systemMissing += group.variables[i].systemMissing;
+    }
+    if (split.empty()) continue;
+    CaseReport::Group& shown = report.groups.emplace_back();
+    for (size_t i = 0; i < split.size(); ++i) {
+      shown.split.push_back(describeSplitValue(split[i], group.split[i]).text);
+    }
+    shown.cases = shownTotals(group);
+  }
+  report.all = shownTotals(all);
+  return report;
+}
+
+std::string CaseTally::groupText(size_t group) const {
+  const std::vector<std::string> names = splitNames(dataset_);
+  std::string text;
+  for (size_t i = 0; i < names.size(); ++i) {
+    const SplitValue& value = groups_[group].split[i];
+    text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", names[i],
+                        describeSplitValue(dataset_.splitVariables()[i], value).text);
+  }
+  return text;
+}
+
+}  // namespace workbench

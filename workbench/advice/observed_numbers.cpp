@@ -1,0 +1,180 @@
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include "workbench/advice/observed_column.h"
+#include "workbench/dataset/variable.h"
+
+namespace workbench {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// Different numbers, up to a limit. Open addressing: most values are known already.
+class NumberSet {
+ public:
+  NumberSet() : slots_(kSlots, kSystemMissing) {}
+
+  /// False when the set is full and the number is not in it.
+  bool add(double number) {
+    const uint64_t bits = std::bit_cast<uint64_t>(number);
+    size_t slot = (bits * 0x9E3779B97F4A7C15ULL) >> (64U - kSlotBits);
+    while (slots_[slot] != kSystemMissing) {
+      if (slots_[slot] == number) return true;
+      slot = (slot + 1) % kSlots;
+    }
+    if (numbers_.size() == kMostListedValues) return false;
+    slots_[slot] = number;
+    numbers_.push_back(number);
+    return true;
+  }
+  const std::vector<double>& numbers() const { return numbers_; }
+
+ private:
+  static constexpr unsigned kSlotBits = 12;
+  static constexpr size_t kSlots = size_t{1} << kSlotBits;
+  static_assert(kSlots >= 4 * kMostListedValues);
+
+  std::vector<double> slots_;  // the system-missing value is an empty one
+  std::vector<double> numbers_;
+};
+
+struct Range {
+  double low = kInfinity;
+  double high = -kInfinity;
+  bool any = false;
+
+  void take(const double* values, size_t count, const uint8_t* marks) {
+    double least = low;
+    double most = high;
+    unsigned marked = 0;
+    for (size_t i = 0; i < count; ++i) {
+      const double value = values[i];
+      least = marks[i] != 0 && value < least ? value : least;
+      most = marks[i] != 0 && value > most ? value : most;
+      marked |= marks[i];
+    }
+    low = least;
+    high = most;
+    any = any || marked != 0;
+  }
+};
+
+class NumberColumn final : public ObservedColumn {
+ public:
+  NumberColumn(const Variable& variable, ColumnQuestions questions)
+      : variable_(variable), questions_(std::move(questions)) {
+    for (const SplitValue& value : questions_.wanted) {
+      unseen_.push_back(std::get<double>(value));
+    }
+    std::sort(unseen_.begin(), unseen_.end());
+    unseen_.erase(std::unique(unseen_.begin(), unseen_.end()), unseen_.end());
+  }
+
+  void classify(const double* words, ptrdiff_t, size_t count, ValueClass* classes) override {
+    for (size_t i = 0; i < count; ++i) {
+      classes[i] = words[i] == kSystemMissing ? ValueClass::kSystemMissing : ValueClass::kValid;
+    }
+    if (variable_.missingNumbers.empty() && variable_.missingLow > variable_.missingHigh) return;
+    for (size_t i = 0; i < count; ++i) {
+      if (classes[i] == ValueClass::kValid && isUserMissing(variable_, words[i])) {
+        classes[i] = ValueClass::kUserMissing;
+      }
+    }
+  }
+
+  void take(const double* words, ptrdiff_t, size_t count, const uint8_t* marks) override {
+    all_.take(words, count, marks);
+    if (!questions_.everyValue) return;
+    if (!more_ && !onlyKnown(words, count, marks)) listNew(words, count, marks);
+    if (more_ && !unseen_.empty()) lookForWanted(words, count, marks);
+  }
+
+  void takeOfGroup(const double* words, ptrdiff_t, size_t count, const uint8_t* marks) override {
+    group_.take(words, count, marks);
+  }
+
+  void endGroup(size_t group) override {
+    if (group_.any) byGroup_.add(questions_.lastOfGroup ? group_.high : group_.low, group);
+    group_ = Range();
+  }
+
+  ColumnAnswers answers() const override {
+    ColumnAnswers answers;
+    answers.anyValue = all_.any;
+    answers.oneValue = all_.any && all_.low == all_.high;
+    answers.some = all_.low;
+    std::vector<double> listed = listed_.numbers();
+    std::sort(listed.begin(), listed.end());
+    answers.values.assign(listed.begin(), listed.end());
+    answers.moreValues = more_;
+    for (const SplitValue& value : questions_.wanted) {
+      const double wanted = std::get<double>(value);
+      answers.found.push_back(more_ ? !std::binary_search(unseen_.begin(), unseen_.end(), wanted)
+                                    : std::binary_search(listed.begin(), listed.end(), wanted));
+    }
+    answers.byGroup = byGroup_.sorted();
+    return answers;
+  }
+
+ private:
+  /// Quick: whether all values are among the few that were found first.
+  bool onlyKnown(const double* words, size_t count, const uint8_t* marks) const {
+    const std::vector<double>& known = listed_.numbers();
+    if (known.empty() || known.size() > kFew) return false;
+    std::array<double, kFew> few{};
+    for (size_t k = 0; k < kFew; ++k) few[k] = known[std::min(k, known.size() - 1)];
+    unsigned strange = 0;
+    for (size_t i = 0; i < count; ++i) {
+      const double value = words[i];
+      const bool isKnown =
+          (value == few[0]) | (value == few[1]) | (value == few[2]) | (value == few[3]);
+      strange |= static_cast<unsigned>(!isKnown) & marks[i];
+    }
+    return strange == 0;
+  }
+
+  void listNew(const double* words, size_t count, const uint8_t* marks) {
+    for (size_t i = 0; i < count; ++i) {
+      if (marks[i] == 0 || listed_.add(words[i])) continue;
+      more_ = true;
+      // What was listed so far is not looked for any more.
+      for (const double number : listed_.numbers()) dropWanted(number);
+      return;
+    }
+  }
+
+  void lookForWanted(const double* words, size_t count, const uint8_t* marks) {
+    for (size_t i = 0; i < count && !unseen_.empty(); ++i) {
+      if (marks[i] != 0) dropWanted(words[i]);
+    }
+  }
+
+  void dropWanted(double number) {
+    const auto place = std::lower_bound(unseen_.begin(), unseen_.end(), number);
+    if (place != unseen_.end() && *place == number) unseen_.erase(place);
+  }
+
+  static constexpr size_t kFew = 4;
+
+  const Variable& variable_;
+  const ColumnQuestions questions_;
+  Range all_;
+  Range group_;
+  NumberSet listed_;
+  bool more_ = false;
+  std::vector<double> unseen_;  // ascending; of use once not all values are listed
+  GroupValues byGroup_;
+};
+
+}  // namespace
+
+std::unique_ptr<ObservedColumn> observeNumbers(const Variable& variable,
+                                               ColumnQuestions questions) {
+  return std::make_unique<NumberColumn>(variable, std::move(questions));
+}
+
+}  // namespace workbench
