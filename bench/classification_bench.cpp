@@ -1,15 +1,16 @@
 // The module over cases in memory, beside a plain loop that reads and sums the same columns: the
-// classification of every case in both passes, and the whole run with reading, counting and tables.
-// Time per value and pass is the inverse of items per second.
+// extremes and the classification of every case, and the whole run with reading, counting and
+// tables. Time per value and pass is the inverse of items per second.
 #include <benchmark/benchmark.h>
 
 #include <memory>
+#include <numeric>
 #include <string>
 #include <vector>
 
-#include "module/data/classification.h"
-#include "module/driver/algorithm.h"
+#include "module/data/case_reader.h"
 #include "module/driver/proporti.h"
+#include "module/model/algorithm.h"
 #include "tests/memory/memory_dataset.h"
 #include "workbench/catalogue/catalogue.h"
 #include "workbench/output/output_document.h"
@@ -58,32 +59,31 @@ void countValues(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(kRows) * kVariables * 2);
 }
 
-void classifyAll(proportions::PRPAlgorithm& analysis, bool firstPass) {
-  analysis.initialDataPass = firstPass;
-  proportions::Classifier classifier(analysis);
+void readAll(proportions::PRPAlgorithm& analysis) {
   const std::unique_ptr<ZELK_InputCaseIterator> iterator(analysis.dataSource->MakeIterator());
-  std::vector<proportions::Code> first, second;
-  int32_t group = 0;
-  while (const Case* each = iterator->NextCase()) {
-    classifier.classifyCase(*each, first, second, group);
-    benchmark::DoNotOptimize(first.data());
-  }
+  proportions::CaseReader reader(analysis, static_cast<ProcDSIterator&>(*iterator));
+  proportions::UsedCase used;
+  while (reader.nextUsedCase(used)) benchmark::DoNotOptimize(used.first.data());
 }
 
 void classify(benchmark::State& state, const proportions::BinInfoElem& definition) {
   const Bench bench("PROPORTIONS.");
   ProcedureDataSource source;
   BpProcedure procedure("Proportions", 10);
-  const proportions::PRPValidSpecs specs(source);
+  proportions::PRPValidSpecs specs(source);
+  std::vector<VarIndex> indices(kVariables);
+  std::iota(indices.begin(), indices.end(), 0);
+  specs.setTestVarIndices(indices);
+  specs.testVarInfo().assign(kVariables, definition);
   proportions::PRPAlgorithm analysis(source, procedure, specs);
-  for (int v = 0; v < kVariables; ++v) analysis.testVarIndices.push_back(v);
-  analysis.testVarInfo.assign(kVariables, definition);
   for (int v = 0; v < kVariables; ++v) {
     analysis.testVarCats.push_back(std::make_unique<proportions::VarCatInfo>());
   }
   for (auto _ : state) {
-    classifyAll(analysis, true);
-    classifyAll(analysis, false);
+    analysis.initialDataPass = true;
+    readAll(analysis);
+    analysis.initialDataPass = false;
+    readAll(analysis);
   }
   countValues(state);
 }
@@ -91,7 +91,7 @@ void classify(benchmark::State& state, const proportions::BinInfoElem& definitio
 void classifyLast(benchmark::State& state) { classify(state, {}); }
 void classifyLevel(benchmark::State& state) {
   proportions::BinInfoElem level;
-  level.rule = proportions::kLevels;
+  level.rule = proportions::SuccessRule::kLevels;
   level.numericValues = {1.0};
   classify(state, level);
 }

@@ -14,9 +14,27 @@ void countUp(int32_t& counter) {
 }  // namespace
 
 std::optional<double> roundedWeight(double weight) {
-  if (isMissing(weight)) return std::nullopt;
+  if (IsSystemMissing(weight)) return std::nullopt;
   if (!(weight >= 0.5)) return std::nullopt;  // a NaN too
   return std::floor(weight + 0.5);
+}
+
+CaseReader::CaseReader(PRPAlgorithm& analysis, ProcDSIterator& iterator)
+    : analysis_(analysis), iterator_(iterator), values_(analysis) {
+  if (analysis.initialDataPass) {
+    collector_.emplace(values_);
+  } else {
+    classifier_.emplace(values_, analysis.settings.scopeAnalysis);
+  }
+}
+
+/// True when the case is used: always while the extremes are collected.
+inline bool CaseReader::takeValues(const Case& data, UsedCase& used) {
+  if (classifier_) return classifier_->classifyCase(data, used.first, used.second, used.group);
+  used.first.resize(values_.first().variables.size(), kNotCounted);
+  used.second.resize(values_.second().variables.size(), kNotCounted);
+  collector_->collect(data);
+  return true;
 }
 
 bool CaseReader::useCase(const Case& data, UsedCase& used) {
@@ -24,8 +42,7 @@ bool CaseReader::useCase(const Case& data, UsedCase& used) {
   used.weight = weight.value_or(0.0);
   used.data = &data;
   analysis_.wAll += used.weight;
-  if (weight && classifier_.caseIsComplete(data) &&
-      classifier_.classifyCase(data, used.first, used.second, used.group)) {
+  if (weight && values_.caseIsComplete(data) && takeValues(data, used)) {
     countUp(analysis_.nValid);
     analysis_.wValid += used.weight;
     return true;

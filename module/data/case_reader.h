@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "host/data_source.h"
+#include "module/data/case_values.h"
 #include "module/data/classification.h"
+#include "module/data/extremes.h"
 
 namespace proportions {
 
@@ -14,7 +16,7 @@ namespace proportions {
 /// the case: missing, NaN or below 0.5.
 std::optional<double> roundedWeight(double weight);
 
-/// A used case.
+/// A used case. In the first pass, which only collects, no code counts.
 struct UsedCase {
   std::vector<Code> first;
   std::vector<Code> second;
@@ -27,8 +29,9 @@ struct UsedCase {
 /// start.
 class CaseReader {
  public:
-  CaseReader(PRPAlgorithm& analysis, ProcDSIterator& iterator)
-      : analysis_(analysis), iterator_(iterator), classifier_(analysis) {}
+  CaseReader(PRPAlgorithm& analysis, ProcDSIterator& iterator);
+  CaseReader(const CaseReader&) = delete;
+  CaseReader& operator=(const CaseReader&) = delete;
 
   /// Advances to the next used case of the group, counting every case on the way; false at the end
   /// of the group or of the data. Tells the output of a new split group at its first case.
@@ -36,10 +39,13 @@ class CaseReader {
 
  private:
   bool useCase(const Case& data, UsedCase& used);
+  bool takeValues(const Case& data, UsedCase& used);
 
   PRPAlgorithm& analysis_;
   ProcDSIterator& iterator_;
-  Classifier classifier_;
+  CaseValues values_;
+  std::optional<ExtremesCollector> collector_;  ///< of the first pass
+  std::optional<Classifier> classifier_;        ///< of the second
 };
 
 }  // namespace proportions

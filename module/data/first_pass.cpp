@@ -3,8 +3,9 @@
 #include <algorithm>
 
 #include "module/data/case_reader.h"
-#include "module/output/texts.h"
-#include "module/paired/pairs.h"
+#include "module/model/designs.h"
+#include "module/model/success_rule.h"
+#include "module/model/texts.h"
 
 namespace proportions {
 namespace {
@@ -17,8 +18,8 @@ std::unique_ptr<VarCatInfo> makeCats(const PRPAlgorithm& analysis, VarIndex inde
 }
 
 void initialiseStore(const PRPAlgorithm& analysis, PRPAggregation& store) {
-  store.firstSets.resize(analysis.testVarIndices.size());
-  store.secondSets.resize(analysis.secondVarIndices.size());
+  store.first.resize(analysis.settings.testVarIndices.size());
+  store.second.resize(analysis.settings.secondVarIndices.size());
   if (!analysis.userSplitIndices.empty()) {
     store.keyWidths = ObsVecMap::MakeKeySpec(*analysis.dataSource, analysis.userSplitIndices);
     store.splitMap = std::make_unique<ObsVecMap>(store.keyWidths, true);
@@ -26,48 +27,25 @@ void initialiseStore(const PRPAlgorithm& analysis, PRPAggregation& store) {
   store.initialised = true;
 }
 
-template <typename Record>
-std::vector<Record> recordPerVariable(size_t count) {
-  std::vector<Record> records(count);
-  for (size_t i = 0; i < count; ++i) records[i].localVarIndex = static_cast<int32_t>(i);
-  return records;
-}
-
-void makeRecords(PRPAlgorithm& analysis) {
-  const size_t count = analysis.testVarIndices.size();
-  switch (analysis.modelType) {
-    case kOneSample:
-      analysis.oneSampleRecords = recordPerVariable<PropZOneSamp>(count);
-      break;
-    case kPairedSamples:
-      analysis.pairedRecords = formPairs(analysis);
-      break;
-    case kIndependentSamples:
-      analysis.independentRecords = recordPerVariable<PropZIndSamp>(count);
-      break;
-    default:
-      break;
-  }
-}
-
 void setUpGroup(PRPAlgorithm& analysis) {
-  for (const VarIndex index : analysis.testVarIndices) {
+  const CommandSettings& settings = analysis.settings;
+  for (const VarIndex index : settings.testVarIndices) {
     analysis.testVarCats.push_back(makeCats(analysis, index));
   }
-  for (const VarIndex index : analysis.secondVarIndices) {
+  for (const VarIndex index : settings.secondVarIndices) {
     analysis.secondVarCats.push_back(makeCats(analysis, index));
   }
-  if (analysis.groupVarIndex >= 0) analysis.groupCats = makeCats(analysis, analysis.groupVarIndex);
+  if (settings.groupVarIndex >= 0) analysis.groupCats = makeCats(analysis, settings.groupVarIndex);
   if (analysis.aggregation != nullptr && !analysis.aggregation->initialised) {
     initialiseStore(analysis, *analysis.aggregation);
   }
-  makeRecords(analysis);
+  if (const DesignRow* design = findDesign(settings.modelType)) design->makeRecords(analysis);
 }
 
 /// The group's resample or imputation number. False, with an error, when it is missing or negative.
 bool readSampleNumber(PRPAlgorithm& analysis, const Case& data) {
   const double value = *data.Obs(analysis.poolingVarIndex);
-  const bool valid = !isMissing(value) && value >= 0.0;
+  const bool valid = !IsSystemMissing(value) && value >= 0.0;
   // What no integer can hold is no number of a sample; 2^31 - 1 stands for it, as for any resample.
   analysis.poolingSampleIndex =
       valid ? static_cast<int32_t>(std::min(value + 0.5, 2147483647.0)) : -1;
@@ -95,16 +73,11 @@ void setMidPoint(VarCatInfo& cats) {
   }
 }
 
-/// What labels this group's success rows. A numeric FIRST of the first list gathers the missing
-/// value, one of the second list its minimum: rows of shared tables depend on this difference.
-VarValue referenceValue(const VarCatInfo& cats, int32_t rule, bool secondList) {
-  if (cats.isString) {
-    if (rule == kFirst) return VarValue::text(cats.minString);
-    return VarValue::text(rule == kLast ? cats.maxString : std::string());
-  }
-  if (rule == kLast) return VarValue::number(cats.maxValue);
-  if (rule == kMidpoint) return VarValue::number(cats.midPoint);
-  return VarValue::number(rule == kFirst && secondList ? cats.minValue : kSystemMissing);
+/// What labels this group's success rows: an empty text for strings whose rule has none, and the
+/// missing value for numbers likewise.
+VarValue labelValue(const VarCatInfo& cats, const SuccessRuleRow& rule) {
+  if (cats.isString) return VarValue::text(rule.text == nullptr ? std::string() : cats.*rule.text);
+  return VarValue::number(rule.number == nullptr ? kSystemMissing : cats.*rule.number);
 }
 
 /// True for the groups whose values label rows: those of the base data.
@@ -112,35 +85,53 @@ bool gathers(const PRPAlgorithm& analysis, bool needed) {
   return needed && analysis.aggregation != nullptr && analysis.poolingSampleIndex == 0;
 }
 
-void finishList(const std::vector<std::unique_ptr<VarCatInfo>>& cats,
-                const std::vector<BinInfoElem>& info, std::vector<ValueSet>* sets,
-                bool secondList) {
-  for (size_t i = 0; i < cats.size(); ++i) {
-    setMidPoint(*cats[i]);
-    if (sets != nullptr) (*sets)[i].insert(referenceValue(*cats[i], info[i].rule, secondList));
+void setMidPoints(const std::vector<std::unique_ptr<VarCatInfo>>& list) {
+  for (const auto& cats : list) setMidPoint(*cats);
+}
+
+/// A numeric FIRST of the first list gathers the missing value, one of the second list its minimum:
+/// rows of shared tables depend on this difference.
+void gatherFirstList(const PRPAlgorithm& analysis) {
+  for (size_t i = 0; i < analysis.testVarCats.size(); ++i) {
+    const VarCatInfo& cats = *analysis.testVarCats[i];
+    const SuccessRule rule = analysis.settings.testVarInfo[i].rule;
+    const bool lowestNumber = rule == SuccessRule::kFirst && !cats.isString;
+    const SuccessRuleRow* row = findRule(rule);
+    analysis.aggregation->first[i].insert(
+        lowestNumber || row == nullptr ? VarValue::number(kSystemMissing) : labelValue(cats, *row));
   }
 }
 
-void finishGrouping(PRPAlgorithm& analysis) {
-  if (!analysis.groupCats) return;
-  VarCatInfo& cats = *analysis.groupCats;
-  setMidPoint(cats);
-  if (!gathers(analysis, analysis.needSelectAggregation)) return;
-  const bool byMidPoint = !cats.isString && analysis.groupInfo.rule == kMidpoint;
-  analysis.aggregation->groupSet.insert(
+void gatherSecondList(const PRPAlgorithm& analysis) {
+  for (size_t i = 0; i < analysis.secondVarCats.size(); ++i) {
+    const SuccessRuleRow* row = findRule(analysis.settings.secondVarInfo[i].rule);
+    analysis.aggregation->second[i].insert(row == nullptr
+                                               ? VarValue::number(kSystemMissing)
+                                               : labelValue(*analysis.secondVarCats[i], *row));
+  }
+}
+
+void gatherMidPoint(const PRPAlgorithm& analysis) {
+  const VarCatInfo& cats = *analysis.groupCats;
+  const bool byMidPoint =
+      !cats.isString && analysis.settings.groupInfo.rule == SuccessRule::kMidpoint;
+  analysis.aggregation->midPoints.insert(
       VarValue::number(byMidPoint ? cats.midPoint : kSystemMissing));
 }
 
 bool finishFirstPass(PRPAlgorithm& analysis) {
   analysis.initialDataPass = false;
   if (analysis.nValid > 0) {
-    const bool gather = gathers(analysis, analysis.needSuccessAggregation);
-    PRPAggregation* store = analysis.aggregation;
-    finishList(analysis.testVarCats, analysis.testVarInfo, gather ? &store->firstSets : nullptr,
-               false);
-    finishList(analysis.secondVarCats, analysis.secondVarInfo,
-               gather ? &store->secondSets : nullptr, true);
-    finishGrouping(analysis);
+    setMidPoints(analysis.testVarCats);
+    setMidPoints(analysis.secondVarCats);
+    if (gathers(analysis, analysis.needSuccessAggregation)) {
+      gatherFirstList(analysis);
+      gatherSecondList(analysis);
+    }
+    if (analysis.groupCats) {
+      setMidPoint(*analysis.groupCats);
+      if (gathers(analysis, analysis.needSelectAggregation)) gatherMidPoint(analysis);
+    }
     return true;
   }
   analysis.splitFile ? analysis.inputMessages->NoValidCasesSplit()

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "host/data_source.h"
-#include "module/data/aggregation.h"
-#include "module/driver/algorithm.h"
+#include "module/model/algorithm.h"
+#include "module/model/gathered_values.h"
 
 namespace proportions {
 

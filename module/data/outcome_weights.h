@@ -1,7 +1,7 @@
 /// What a case adds to the sums of successes, failures and trials, by its code.
 #pragma once
 
-#include "module/data/classification.h"
+#include "module/model/codes.h"
 
 namespace proportions {
 

@@ -2,68 +2,136 @@
 
 #include <string>
 
-#include "host/display.h"
+#include "module/diag/fields.h"
+#include "module/model/designs.h"
+#include "module/model/success_rule.h"
 
 namespace proportions {
 namespace {
 
-using Display = ACACommonDisplay;
+constexpr char kUndefined[] = "Undefined";
 
-void line(const std::string& text) { BP_ToFront(text.c_str()); }
+constexpr Field<VarCatInfo> kCategoryFields[] = {
+    {"Category Counts", &VarCatInfo::categoryCounts},
+    {"Total Category Count", &VarCatInfo::totalCount},
+    {"Weighted Category Counts", &VarCatInfo::weightedCounts},
+    {"Weighted Total Category Count", &VarCatInfo::weightedTotal},
+    {"Has valid value flag", &VarCatInfo::hasValidValue},
+    {"Minimum numeric value", &VarCatInfo::minValue},
+    {"Maximum numeric value", &VarCatInfo::maxValue},
+    {"Middle point", &VarCatInfo::midPoint},
+    {"Minimum string value", &VarCatInfo::minString},
+    {"Maximum string value", &VarCatInfo::maxString}};
 
-void banner() {
-  BP_ToFront("****************************************************\n");
-  BP_ToFront("* This text output is for debugging purposes only. *\n");
-  BP_ToFront("* This will not be part of the final release.      *\n");
-  BP_ToFront("****************************************************");
-}
+constexpr Field<BinInfoElem> kElementFields[] = {
+    {"Categorical Variable", &BinInfoElem::categorical},
+    {"Numeric Values", &BinInfoElem::numericValues},
+    {"String Values", &BinInfoElem::stringValues},
+    {"OBS length", &BinInfoElem::obsLength}};
 
-/// The start and end lines around a record's fields. The end is no destructor's: the display may
-/// throw.
-template <typename Fields>
-void framed(const std::string& name, const Fields& dumpFields) {
-  line(name + " display start");
-  dumpFields();
-  line(name + " display end");
-}
+constexpr Field<PropZOneSamp> kOneSampleFields[] = {
+    {"Local variable index", &PropZOneSamp::localVarIndex},
+    {"Number of successes", &PropZOneSamp::numSuccesses},
+    {"Number of failures", &PropZOneSamp::numFailures},
+    {"Number of trials", &PropZOneSamp::numTrials},
+    {"Population proportion", &PropZOneSamp::populationProportion},
+    {"Estimated difference", &PropZOneSamp::estimatedDifference},
+    {"_aseDiff0", &PropZOneSamp::_aseDiff0},
+    {"_aseDiff1", &PropZOneSamp::_aseDiff1},
+    {"Good Data indicator", &PropZOneSamp::goodData},
+    {"Complete Data indicator", &PropZOneSamp::completeData}};
 
-const char* ruleText(int32_t rule) {
-  switch (rule) {
-    case kFirst:
-      return "First Category";
-    case kLast:
-      return "Last Category";
-    case kMidpoint:
-      return "Middle Point";
-    case kCutpoint:
-      return "Cut Point";
-    case kLevels:
-      return "Category Levels";
-    default:
-      return "Undefined";
-  }
-}
+constexpr Field<PropZPairSamp> kPairedFields[] = {
+    {"Variable pair index", &PropZPairSamp::pairIndex},
+    {"First local variable index", &PropZPairSamp::firstLocalVarIndex},
+    {"Second local variable index", &PropZPairSamp::secondLocalVarIndex},
+    {"_n11", &PropZPairSamp::_n11},
+    {"_n10", &PropZPairSamp::_n10},
+    {"_n01", &PropZPairSamp::_n01},
+    {"_n00", &PropZPairSamp::_n00},
+    {"_n1p", &PropZPairSamp::_n1p},
+    {"_np1", &PropZPairSamp::_np1},
+    {"_n0p", &PropZPairSamp::_n0p},
+    {"_np0", &PropZPairSamp::_np0},
+    {"Number of observations", &PropZPairSamp::numObservations},
+    {"_p11", &PropZPairSamp::_p11},
+    {"_p10", &PropZPairSamp::_p10},
+    {"_p01", &PropZPairSamp::_p01},
+    {"_p00", &PropZPairSamp::_p00},
+    {"Proportion for the first measurement", &PropZPairSamp::firstProportion},
+    {"Proportion for the second measurement", &PropZPairSamp::secondProportion},
+    {"Estimated difference", &PropZPairSamp::estimatedDifference},
+    {"Asymtotic standard error for the first proportion", &PropZPairSamp::firstAse},
+    {"Asymtotic standard error for the second proportion", &PropZPairSamp::secondAse},
+    {"_aseDiff0", &PropZPairSamp::_aseDiff0},
+    {"_aseDiff1", &PropZPairSamp::_aseDiff1},
+    {"Good Data indicator", &PropZPairSamp::goodData},
+    {"Complete Data indicator", &PropZPairSamp::completeData}};
 
-const char* modelText(int32_t code) {
-  switch (code) {
-    case kOneSample:
-      return "One Sample";
-    case kPairedSamples:
-      return "Related";
-    case kIndependentSamples:
-      return "Independent";
-    default:
-      return "Undefined";
-  }
+constexpr Field<PropZIndSamp> kIndependentFields[] = {
+    {"Local variable index", &PropZIndSamp::localVarIndex},
+    {"Number of successes for group 1", &PropZIndSamp::numSuccesses1},
+    {"Number of failures for group 1", &PropZIndSamp::numFailures1},
+    {"Number of trials for group 1", &PropZIndSamp::numTrials1},
+    {"Number of successes for group 2", &PropZIndSamp::numSuccesses2},
+    {"Number of failures for group 2", &PropZIndSamp::numFailures2},
+    {"Number of trials for group 2", &PropZIndSamp::numTrials2},
+    {"Number of observations", &PropZIndSamp::numObservations},
+    {"Population proportion for group 1", &PropZIndSamp::populationProportion1},
+    {"Population proportion for group 2", &PropZIndSamp::populationProportion2},
+    {"Estimated difference", &PropZIndSamp::estimatedDifference},
+    {"Asymtotic standard error for the first proportion", &PropZIndSamp::ase1},
+    {"Asymtotic standard error for the second proportion", &PropZIndSamp::ase2},
+    {"_aseDiff0", &PropZIndSamp::_aseDiff0},
+    {"_aseDiff1", &PropZIndSamp::_aseDiff1},
+    {"Good Data indicator", &PropZIndSamp::goodData},
+    {"Complete Data indicator", &PropZIndSamp::completeData}};
+
+constexpr Field<PRPAlgorithm> kAlgorithmFields[] = {
+    {"Split file indicator", &PRPAlgorithm::splitFile},
+    {"Splits as Rows indicator", &PRPAlgorithm::splitsAsRows},
+    {"Good Data indicator", &PRPAlgorithm::goodData},
+    {"Complete Data indicator", &PRPAlgorithm::completeData},
+    {"Number of all cases", &PRPAlgorithm::nAll},
+    {"Number of valid cases", &PRPAlgorithm::nValid},
+    {"Number of invalid cases", &PRPAlgorithm::nInvalid},
+    {"Weighted number of all cases", &PRPAlgorithm::wAll},
+    {"Weighted number of valid cases", &PRPAlgorithm::wValid},
+    {"Weighted number of invalid cases", &PRPAlgorithm::wInvalid},
+    {"Alpha level", &PRPAlgorithm::alpha},
+    {"IDF Normal value of adjusted confidence level", &PRPAlgorithm::zCrit},
+    {"Need aggregation flag", &PRPAlgorithm::needAggregation},
+    {"Need success aggregation flag", &PRPAlgorithm::needSuccessAggregation},
+    {"Need select aggregation flag", &PRPAlgorithm::needSelectAggregation},
+    {"Bootstrapping flag", &PRPAlgorithm::bootstrapping},
+    {"Multiple Imputation flag", &PRPAlgorithm::multipleImputation},
+    {"Pooling Variable Index", &PRPAlgorithm::poolingVarIndex},
+    {"Pooling Sample Index", &PRPAlgorithm::poolingSampleIndex}};
+
+constexpr Field<CommandSettings> kMissingFields[] = {
+    {"Scope Analysis", &CommandSettings::scopeAnalysis},
+    {"User Missing Included", &CommandSettings::userMissingIncluded}};
+
+constexpr Field<CommandSettings> kFinalFields[] = {
+    {"Ignore Case indicator", &CommandSettings::ignoreCase},
+    {"Print Upper Case indicator", &CommandSettings::printUpperCase},
+    {"Print Category Order", &CommandSettings::printCategoryOrder},
+    {"Confidence Interval Level as percent", &CommandSettings::ciLevel},
+    {"Test Type Option flags", &CommandSettings::testTypes},
+    {"CI Type Option flags", &CommandSettings::ciTypes}};
+
+void dumpBanner() {
+  dumpLine("****************************************************\n");
+  dumpLine("* This text output is for debugging purposes only. *\n");
+  dumpLine("* This will not be part of the final release.      *\n");
+  dumpLine("****************************************************");
 }
 
 void dumpElement(const BinInfoElem& element) {
   framed("BinInfoElem", [&] {
-    Display::DisplayS("Binomial Option", ruleText(element.rule));
-    Display::DisplayB("Categorical Variable", element.categorical);
-    Display::DisplayDV("Numeric Values", element.numericValues);
-    Display::DisplaySV("String Values", element.stringValues);
-    Display::DisplayI("OBS length", element.obsLength);
+    const SuccessRuleRow* rule = findRule(element.rule);
+    dumpField("Binomial Option", std::string(rule == nullptr ? kUndefined : rule->dumpText));
+    dumpFields(element, kElementFields);
   });
 }
 
@@ -76,125 +144,50 @@ void dumpElements(const std::string& name, const std::vector<BinInfoElem>& eleme
 void dumpCats(const VarCatInfo& cats) {
   framed("VarCatInfo", [&] {
     if (cats.isString) {
-      Display::DisplaySV("String Categorical Values", cats.stringValues);
+      dumpField("String Categorical Values", cats.stringValues);
     } else {
-      Display::DisplayDV("Numeric Categorical Values", cats.numericValues);
+      dumpField("Numeric Categorical Values", cats.numericValues);
     }
-    Display::DisplayIV("Category Counts", cats.categoryCounts);
-    Display::DisplayI("Total Category Count", cats.totalCount);
-    Display::DisplayDV("Weighted Category Counts", cats.weightedCounts);
-    Display::DisplayD("Weighted Total Category Count", cats.weightedTotal);
-    Display::DisplayB("Has valid value flag", cats.hasValidValue);
-    Display::DisplayD("Minimum numeric value", cats.minValue);
-    Display::DisplayD("Maximum numeric value", cats.maxValue);
-    Display::DisplayD("Middle point", cats.midPoint);
-    Display::DisplayS("Minimum string value", cats.minString);
-    Display::DisplayS("Maximum string value", cats.maxString);
+    dumpFields(cats, kCategoryFields);
   });
 }
 
-void dumpFlags(bool goodData, bool completeData) {
-  Display::DisplayB("Good Data indicator", goodData);
-  Display::DisplayB("Complete Data indicator", completeData);
-}
-
-void dumpRecord(const PropZOneSamp& record) {
-  framed("PropZOneSamp", [&] {
-    Display::DisplayI("Local variable index", record.localVarIndex);
-    Display::DisplayD("Number of successes", record.numSuccesses);
-    Display::DisplayD("Number of failures", record.numFailures);
-    Display::DisplayD("Number of trials", record.numTrials);
-    Display::DisplayD("Population proportion", record.populationProportion);
-    Display::DisplayD("Estimated difference", record.estimatedDifference);
-    Display::DisplayD("_aseDiff0", record._aseDiff0);
-    Display::DisplayD("_aseDiff1", record._aseDiff1);
-    dumpFlags(record.goodData, record.completeData);
-  });
-}
-
-void dumpRecord(const PropZPairSamp& record) {
-  framed("PropZPairSamp", [&] {
-    Display::DisplayI("Variable pair index", record.pairIndex);
-    Display::DisplayI("First local variable index", record.firstLocalVarIndex);
-    Display::DisplayI("Second local variable index", record.secondLocalVarIndex);
-    const std::pair<const char*, double> fields[] = {
-        {"_n11", record._n11},
-        {"_n10", record._n10},
-        {"_n01", record._n01},
-        {"_n00", record._n00},
-        {"_n1p", record._n1p},
-        {"_np1", record._np1},
-        {"_n0p", record._n0p},
-        {"_np0", record._np0},
-        {"Number of observations", record.numObservations},
-        {"_p11", record._p11},
-        {"_p10", record._p10},
-        {"_p01", record._p01},
-        {"_p00", record._p00},
-        {"Proportion for the first measurement", record.firstProportion},
-        {"Proportion for the second measurement", record.secondProportion},
-        {"Estimated difference", record.estimatedDifference},
-        {"Asymtotic standard error for the first proportion", record.firstAse},
-        {"Asymtotic standard error for the second proportion", record.secondAse},
-        {"_aseDiff0", record._aseDiff0},
-        {"_aseDiff1", record._aseDiff1}};
-    for (const auto& [label, value] : fields) Display::DisplayD(label, value);
-    dumpFlags(record.goodData, record.completeData);
-  });
-}
-
-void dumpRecord(const PropZIndSamp& record) {
-  framed("PropZIndSamp", [&] {
-    Display::DisplayI("Local variable index", record.localVarIndex);
-    const std::pair<const char*, double> fields[] = {
-        {"Number of successes for group 1", record.numSuccesses1},
-        {"Number of failures for group 1", record.numFailures1},
-        {"Number of trials for group 1", record.numTrials1},
-        {"Number of successes for group 2", record.numSuccesses2},
-        {"Number of failures for group 2", record.numFailures2},
-        {"Number of trials for group 2", record.numTrials2},
-        {"Number of observations", record.numObservations},
-        {"Population proportion for group 1", record.populationProportion1},
-        {"Population proportion for group 2", record.populationProportion2},
-        {"Estimated difference", record.estimatedDifference},
-        {"Asymtotic standard error for the first proportion", record.ase1},
-        {"Asymtotic standard error for the second proportion", record.ase2},
-        {"_aseDiff0", record._aseDiff0},
-        {"_aseDiff1", record._aseDiff1}};
-    for (const auto& [label, value] : fields) Display::DisplayD(label, value);
-    dumpFlags(record.goodData, record.completeData);
-  });
-}
-
-void dumpFields(const PRPAlgorithm& analysis) {
-  Display::DisplayB("Initial data pass indicator", analysis.initialDataPass);
-  if (analysis.weightVarIndex < 0) {
-    line("Weight variable is not defined");
-  } else {
-    Display::DisplayI("Weight variable index", analysis.weightVarIndex);
+template <typename Record, size_t N>
+void dumpRecords(const char* name, const std::vector<Record>& records,
+                 const Field<Record> (&fields)[N]) {
+  for (const Record& record : records) {
+    framed(name, [&] { dumpFields(record, fields); });
   }
-  Display::DisplayB("Split file indicator", analysis.splitFile);
-  Display::DisplayB("Splits as Rows indicator", analysis.splitsAsRows);
-  dumpFlags(analysis.goodData, analysis.completeData);
-  Display::DisplayI("Number of all cases", analysis.nAll);
-  Display::DisplayI("Number of valid cases", analysis.nValid);
-  Display::DisplayI("Number of invalid cases", analysis.nInvalid);
-  Display::DisplayD("Weighted number of all cases", analysis.wAll);
-  Display::DisplayD("Weighted number of valid cases", analysis.wValid);
-  Display::DisplayD("Weighted number of invalid cases", analysis.wInvalid);
-  Display::DisplayD("Alpha level", analysis.alpha);
-  Display::DisplayD("IDF Normal value of adjusted confidence level", analysis.zCrit);
-  Display::DisplayB("Need aggregation flag", analysis.needAggregation);
-  Display::DisplayB("Need success aggregation flag", analysis.needSuccessAggregation);
-  Display::DisplayB("Need select aggregation flag", analysis.needSelectAggregation);
-  Display::DisplayB("Bootstrapping flag", analysis.bootstrapping);
-  Display::DisplayB("Multiple Imputation flag", analysis.multipleImputation);
-  Display::DisplayI("Pooling Variable Index", analysis.poolingVarIndex);
-  Display::DisplayI("Pooling Sample Index", analysis.poolingSampleIndex);
-  if (analysis.userSplitIndices.empty()) {
-    line("User Split Indices are not defined");
+}
+
+void dumpObjectFields(const PRPAlgorithm& analysis) {
+  dumpField("Initial data pass indicator", analysis.initialDataPass);
+  if (analysis.weightVarIndex < 0) {
+    dumpLine("Weight variable is not defined");
   } else {
-    Display::DisplayIV("User Split Indices", analysis.userSplitIndices);
+    dumpField("Weight variable index", analysis.weightVarIndex);
+  }
+  dumpFields(analysis, kAlgorithmFields);
+  if (analysis.userSplitIndices.empty()) {
+    dumpLine("User Split Indices are not defined");
+  } else {
+    dumpField("User Split Indices", analysis.userSplitIndices);
+  }
+}
+
+void dumpLists(const CommandSettings& settings) {
+  dumpField("Vector of Test Variable indices", settings.testVarIndices);
+  dumpElements("Test Variable Vector Info Elements", settings.testVarInfo);
+  dumpField("Second Vector of Test Variable indices", settings.secondVarIndices);
+  dumpElements("Second Variable Vector Info Elements", settings.secondVarInfo);
+}
+
+void dumpGrouping(const CommandSettings& settings) {
+  dumpField("Group Variable Index", settings.groupVarIndex);
+  if (settings.groupVarIndex >= 0) {
+    framed("Group Info Element", [&] { dumpElement(settings.groupInfo); });
+  } else {
+    dumpLine("Group Info Element not defined");
   }
 }
 
@@ -203,52 +196,40 @@ void dumpFields(const PRPAlgorithm& analysis) {
 void dumpValue(const VarValue& value) {
   framed("VarValue", [&] {
     if (value.isString) {
-      Display::DisplayS("String Value", value.stringValue);
+      dumpField("String Value", value.stringValue);
     } else {
-      Display::DisplayD("Numeric Value", value.numericValue);
+      dumpField("Numeric Value", value.numericValue);
     }
   });
 }
 
 void dumpSpecification(const PRPValidSpecs& specs) {
-  banner();
+  const CommandSettings& settings = specs.settings();
+  dumpBanner();
   framed("PRPValidSpecs", [&] {
-    if (specs.variableSpecs() == nullptr) line("Variable valid specifications are not defined");
-    Display::DisplayS("Model Type", modelText(specs.modelType()));
-    Display::DisplayIV("Vector of Test Variable indices", specs.testVarIndices());
-    dumpElements("Test Variable Vector Info Elements", specs.testVarInfo());
-    Display::DisplayIV("Second Vector of Test Variable indices", specs.secondVarIndices());
-    dumpElements("Second Variable Vector Info Elements", specs.secondVarInfo());
-    Display::DisplayD("Test Value", specs.testValue());
-    Display::DisplayB("Flag for Ordered Pair option", specs.orderedPairs());
-    Display::DisplayI("Group Variable Index", specs.groupVarIndex());
-    if (specs.groupVarIndex() >= 0) {
-      framed("Group Info Element", [&] { dumpElement(specs.groupInfo()); });
-    } else {
-      line("Group Info Element not defined");
-    }
-    Display::DisplayB("Scope Analysis", specs.scopeAnalysis());
-    Display::DisplayB("User Missing Included", specs.userMissingIncluded());
+    if (specs.variableSpecs() == nullptr) dumpLine("Variable valid specifications are not defined");
+    const DesignRow* design = findDesign(settings.modelType);
+    dumpField("Model Type", std::string(design == nullptr ? kUndefined : design->dumpText));
+    dumpLists(settings);
+    dumpField("Test Value", settings.testValue);
+    dumpField("Flag for Ordered Pair option", settings.orderedPair);
+    dumpGrouping(settings);
+    dumpFields(settings, kMissingFields);
     framed("Success Info Element", [&] { dumpElement(specs.successInfo()); });
-    Display::DisplayB("Ignore Case indicator", specs.ignoreCase());
-    Display::DisplayB("Print Upper Case indicator", specs.printUpperCase());
-    Display::DisplayB("Print Category Order", specs.printCategoryOrder());
-    Display::DisplayD("Confidence Interval Level as percent", specs.confidenceLevel());
-    Display::DisplayBV("Test Type Option flags", specs.testTypes());
-    Display::DisplayBV("CI Type Option flags", specs.ciTypes());
+    dumpFields(settings, kFinalFields);
   });
 }
 
 void dumpAlgorithm(const PRPAlgorithm& analysis) {
-  banner();
+  dumpBanner();
   framed("PRPAlgorithm", [&] {
-    dumpFields(analysis);
+    dumpObjectFields(analysis);
     for (const auto& cats : analysis.testVarCats) dumpCats(*cats);
     for (const auto& cats : analysis.secondVarCats) dumpCats(*cats);
     if (analysis.groupCats) dumpCats(*analysis.groupCats);
-    for (const PropZOneSamp& record : analysis.oneSampleRecords) dumpRecord(record);
-    for (const PropZPairSamp& record : analysis.pairedRecords) dumpRecord(record);
-    for (const PropZIndSamp& record : analysis.independentRecords) dumpRecord(record);
+    dumpRecords("PropZOneSamp", analysis.oneSampleRecords, kOneSampleFields);
+    dumpRecords("PropZPairSamp", analysis.pairedRecords, kPairedFields);
+    dumpRecords("PropZIndSamp", analysis.independentRecords, kIndependentFields);
   });
 }
 

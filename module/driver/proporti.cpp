@@ -9,33 +9,35 @@
 #include "host/output.h"
 #include "host/parser.h"
 #include "module/data/first_pass.h"
+#include "module/data/resampling.h"
 #include "module/diag/dump.h"
 #include "module/diag/switches.h"
-#include "module/driver/algorithm.h"
-#include "module/driver/resampling.h"
 #include "module/independent/run.h"
+#include "module/model/algorithm.h"
+#include "module/model/output_codes.h"
+#include "module/model/texts.h"
 #include "module/onesample/run.h"
 #include "module/output/notes.h"
-#include "module/output/texts.h"
 #include "module/paired/run.h"
 #include "module/syntax/command_parser.h"
 
 namespace proportions {
 namespace {
 
-constexpr int kProcedureCode = 10;
+struct DesignRun {
+  Design design;
+  bool (*run)(PRPAlgorithm&, ProcDSIterator&);
+};
+
+constexpr DesignRun kRuns[] = {{Design::kOneSample, onesample::runOneSample},
+                               {Design::kPaired, paired::runPairedSamples},
+                               {Design::kIndependent, independent::runIndependentSamples}};
 
 bool runDesign(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
-  switch (analysis.modelType) {
-    case kOneSample:
-      return runOneSample(analysis, iterator);
-    case kPairedSamples:
-      return runPairedSamples(analysis, iterator);
-    case kIndependentSamples:
-      return runIndependentSamples(analysis, iterator);
-    default:
-      return true;
+  for (const auto& [design, run] : kRuns) {
+    if (design == analysis.settings.modelType) return run(analysis, iterator);
   }
+  return true;
 }
 
 using IteratorOwner = std::unique_ptr<ProcDSIterator>;

@@ -2,16 +2,13 @@
 #pragma once
 
 #include "host/data_source.h"
-#include "module/driver/algorithm.h"
+#include "module/model/algorithm.h"
 
-namespace proportions {
+namespace proportions::independent {
 
 /// Counts both sides for every variable, warns about variables without trials on a side and adds
 /// every variable's rows to the tables. True when at least one variable has trials on both sides;
 /// otherwise no table is touched and the object's goodData becomes false.
 bool runIndependentSamples(PRPAlgorithm& analysis, ProcDSIterator& iterator);
 
-/// The derived fields of a record with trials on both sides.
-void estimate(PropZIndSamp& record);
-
-}  // namespace proportions
+}  // namespace proportions::independent

@@ -3,26 +3,26 @@
 
 #include <array>
 
-#include "module/independent/intervals.h"
-#include "module/math/normal_test.h"
-#include "module/syntax/method_table.h"
+#include "module/independent/counts.h"
+#include "module/math/method.h"
+#include "module/math/p_values.h"
 
-namespace proportions {
+namespace proportions::independent {
 
-using IndependentTest = TestResult (*)(const TwoGroups&);
+using Test = TestResult (*)(const Counts&);
 
-TestResult hauckAndersonTest(const TwoGroups& groups);
-TestResult waldDifferenceTest(const TwoGroups& groups);
-TestResult waldDifferenceTestCorrected(const TwoGroups& groups);
-TestResult pooledTest(const TwoGroups& groups);
-TestResult pooledTestCorrected(const TwoGroups& groups);
+TestResult hauckAnderson(const Counts& counts);
+TestResult wald(const Counts& counts);
+TestResult waldCorrected(const Counts& counts);
+TestResult waldH0(const Counts& counts);
+TestResult waldH0Corrected(const Counts& counts);
 
-inline constexpr std::array<Method<IndependentTest>, 5> kIndependentTests{{
-    {"HAUCK_ANDERSON", "Hauck-Anderson", false, hauckAndersonTest},
-    {"WALD", "Wald", false, waldDifferenceTest},
-    {"WALDCC", "Wald (Continuity Corrected)", false, waldDifferenceTestCorrected},
-    {"WALDH0", "Wald H0", true, pooledTest},
-    {"WALDH0CC", "Wald H0 (Continuity Corrected)", false, pooledTestCorrected},
+inline constexpr std::array<Method<Test>, 5> kTests{{
+    {"HAUCK_ANDERSON", "Hauck-Anderson", false, hauckAnderson},
+    {"WALD", "Wald", false, wald},
+    {"WALDCC", "Wald (Continuity Corrected)", false, waldCorrected},
+    {"WALDH0", "Wald H0", true, waldH0},
+    {"WALDH0CC", "Wald H0 (Continuity Corrected)", false, waldH0Corrected},
 }};
 
-}  // namespace proportions
+}  // namespace proportions::independent

@@ -1,27 +1,30 @@
 #include "module/independent/tables.h"
 
+#include "module/independent/intervals.h"
 #include "module/independent/significance.h"
+#include "module/model/output_codes.h"
+#include "module/model/texts.h"
 #include "module/output/labels.h"
 #include "module/output/result_table.h"
 
-namespace proportions {
+namespace proportions::independent {
 namespace {
 
-TwoGroups groupsOf(const PropZIndSamp& record) {
-  return {{record.numSuccesses1, record.numFailures1, record.numTrials1},
-          {record.numSuccesses2, record.numFailures2, record.numTrials2}};
-}
+/// What the statistics table shows of one side of the grouping.
+struct Side {
+  double successes;
+  double trials;
+  double proportion;
+  double standardError;
+};
 
-/// One side's row. A rule that makes no sides has no label, and then no row.
-void addSide(ResultTable& table, const PRPAlgorithm& analysis, BpGroup& grouping, int side,
-             const GroupCounts& counts, double proportion, double standardError) {
-  const auto label = GroupSideLabel(analysis, side);
-  if (!label) return;
-  grouping.Category(*label);
-  table.addCount(table.statistics(), texts::kSuccesses, counts.x);
-  table.addCount(table.statistics(), texts::kTrials, counts.n);
-  table.addStatistic(table.statistics(), texts::kProportion, proportion);
-  table.addStatistic(table.statistics(), texts::kStandardError, standardError);
+void addSide(ResultTable& table, const BpComposite& label, const Side& side) {
+  BpGroup& statistics = table.statistics();
+  table.inner().Category(label);
+  table.addCount(statistics, texts::kSuccesses, side.successes);
+  table.addCount(statistics, texts::kTrials, side.trials);
+  table.addStatistic(statistics, texts::kProportion, side.proportion);
+  table.addStatistic(statistics, texts::kStandardError, side.standardError);
 }
 
 void addDifference(ResultTable& table, const PropZIndSamp& record) {
@@ -31,48 +34,47 @@ void addDifference(ResultTable& table, const PropZIndSamp& record) {
 
 }  // namespace
 
-void buildIndependentGroupStatisticsTable(PRPAlgorithm& analysis, const PropZIndSamp& record) {
-  ResultTable table(analysis, texts::kGroupStatisticsTable, texts::kStatisticMissingGroup);
-  BpDimension& grouping = table.addRowDimension(BpVariable(analysis.groupVarIndex, 2));
-  table.addVariablesAndStatistics();
-  addVariableRows(firstListVariable(analysis, record.localVarIndex), table.variables());
+/// A rule that makes no sides has no labels for them, and then no rows.
+void buildIndependentGroupStatisticsTable(const PRPAlgorithm& analysis,
+                                          const PropZIndSamp& record) {
+  const Grouping grouping = analysis.grouping();
+  ResultTable table(*analysis.procedure, texts::kGroupStatisticsTable,
+                    texts::kStatisticMissingGroup, BpVariable(grouping.index, kShowLabelElseName));
+  AddVariableRows(analysis.firstListVariable(record.localVarIndex), table.variables());
   if (!record.goodData) return;
 
-  AddCutSideCategories(analysis, grouping);
-  const TwoGroups groups = groupsOf(record);
-  addSide(table, analysis, grouping, 0, groups.first, record.populationProportion1, record.ase1);
-  addSide(table, analysis, grouping, 1, groups.second, record.populationProportion2, record.ase2);
-}
-
-void buildIndependentIntervalTable(PRPAlgorithm& analysis, const PropZIndSamp& record) {
-  ResultTable table(analysis, texts::kIndependentIntervalTable, texts::kStatisticMissingGroup);
-  BpDimension& types = table.addRowDimension(keyText(texts::kIntervalType));
-  table.addVariablesAndStatistics();
-  addVariableRows(firstListVariable(analysis, record.localVarIndex), table.variables());
-  if (!record.goodData) return;
-
-  const IntervalRows rows = requestedIntervals(kIndependentIntervals, analysis.ciTypes,
-                                               groupsOf(record), analysis.level());
-  for (const auto& row : rows) {
-    types.Category(keyText(row.label));
-    addDifference(table, record);
-    table.addIntervalCells(texts::kIntervalOfDifference, row.result);
+  AddCutSideCategories(grouping, table.inner());
+  if (const auto label = GroupSideLabel(grouping, 0)) {
+    addSide(table, *label,
+            {record.numSuccesses1, record.numTrials1, record.populationProportion1, record.ase1});
+  }
+  if (const auto label = GroupSideLabel(grouping, 1)) {
+    addSide(table, *label,
+            {record.numSuccesses2, record.numTrials2, record.populationProportion2, record.ase2});
   }
 }
 
-void buildIndependentTestTable(PRPAlgorithm& analysis, const PropZIndSamp& record) {
-  ResultTable table(analysis, texts::kIndependentTestTable, texts::kStatisticMissingGroup);
-  BpDimension& types = table.addRowDimension(keyText(texts::kTestType));
-  table.addVariablesAndStatistics();
-  addVariableRows(firstListVariable(analysis, record.localVarIndex), table.variables());
+void buildIndependentIntervalTable(const PRPAlgorithm& analysis, const PropZIndSamp& record) {
+  const CommandSettings& settings = analysis.settings;
+  ResultTable table(*analysis.procedure, texts::kIndependentIntervalTable,
+                    texts::kStatisticMissingGroup, keyText(texts::kIntervalType));
+  AddVariableRows(analysis.firstListVariable(record.localVarIndex), table.variables());
   if (!record.goodData) return;
 
-  const TestRows rows = requestedResults(kIndependentTests, analysis.testTypes, groupsOf(record));
-  for (const auto& row : rows) {
-    types.Category(keyText(row.label));
-    addDifference(table, record);
-    table.addTestCells(row);
-  }
+  const IntervalRows rows =
+      requestedIntervals(kIntervals, settings.ciTypes, countsOf(record), analysis.level());
+  table.addIntervals(rows, texts::kIntervalOfDifference, settings.ciLevel,
+                     [&] { addDifference(table, record); });
 }
 
-}  // namespace proportions
+void buildIndependentTestTable(const PRPAlgorithm& analysis, const PropZIndSamp& record) {
+  ResultTable table(*analysis.procedure, texts::kIndependentTestTable,
+                    texts::kStatisticMissingGroup, keyText(texts::kTestType));
+  AddVariableRows(analysis.firstListVariable(record.localVarIndex), table.variables());
+  if (!record.goodData) return;
+
+  const TestRows rows = requestedResults(kTests, analysis.settings.testTypes, countsOf(record));
+  table.addTests(rows, [&] { addDifference(table, record); });
+}
+
+}  // namespace proportions::independent

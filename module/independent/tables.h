@@ -1,13 +1,13 @@
 /// The three tables of the independent-samples design.
 #pragma once
 
-#include "module/driver/algorithm.h"
+#include "module/model/algorithm.h"
 
-namespace proportions {
+namespace proportions::independent {
 
 /// Each adds one variable's rows; a record that is not good shows its label only.
-void buildIndependentGroupStatisticsTable(PRPAlgorithm& analysis, const PropZIndSamp& record);
-void buildIndependentIntervalTable(PRPAlgorithm& analysis, const PropZIndSamp& record);
-void buildIndependentTestTable(PRPAlgorithm& analysis, const PropZIndSamp& record);
+void buildIndependentGroupStatisticsTable(const PRPAlgorithm& analysis, const PropZIndSamp& record);
+void buildIndependentIntervalTable(const PRPAlgorithm& analysis, const PropZIndSamp& record);
+void buildIndependentTestTable(const PRPAlgorithm& analysis, const PropZIndSamp& record);
 
-}  // namespace proportions
+}  // namespace proportions::independent

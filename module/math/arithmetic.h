@@ -5,6 +5,9 @@
 
 namespace proportions {
 
+/// 2^53: up to here every whole number is a double, and every sum of them exact in any order.
+inline constexpr double kAllWhole = 9007199254740992.0;
+
 /// a·b - c·d with the rounding error of c·d put back (Kahan's scheme; Jeannerod, Louvet & Muller
 /// 2013).
 inline double differenceOfProducts(double a, double b, double c, double d) {

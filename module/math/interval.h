@@ -1,8 +1,6 @@
 /// Intervals and the range they are clipped to.
 #pragma once
 
-#include <cmath>
-
 #include "module/math/missing.h"
 
 namespace proportions {
@@ -27,23 +25,6 @@ inline Bounds clip(Bounds bounds, const Bounds& range) {
 /// The interval centre ± half, clipped.
 inline Bounds symmetric(double centre, double half, const Bounds& range) {
   return clip({centre - half, centre + half}, range);
-}
-
-/// A confidence level as the methods use it.
-struct Level {
-  double alpha;  ///< 1 - level / 100
-  double z;      ///< two-sided standard normal critical value, finite or NaN
-};
-
-/// Stands for an infinite critical value, that is for the limit of each interval as z grows: the
-/// bounds have reached it, to rounding, while the square of z is still finite.
-inline constexpr double kInfiniteZ = 1e100;
-
-/// A level from an analysis' alpha and critical value. A missing critical value cannot be computed
-/// with and becomes a NaN.
-inline Level makeLevel(double alpha, double zCrit) {
-  if (isMissing(zCrit)) return {alpha, NAN};
-  return {alpha, std::isinf(zCrit) ? kInfiniteZ : zCrit};
 }
 
 }  // namespace proportions

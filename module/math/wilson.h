@@ -1,35 +1,29 @@
-/// Wilson (1927): the score bounds of a proportion, and their distances from the estimate.
+/// The score bounds of a proportion (Wilson 1927), plain and with the continuity correction of
+/// Newcombe (1998a), and their distances from the estimate, which the hybrid intervals of Newcombe
+/// (1998b, 1998c) combine. None is clipped.
 #pragma once
 
-#include <cmath>
+#include "module/math/interval.h"
+#include "module/math/sample.h"
 
 namespace proportions {
 
-/// How far the score bounds lie below and above p = x / n. The hybrid intervals of Newcombe (1998)
-/// combine these distances; taken directly instead of as p - l and u - p they keep their digits for
-/// large n.
+/// How far the score bounds lie below and above p = x / n. Taken directly instead of as p - l and u
+/// - p they keep their digits for large n.
 struct ScoreDistances {
   double below;  ///< p - l
   double above;  ///< u - p
 };
 
 /// What both distances are made of: z·sqrt(z²/(4n²) + pq/n), before the division by 1 + z²/n.
-inline double scoreHalfWidth(double x, double f, double n, double z) {
-  return z * std::sqrt(z * z / (n * 4 * n) + (f / n) * (x / n) / n);
-}
+double scoreHalfWidth(const Sample& sample, double z);
 
-/// `x` successes, `f` failures, n = x + f > 0. The smaller distance comes from the product of the
-/// two, z²·p·q / n / d, since the difference that it is would lose its digits towards p = 0 and p =
-/// 1, where it is 0.
-inline ScoreDistances scoreDistances(double x, double f, double n, double z) {
-  const double p = x / n, q = f / n, z2 = z * z;
-  const double h = scoreHalfWidth(x, f, n, z);
-  const double shift = z2 / n * (p - 0.5);
-  const double d = z2 / n + 1;
-  const double sum = h + std::fabs(shift);
-  const double larger = sum / d;
-  const double smaller = sum == 0.0 ? 0.0 : z2 * p * q / n / sum;
-  return shift < 0.0 ? ScoreDistances{smaller, larger} : ScoreDistances{larger, smaller};
-}
+/// 0 at x = 0 and 1 at x = n.
+Bounds scoreBounds(const Sample& sample, double z);
+ScoreDistances scoreDistances(const Sample& sample, double z);
+
+/// Neither replaced at x = 0 and x = n; where a square root has no value the result is a NaN.
+Bounds correctedScoreBounds(const Sample& sample, double z);
+ScoreDistances correctedScoreDistances(const Sample& sample, double z);
 
 }  // namespace proportions

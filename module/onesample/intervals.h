@@ -4,32 +4,26 @@
 #include <array>
 
 #include "module/math/interval.h"
-#include "module/syntax/method_table.h"
+#include "module/math/level.h"
+#include "module/math/method.h"
+#include "module/onesample/counts.h"
 
-namespace proportions {
+namespace proportions::onesample {
 
-/// x successes and f failures in n = x + f > 0 trials.
-struct OneSampleCounts {
-  double x;
-  double f;
-  double n;
-};
+/// Every method gives bounds in [0, 1]; a bound that does not exist is missing.
+using Interval = Bounds (*)(const Counts&, const Level&);
 
-/// Every method gives bounds in [0, 1]; a bound that does not exist is missing. 1 - p is taken as f
-/// / n throughout: the same quantity, with all its digits when p is close to 1.
-using OneSampleInterval = Bounds (*)(const OneSampleCounts&, const Level&);
+Bounds agrestiCoull(const Counts& counts, const Level& level);
+Bounds anscombe(const Counts& counts, const Level& level);
+Bounds clopperPearson(const Counts& counts, const Level& level);
+Bounds jeffreys(const Counts& counts, const Level& level);
+Bounds logit(const Counts& counts, const Level& level);
+Bounds wald(const Counts& counts, const Level& level);
+Bounds waldCorrected(const Counts& counts, const Level& level);
+Bounds wilsonScore(const Counts& counts, const Level& level);
+Bounds wilsonScoreCorrected(const Counts& counts, const Level& level);
 
-Bounds agrestiCoull(const OneSampleCounts& counts, const Level& level);
-Bounds anscombe(const OneSampleCounts& counts, const Level& level);
-Bounds clopperPearson(const OneSampleCounts& counts, const Level& level);
-Bounds jeffreys(const OneSampleCounts& counts, const Level& level);
-Bounds logit(const OneSampleCounts& counts, const Level& level);
-Bounds wald(const OneSampleCounts& counts, const Level& level);
-Bounds waldCorrected(const OneSampleCounts& counts, const Level& level);
-Bounds wilsonScore(const OneSampleCounts& counts, const Level& level);
-Bounds wilsonScoreCorrected(const OneSampleCounts& counts, const Level& level);
-
-inline constexpr std::array<Method<OneSampleInterval>, 9> kOneSampleIntervals{{
+inline constexpr std::array<Method<Interval>, 9> kIntervals{{
     {"AGRESTI_COULL", "Agresti-Coull", true, agrestiCoull},
     {"ANSCOMBE", "Anscombe", false, anscombe},
     {"CLOPPER_PEARSON", "Clopper-Pearson Exact ...", false, clopperPearson, false},
@@ -41,4 +35,4 @@ inline constexpr std::array<Method<OneSampleInterval>, 9> kOneSampleIntervals{{
     {"WILSON_SCORECC", "Wilson Score (Continuity Corrected)", false, wilsonScoreCorrected},
 }};
 
-}  // namespace proportions
+}  // namespace proportions::onesample

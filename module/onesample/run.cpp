@@ -1,15 +1,13 @@
 #include "module/onesample/run.h"
 
-#include <cmath>
-
 #include "module/data/case_reader.h"
 #include "module/data/outcome_weights.h"
-#include "module/math/arithmetic.h"
+#include "module/model/texts.h"
+#include "module/onesample/estimates.h"
 #include "module/onesample/tables.h"
-#include "module/output/texts.h"
 #include "module/output/warnings.h"
 
-namespace proportions {
+namespace proportions::onesample {
 namespace {
 
 void countCases(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
@@ -25,41 +23,25 @@ void countCases(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
   }
 }
 
-bool setFlags(std::vector<PropZOneSamp>& records) {
-  bool anyGood = false;
-  for (PropZOneSamp& record : records) {
-    record.goodData = record.numTrials > 0.0;
-    if (!record.goodData) continue;
-    anyGood = true;
-    record.completeData = record.numSuccesses > 0.0 && record.numFailures > 0.0;
-  }
-  return anyGood;
-}
-
 }  // namespace
-
-void estimate(PropZOneSamp& record, double testValue) {
-  const double x = record.numSuccesses, f = record.numFailures, n = record.numTrials;
-  record.populationProportion = x / n;
-  record.estimatedDifference = deviation(x, n, testValue) / n;
-  record._aseDiff0 = std::sqrt((1.0 - testValue) * testValue / n);
-  record._aseDiff1 = std::sqrt((f / n) * (x / n) / n);
-}
 
 bool runOneSample(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
   if (!analysis.computeCriticalValue()) return false;
   countCases(analysis, iterator);
-  if (!setFlags(analysis.oneSampleRecords)) {
+  bool anyGood = false;
+  for (PropZOneSamp& record : analysis.oneSampleRecords) anyGood |= setFlags(record);
+  if (!anyGood) {
     analysis.goodData = false;
-    warnNothingValid(analysis, texts::kTooFewCases, texts::kTooFewCasesSplit);
+    warnNothingValid(analysis.splitFile, texts::kTooFewCases, texts::kTooFewCasesSplit);
     return false;
   }
   for (PropZOneSamp& record : analysis.oneSampleRecords) {
     if (record.goodData) {
-      estimate(record, analysis.testValue);
+      estimate(record, analysis.settings.testValue);
     } else {
-      warnVariableInvalid(analysis, texts::kTooFewCasesVariable, texts::kTooFewCasesVariableSplit,
-                          analysis.testVarIndices[record.localVarIndex]);
+      warnVariableInvalid(analysis.splitFile, texts::kTooFewCasesVariable,
+                          texts::kTooFewCasesVariableSplit,
+                          analysis.firstListVariable(record.localVarIndex).index);
     }
     buildOneSampleIntervalTable(analysis, record);
     buildOneSampleTestTable(analysis, record);
@@ -67,4 +49,4 @@ bool runOneSample(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
   return true;
 }
 
-}  // namespace proportions
+}  // namespace proportions::onesample

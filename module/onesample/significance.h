@@ -3,29 +3,29 @@
 
 #include <array>
 
-#include "module/math/normal_test.h"
-#include "module/onesample/intervals.h"
-#include "module/syntax/method_table.h"
+#include "module/math/method.h"
+#include "module/math/p_values.h"
+#include "module/onesample/counts.h"
 
-namespace proportions {
+namespace proportions::onesample {
 
 /// `p0` is the test value, strictly between 0 and 1.
-using OneSampleTest = TestResult (*)(const OneSampleCounts&, double p0);
+using Test = TestResult (*)(const Counts&, double p0);
 
-TestResult exactBinomial(const OneSampleCounts& counts, double p0);
-TestResult midPBinomial(const OneSampleCounts& counts, double p0);
-TestResult scoreTest(const OneSampleCounts& counts, double p0);
-TestResult scoreTestCorrected(const OneSampleCounts& counts, double p0);
-TestResult waldTest(const OneSampleCounts& counts, double p0);
-TestResult waldTestCorrected(const OneSampleCounts& counts, double p0);
+TestResult exact(const Counts& counts, double p0);
+TestResult midP(const Counts& counts, double p0);
+TestResult score(const Counts& counts, double p0);
+TestResult scoreCorrected(const Counts& counts, double p0);
+TestResult wald(const Counts& counts, double p0);
+TestResult waldCorrected(const Counts& counts, double p0);
 
-inline constexpr std::array<Method<OneSampleTest>, 6> kOneSampleTests{{
-    {"EXACT", "Exact Binomial", false, exactBinomial, false},
-    {"MIDP", "Mid-p Adjusted Binomial", true, midPBinomial, false},
-    {"SCORE", "Score", true, scoreTest},
-    {"SCORECC", "Score (Continuity Corrected)", false, scoreTestCorrected},
-    {"WALD", "Wald", false, waldTest},
-    {"WALDCC", "Wald (Continuity Corrected)", false, waldTestCorrected},
+inline constexpr std::array<Method<Test>, 6> kTests{{
+    {"EXACT", "Exact Binomial", false, exact, false},
+    {"MIDP", "Mid-p Adjusted Binomial", true, midP, false},
+    {"SCORE", "Score", true, score},
+    {"SCORECC", "Score (Continuity Corrected)", false, scoreCorrected},
+    {"WALD", "Wald", false, wald},
+    {"WALDCC", "Wald (Continuity Corrected)", false, waldCorrected},
 }};
 
-}  // namespace proportions
+}  // namespace proportions::onesample

@@ -1,15 +1,13 @@
 #include "module/onesample/tables.h"
 
+#include "module/model/texts.h"
+#include "module/onesample/intervals.h"
 #include "module/onesample/significance.h"
 #include "module/output/labels.h"
 #include "module/output/result_table.h"
 
-namespace proportions {
+namespace proportions::onesample {
 namespace {
-
-OneSampleCounts countsOf(const PropZOneSamp& record) {
-  return {record.numSuccesses, record.numFailures, record.numTrials};
-}
 
 void addObserved(ResultTable& table, const PropZOneSamp& record) {
   BpGroup& observed = table.statisticsGroup(keyText(texts::kObserved));
@@ -19,48 +17,45 @@ void addObserved(ResultTable& table, const PropZOneSamp& record) {
 }
 
 void addDifference(ResultTable& table, const PRPAlgorithm& analysis, const PropZOneSamp& record) {
-  const double testValue = analysis.testValue;
+  const double testValue = analysis.settings.testValue;
+  BpProcedure& procedure = *analysis.procedure;
   BpCategory& difference = table.statistics().Category(keyText(texts::kObservedMinusTestValue));
-  difference.Cell(BpNumber(record.estimatedDifference, analysis.procedure->GeneralStat()));
-  difference.Note(numberLabel(texts::kTestValueNote,
-                              BpNumber(testValue, analysis.procedure->SigDigit(testValue))));
+  difference.Cell(BpNumber(record.estimatedDifference, procedure.GeneralStat()));
+  difference.Note(
+      NumberLabel(texts::kTestValueNote, BpNumber(testValue, procedure.SigDigit(testValue))));
 }
 
 }  // namespace
 
-void buildOneSampleIntervalTable(PRPAlgorithm& analysis, const PropZOneSamp& record) {
-  ResultTable table(analysis, texts::kOneSampleIntervalTable, texts::kStatisticMissing);
-  BpDimension& types = table.addRowDimension(keyText(texts::kIntervalType));
-  table.addVariablesAndStatistics();
-  addVariableRows(firstListVariable(analysis, record.localVarIndex), table.variables());
+void buildOneSampleIntervalTable(const PRPAlgorithm& analysis, const PropZOneSamp& record) {
+  const CommandSettings& settings = analysis.settings;
+  ResultTable table(*analysis.procedure, texts::kOneSampleIntervalTable, texts::kStatisticMissing,
+                    keyText(texts::kIntervalType));
+  AddVariableRows(analysis.firstListVariable(record.localVarIndex), table.variables());
   if (!record.goodData) return;
 
   const IntervalRows rows =
-      requestedIntervals(kOneSampleIntervals, analysis.ciTypes, countsOf(record), analysis.level());
-  for (const auto& row : rows) {
-    types.Category(keyText(row.label));
+      requestedIntervals(kIntervals, settings.ciTypes, countsOf(record), analysis.level());
+  table.addIntervals(rows, texts::kInterval, settings.ciLevel, [&] {
     addObserved(table, record);
     table.addStatistic(table.statistics(), texts::kStandardError, record._aseDiff1);
-    table.addIntervalCells(texts::kInterval, row.result);
-  }
+  });
 }
 
-void buildOneSampleTestTable(PRPAlgorithm& analysis, const PropZOneSamp& record) {
-  ResultTable table(analysis, texts::kOneSampleTestTable, texts::kStatisticMissing);
-  BpDimension& types = table.addRowDimension(keyText(texts::kTestType));
-  table.addVariablesAndStatistics();
-  addVariableRows(firstListVariable(analysis, record.localVarIndex), table.variables());
+void buildOneSampleTestTable(const PRPAlgorithm& analysis, const PropZOneSamp& record) {
+  const CommandSettings& settings = analysis.settings;
+  ResultTable table(*analysis.procedure, texts::kOneSampleTestTable, texts::kStatisticMissing,
+                    keyText(texts::kTestType));
+  AddVariableRows(analysis.firstListVariable(record.localVarIndex), table.variables());
   if (!record.goodData) return;
 
   const TestRows rows =
-      requestedResults(kOneSampleTests, analysis.testTypes, countsOf(record), analysis.testValue);
-  for (const auto& row : rows) {
-    types.Category(keyText(row.label));
+      requestedResults(kTests, settings.testTypes, countsOf(record), settings.testValue);
+  table.addTests(rows, [&] {
     addObserved(table, record);
     addDifference(table, analysis, record);
     table.addStatistic(table.statistics(), texts::kStandardError, record._aseDiff1);
-    table.addTestCells(row);
-  }
+  });
 }
 
-}  // namespace proportions
+}  // namespace proportions::onesample

@@ -1,19 +1,46 @@
 #include "module/output/labels.h"
 
-#include "module/output/texts.h"
+#include "module/model/output_codes.h"
+#include "module/model/success_rule.h"
+#include "module/model/texts.h"
 
 namespace proportions {
 namespace {
 
-constexpr int kShowCode = 2;
-/// Preference codes: by value label, or always the value itself.
-constexpr int kByLabel = 2;
-constexpr int kByValue = 0;
+BpDataValue dataValue(VarIndex variable, const VarValue& value, int preference) {
+  return value.isString ? BpDataValue(variable, value.stringValue, preference)
+                        : BpDataValue(variable, value.numericValue, preference);
+}
 
-BpComposite variableLabel(const char* templateText, VarIndex variable, const BpDataValue& value) {
-  BpComposite label(templateText);
-  label.Add(BpVariable(variable, kShowCode));
-  label.Add(value);
+/// The one label of a variable held against a value: a gathered value's row and the success row of
+/// the same value are the same category. Cut points and midpoints are always shown as numbers.
+BpComposite valueLabel(VarIndex variable, const SuccessRuleRow& rule, const VarValue& value) {
+  BpComposite label(rule.label);
+  label.Add(BpVariable(variable, kShowLabelElseName));
+  if (rule.comparison == Comparison::kAtLeast) {
+    label.Add(BpDataValue(variable, value.numericValue, kPreferValue));
+  } else {
+    label.Add(dataValue(variable, value, kPreferValueLabel));
+  }
+  label.Finish();
+  return label;
+}
+
+BpComposite levelsLabel(VarIndex variable, const SuccessRuleRow& rule,
+                        const BinInfoElem& definition, const VarCatInfo& cats) {
+  BpComposite label(rule.label);
+  label.Add(BpVariable(variable, kShowLabelElseName));
+  label.Sublist();
+  if (cats.isString) {
+    for (const std::string& level : definition.stringValues) {
+      label.Add(BpDataValue(variable, level, kPreferValueLabel));
+    }
+  } else {
+    for (const double level : definition.numericValues) {
+      label.Add(BpDataValue(variable, level, kPreferValueLabel));
+    }
+  }
+  label.EndSublist();
   label.Finish();
   return label;
 }
@@ -25,141 +52,63 @@ BpComposite sideLabel(const char* templateText, const BpDataValue& value) {
   return label;
 }
 
-BpComposite levelsLabel(VarIndex variable, const BinInfoElem& definition, bool isString) {
-  BpComposite label(texts::kValueOneOf);
-  label.Add(BpVariable(variable, kShowCode));
-  label.Sublist();
-  if (isString) {
-    for (const std::string& level : definition.stringValues) {
-      label.Add(BpDataValue(variable, level, kByLabel));
-    }
-  } else {
-    for (const double level : definition.numericValues) {
-      label.Add(BpDataValue(variable, level, kByLabel));
-    }
-  }
-  label.EndSublist();
-  label.Finish();
-  return label;
-}
-
-const char* cutTemplate(int side) { return side == 0 ? texts::kSideBelow : texts::kSideAtLeast; }
-
-/// The heading of a gathered midpoint; none unless the grouping is at the midpoint.
-std::optional<BpComposite> CutSideLabel(const PRPAlgorithm& analysis, const VarValue& midPoint,
-                                        int side) {
-  if (analysis.groupInfo.rule != kMidpoint) return std::nullopt;
-  return sideLabel(cutTemplate(side),
-                   BpDataValue(analysis.groupVarIndex, midPoint.numericValue, kByValue));
-}
-
-/// The label of a gathered value; none for rules whose labels do not depend on the data.
-std::optional<BpComposite> ValueCategoryLabel(VarIndex variable, int32_t rule,
-                                              const VarValue& value) {
-  if (rule == kMidpoint) {
-    return variableLabel(texts::kValueAtLeast, variable,
-                         BpDataValue(variable, value.numericValue, kByValue));
-  }
-  if (rule != kFirst && rule != kLast) return std::nullopt;
-  if (value.isString) {
-    return variableLabel(texts::kValueEquals, variable,
-                         BpDataValue(variable, value.stringValue, kByLabel));
-  }
-  return variableLabel(texts::kValueEquals, variable,
-                       BpDataValue(variable, value.numericValue, kByLabel));
-}
-
-BpComposite extremeLabel(VarIndex variable, const VarCatInfo& cats, const std::string& text,
-                         double number) {
-  return variableLabel(texts::kValueEquals, variable,
-                       cats.isString ? BpDataValue(variable, text, kByLabel)
-                                     : BpDataValue(variable, number, kByLabel));
-}
-
-const ValueList* gatheredValues(const PRPAlgorithm& analysis,
-                                const std::vector<ValueList> PRPAggregation::*lists,
-                                int32_t position) {
-  return analysis.aggregation == nullptr ? nullptr : &(analysis.aggregation->*lists)[position];
+/// The heading of a side of a cut, the grouping's own or a gathered one.
+BpComposite cutSideLabel(VarIndex variable, double cut, int side) {
+  return sideLabel(side == 0 ? texts::kSideBelow : texts::kSideAtLeast,
+                   BpDataValue(variable, cut, kPreferValue));
 }
 
 }  // namespace
 
 std::optional<BpComposite> SuccessDefinitionLabel(VarIndex variable, const BinInfoElem& definition,
                                                   const VarCatInfo& cats) {
-  switch (definition.rule) {
-    case kFirst:
-      return extremeLabel(variable, cats, cats.minString, cats.minValue);
-    case kLast:
-      return extremeLabel(variable, cats, cats.maxString, cats.maxValue);
-    case kMidpoint:
-      return variableLabel(texts::kValueAtLeast, variable,
-                           BpDataValue(variable, cats.midPoint, kByValue));
-    case kCutpoint:
-      return variableLabel(texts::kValueAtLeast, variable,
-                           BpDataValue(variable, definition.cutPoint(), kByValue));
-    case kLevels:
-      return levelsLabel(variable, definition, cats.isString);
-    default:
-      return std::nullopt;
+  const SuccessRuleRow* rule = findRule(definition.rule);
+  if (rule == nullptr) return std::nullopt;
+  if (rule->comparison == Comparison::kOneOf) {
+    return levelsLabel(variable, *rule, definition, cats);
   }
+  return valueLabel(variable, *rule, referenceValue(*rule, definition, cats));
 }
 
-std::optional<BpComposite> GroupSideLabel(const PRPAlgorithm& analysis, int side) {
-  const VarIndex variable = analysis.groupVarIndex;
-  const BinInfoElem& definition = analysis.groupInfo;
-  switch (definition.rule) {
-    case kMidpoint:
-      return sideLabel(cutTemplate(side),
-                       BpDataValue(variable, analysis.groupCats->midPoint, kByValue));
-    case kCutpoint:
-      return sideLabel(cutTemplate(side), BpDataValue(variable, definition.cutPoint(), kByValue));
-    case kLevels:
-      return sideLabel(texts::kSideEquals,
-                       analysis.groupCats->isString
-                           ? BpDataValue(variable, definition.stringValues.at(side), kByLabel)
-                           : BpDataValue(variable, definition.numericValues.at(side), kByLabel));
-    default:
-      return std::nullopt;
+std::optional<BpComposite> GroupSideLabel(const Grouping& grouping, int side) {
+  const BinInfoElem& definition = grouping.definition;
+  const SuccessRuleRow* rule = findRule(definition.rule);
+  if (rule == nullptr || rule->comparison == Comparison::kEquals) return std::nullopt;
+  if (rule->comparison == Comparison::kAtLeast) {
+    return cutSideLabel(grouping.index, referenceNumber(*rule, definition, grouping.cats), side);
   }
+  const auto level = static_cast<size_t>(side);
+  return sideLabel(
+      texts::kSideEquals,
+      grouping.cats.isString
+          ? BpDataValue(grouping.index, definition.stringValues.at(level), kPreferValueLabel)
+          : BpDataValue(grouping.index, definition.numericValues.at(level), kPreferValueLabel));
 }
 
-void AddCutSideCategories(const PRPAlgorithm& analysis, BpGroup& dimension) {
-  if (analysis.aggregation == nullptr) return;
+void AddCutSideCategories(const Grouping& grouping, BpGroup& dimension) {
+  if (grouping.midPoints == nullptr || grouping.definition.rule != SuccessRule::kMidpoint) return;
   for (const int side : {0, 1}) {
-    for (const VarValue& midPoint : analysis.aggregation->groupSet) {
-      if (const auto label = CutSideLabel(analysis, midPoint, side)) dimension.Category(*label);
+    for (const VarValue& midPoint : grouping.midPoints->list()) {
+      dimension.Category(cutSideLabel(grouping.index, midPoint.numericValue, side));
     }
   }
 }
 
-ListedVariable firstListVariable(const PRPAlgorithm& analysis, int32_t position) {
-  return {analysis.testVarIndices[position], analysis.testVarCats[position].get(),
-          &analysis.testVarInfo[position],
-          gatheredValues(analysis, &PRPAggregation::firstLists, position)};
-}
-
-ListedVariable secondListVariable(const PRPAlgorithm& analysis, int32_t position) {
-  if (analysis.secondVarIndices.empty()) return firstListVariable(analysis, position);
-  return {analysis.secondVarIndices[position], analysis.secondVarCats[position].get(),
-          &analysis.secondVarInfo[position],
-          gatheredValues(analysis, &PRPAggregation::secondLists, position)};
-}
-
 void AddValueCategories(const ListedVariable& variable, BpGroup& group) {
-  if (variable.gathered == nullptr) return;
-  for (const VarValue& value : *variable.gathered) {
-    const auto label = ValueCategoryLabel(variable.index, variable.definition->rule, value);
-    if (label) group.Category(*label);
+  const SuccessRuleRow* rule = findRule(variable.definition.rule);
+  if (variable.gathered == nullptr || rule == nullptr || !rule->dependsOnData()) return;
+  for (const VarValue& value : variable.gathered->list()) {
+    group.Category(valueLabel(variable.index, *rule, value));
   }
 }
 
-BpCategory* addVariableRows(const ListedVariable& variable, BpGroup& group) {
+void AddVariableRows(const ListedVariable& variable, BpGroup& group) {
   AddValueCategories(variable, group);
-  const auto label = SuccessDefinitionLabel(variable.index, *variable.definition, *variable.cats);
-  return label ? &group.Category(*label) : nullptr;
+  const auto label = SuccessDefinitionLabel(variable.index, variable.definition, variable.cats);
+  if (label) group.Category(*label);
 }
 
-BpComposite numberLabel(const char* templateText, const BpNumber& number) {
+BpComposite NumberLabel(const char* templateText, const BpNumber& number) {
   BpComposite label(templateText);
   label.Add(number);
   label.Finish();

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "host/output.h"
-#include "module/driver/algorithm.h"
+#include "module/model/algorithm.h"
 
 namespace proportions {
 
@@ -14,31 +14,20 @@ std::optional<BpComposite> SuccessDefinitionLabel(VarIndex variable, const BinIn
 
 /// The heading of side 0 (below the cut, or the first level) or side 1 of the grouping; none for a
 /// rule that makes no sides.
-std::optional<BpComposite> GroupSideLabel(const PRPAlgorithm& analysis, int side);
+std::optional<BpComposite> GroupSideLabel(const Grouping& grouping, int side);
 
 /// Adds, for a grouping at the midpoint, a category per gathered midpoint: all of side 0, then all
 /// of side 1. Nothing without gathered midpoints.
-void AddCutSideCategories(const PRPAlgorithm& analysis, BpGroup& dimension);
-
-/// A variable of one of the two lists, with what its rows are labelled by.
-struct ListedVariable {
-  VarIndex index;
-  const VarCatInfo* cats;
-  const BinInfoElem* definition;
-  const ValueList* gathered;  ///< of all split groups; null when nothing is gathered
-};
-ListedVariable firstListVariable(const PRPAlgorithm& analysis, int32_t position);
-/// From the second list when there is one, else from the first.
-ListedVariable secondListVariable(const PRPAlgorithm& analysis, int32_t position);
+void AddCutSideCategories(const Grouping& grouping, BpGroup& dimension);
 
 /// Adds a category per gathered value of the variable, in order.
 void AddValueCategories(const ListedVariable& variable, BpGroup& group);
 
-/// The rows of a variable: its gathered values, then what counts as a success, which is given back;
-/// null when there is no label for it.
-BpCategory* addVariableRows(const ListedVariable& variable, BpGroup& group);
+/// Adds the rows of a variable: its gathered values, then what counts as a success, if there is a
+/// label for it.
+void AddVariableRows(const ListedVariable& variable, BpGroup& group);
 
 /// Fills and finishes a label that has only a number.
-BpComposite numberLabel(const char* templateText, const BpNumber& number);
+BpComposite NumberLabel(const char* templateText, const BpNumber& number);
 
 }  // namespace proportions

@@ -1,23 +1,21 @@
 #include "module/output/notes.h"
 
+#include "host/output.h"
+#include "module/model/output_codes.h"
+#include "module/model/texts.h"
 #include "module/output/result_table.h"
 
 namespace proportions {
-namespace {
-
-constexpr int kMissingSection = 4;
-constexpr int kWeightSection = 0;
-
-}  // namespace
 
 void addProcedureNotes(const PRPValidSpecs& specs) {
+  const CommandSettings& settings = specs.settings();
   AddNotes(
-      kMissingSection, keyText(texts::kDefinitionOfMissing),
-      keyText(specs.userMissingIncluded() ? texts::kMissingIncluded : texts::kMissingExcluded));
-  AddNotes(kMissingSection, keyText(texts::kCasesUsed),
-           keyText(specs.scopeAnalysis() ? texts::kCasesAnalysiswise : texts::kCasesListwise));
+      kMissingNotes, keyText(texts::kDefinitionOfMissing),
+      keyText(settings.userMissingIncluded ? texts::kMissingIncluded : texts::kMissingExcluded));
+  AddNotes(kMissingNotes, keyText(texts::kCasesUsed),
+           keyText(settings.scopeAnalysis ? texts::kCasesAnalysiswise : texts::kCasesListwise));
   const bool weighted = specs.dataSource().GetWeightVarIndex() >= 0;
-  AddNotes(kWeightSection, keyText(texts::kWeightHandling),
+  AddNotes(kGeneralNotes, keyText(texts::kWeightHandling),
            keyText(weighted ? texts::kWeightRounded : texts::kWeightNotApplicable));
 }
 

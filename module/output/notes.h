@@ -1,7 +1,7 @@
 /// The notes of a run: how missing values, cases and weights were handled.
 #pragma once
 
-#include "module/syntax/valid_specs.h"
+#include "module/model/valid_specs.h"
 
 namespace proportions {
 

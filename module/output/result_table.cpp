@@ -1,49 +1,55 @@
 #include "module/output/result_table.h"
 
+#include "module/model/output_codes.h"
+#include "module/model/texts.h"
 #include "module/output/labels.h"
 
 namespace proportions {
 namespace {
 
-constexpr int kTextFlag = 1;
-constexpr int kTableCode = 1;
-constexpr int kDimensionCode = 2;
-constexpr int kRows = 0;
-constexpr int kColumns = 1;
+/// Levels of row dimensions, counted outward.
+constexpr int kInnerLevel = 1;
+constexpr int kOuterLevel = 2;
 
 }  // namespace
 
-BpString keyText(const char* text) { return {text, kTextFlag}; }
+BpString keyText(const char* text) { return {text, kCatalogueKey}; }
 
-ResultTable::ResultTable(PRPAlgorithm& analysis, const char* title, const char* missingNote)
-    : analysis_(analysis),
+ResultTable::ResultTable(BpProcedure& procedure, const char* title, const char* missingNote)
+    : procedure_(procedure),
       missingNote_(missingNote),
-      table_(analysis.procedure->Heading().PivotTable(keyText(title), title, kTableCode)) {}
-
-BpDimension& ResultTable::addRowDimension(const BpLabel& label) {
-  BpDimension& dimension = table_.Dimension(label, kDimensionCode);
-  dimension.Position(kRows, 1, 0, 0);
-  return dimension;
+      table_(procedure.Heading().PivotTable(keyText(title), title, kTableCode)) {
+  addVariablesAndStatistics(kInnerLevel);
 }
 
-void ResultTable::addVariablesAndStatistics(bool alone) {
+ResultTable::ResultTable(BpProcedure& procedure, const char* title, const char* missingNote,
+                         const BpLabel& inner)
+    : procedure_(procedure),
+      missingNote_(missingNote),
+      table_(procedure.Heading().PivotTable(keyText(title), title, kTableCode)),
+      inner_(&table_.Dimension(inner, kDimensionCode)) {
+  inner_->Position(kRowAxis, kInnerLevel, 0, 0);
+  addVariablesAndStatistics(kOuterLevel);
+}
+
+void ResultTable::addVariablesAndStatistics(int levelOfVariables) {
   variables_ = &table_.Dimension(keyText(texts::kVariables), kDimensionCode);
-  variables_->Position(kRows, alone ? 1 : 2, 1, 0);
+  variables_->Position(kRowAxis, levelOfVariables, 1, 0);
   statistics_ = &table_.Dimension(keyText(texts::kStatistics), kDimensionCode);
-  statistics_->Position(kColumns, 1, 1, 0);
+  statistics_->Position(kColumnAxis, 1, 1, 0);
 }
 
 void ResultTable::addCount(BpGroup& group, const char* label, double value) {
-  group.Category(keyText(label)).Cell(BpNumber(value, analysis_.procedure->Count()));
+  group.Category(keyText(label)).Cell(BpNumber(value, procedure_.Count()));
 }
 
 void ResultTable::addStatistic(BpGroup& group, const char* label, double value) {
-  group.Category(keyText(label)).Cell(BpNumber(value, analysis_.procedure->GeneralStat()));
+  group.Category(keyText(label)).Cell(BpNumber(value, procedure_.GeneralStat()));
 }
 
 void ResultTable::addNotedStatistic(BpGroup& group, const char* label, double value) {
   BpCategory& category = group.Category(keyText(label));
-  category.Cell(BpNumber(value, analysis_.procedure->GeneralStat()));
+  category.Cell(BpNumber(value, procedure_.GeneralStat()));
   if (!isMissing(value)) return;
   BpCellNote note;
   note.text = BpCellText::Replicate(keyText(missingNote_));
@@ -51,17 +57,35 @@ void ResultTable::addNotedStatistic(BpGroup& group, const char* label, double va
 }
 
 BpGroup& ResultTable::statisticsGroup(const BpLabel& label) {
-  return statistics_->Group(label, 1, 2);
+  return statistics_->Group(label, kGroupCode, kGroupStyle);
 }
 
-void ResultTable::addIntervalCells(const char* groupTemplate, const Bounds& bounds) {
-  const double level = analysis_.ciLevel;
-  BpGroup& group = statisticsGroup(
-      numberLabel(groupTemplate, BpNumber(level, analysis_.procedure->SigDigit(level))));
+void ResultTable::addIntervals(const IntervalRows& rows, const char* heading, double level,
+                               const AddCells& addShared) {
+  for (const auto& row : rows) {
+    inner_->Category(keyText(row.label));
+    addShared();
+    addBounds(heading, level, row.result);
+  }
+}
+
+void ResultTable::addTests(const TestRows& rows, const AddCells& addShared) {
+  for (const auto& row : rows) {
+    inner_->Category(keyText(row.label));
+    addShared();
+    addTestCells(row);
+  }
+}
+
+void ResultTable::addBounds(const char* heading, double level, const Bounds& bounds) {
+  BpGroup& group =
+      statisticsGroup(NumberLabel(heading, BpNumber(level, procedure_.SigDigit(level))));
   addNotedStatistic(group, texts::kLower, bounds.lower);
   addNotedStatistic(group, texts::kUpper, bounds.upper);
 }
 
+/// The Z column is made for every test, so that the columns keep their order; a test without a
+/// statistic has no cell in it.
 void ResultTable::addTestCells(const MethodRow<TestResult>& row) {
   if (row.isNormal) {
     addNotedStatistic(*statistics_, texts::kZ, row.result.statistic);

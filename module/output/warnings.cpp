@@ -1,13 +1,10 @@
 #include "module/output/warnings.h"
 
+#include "module/model/output_codes.h"
 #include "module/output/result_table.h"
 
 namespace proportions {
 namespace {
-
-constexpr int kErrorCode = 2;
-constexpr int kWarningLevel = 2;
-constexpr int kSevereLevel = 3;
 
 void addSplitList(BpComposite& label) {
   label.Sublist();
@@ -17,30 +14,31 @@ void addSplitList(BpComposite& label) {
 
 }  // namespace
 
-void warnNothingValid(const PRPAlgorithm& analysis, const char* plainKey, const char* splitKey) {
-  if (!analysis.splitFile) {
-    BpError(keyText(plainKey), kErrorCode, kSevereLevel);
+void warnNothingValid(bool splitFile, const char* plainKey, const char* splitKey) {
+  if (!splitFile) {
+    BpError(keyText(plainKey), kDataMessage, kSevereWarning);
     return;
   }
   BpComposite label(splitKey);
   addSplitList(label);
   label.Finish();
-  BpError(label, kErrorCode, kWarningLevel);
+  BpError(label, kDataMessage, kPlainWarning);
 }
 
-void warnOneInvalid(const PRPAlgorithm& analysis, const char* plainKey, const char* splitKey,
+void warnOneInvalid(bool splitFile, const char* plainKey, const char* splitKey,
                     const std::function<void(BpComposite&)>& addItems) {
-  BpComposite label(analysis.splitFile ? splitKey : plainKey);
+  BpComposite label(splitFile ? splitKey : plainKey);
   addItems(label);
-  if (analysis.splitFile) addSplitList(label);
+  if (splitFile) addSplitList(label);
   label.Finish();
-  BpError(label, kErrorCode, kWarningLevel);
+  BpError(label, kDataMessage, kPlainWarning);
 }
 
-void warnVariableInvalid(const PRPAlgorithm& analysis, const char* plainKey, const char* splitKey,
+void warnVariableInvalid(bool splitFile, const char* plainKey, const char* splitKey,
                          VarIndex variable) {
-  warnOneInvalid(analysis, plainKey, splitKey,
-                 [variable](BpComposite& label) { label.Add(BpVariable(variable, 2)); });
+  warnOneInvalid(splitFile, plainKey, splitKey, [variable](BpComposite& label) {
+    label.Add(BpVariable(variable, kShowLabelElseName));
+  });
 }
 
 }  // namespace proportions

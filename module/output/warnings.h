@@ -4,20 +4,19 @@
 #include <functional>
 
 #include "host/output.h"
-#include "module/driver/algorithm.h"
 
 namespace proportions {
 
 /// Warns that nothing of the design can be analysed: with split groups in the group's name, else
 /// plainly and one level more severe.
-void warnNothingValid(const PRPAlgorithm& analysis, const char* plainKey, const char* splitKey);
+void warnNothingValid(bool splitFile, const char* plainKey, const char* splitKey);
 
 /// Warns about one variable or pair. `addItems` fills the items that stand before the split list.
-void warnOneInvalid(const PRPAlgorithm& analysis, const char* plainKey, const char* splitKey,
+void warnOneInvalid(bool splitFile, const char* plainKey, const char* splitKey,
                     const std::function<void(BpComposite&)>& addItems);
 
 /// The same for a variable of the first list.
-void warnVariableInvalid(const PRPAlgorithm& analysis, const char* plainKey, const char* splitKey,
+void warnVariableInvalid(bool splitFile, const char* plainKey, const char* splitKey,
                          VarIndex variable);
 
 }  // namespace proportions

@@ -3,16 +3,10 @@
 #include <algorithm>
 #include <bit>
 
-namespace proportions {
-namespace {
+#include "module/paired/counts.h"
 
-/// The cells of a two-by-two table; b is "only the first".
-struct Cells {
-  double a = 0.0;
-  double b = 0.0;
-  double c = 0.0;
-  double d = 0.0;
-};
+namespace proportions::paired {
+namespace {
 
 /// The words of one variable.
 struct Outcomes {
@@ -20,10 +14,10 @@ struct Outcomes {
   const uint64_t* failure;
 };
 
-/// Slots of one weight are summed as integers and weighed once.
-[[gnu::always_inline]] inline Cells countCells(const Outcomes& x, const Outcomes& y, size_t slots,
-                                               const double* weights, bool equalWeights) {
-  Cells cells;
+/// Slots of one weight are summed as integers and weighted once.
+[[gnu::always_inline]] inline Counts countCells(const Outcomes& x, const Outcomes& y, size_t slots,
+                                                const double* weights, bool equalWeights) {
+  Counts cells{};
   if (equalWeights) {
     int64_t a = 0, b = 0, c = 0, d = 0;
     for (size_t i = 0; i < slots; ++i) {
@@ -45,17 +39,17 @@ struct Outcomes {
   return cells;
 }
 
-using CountFunction = Cells (*)(const Outcomes&, const Outcomes&, size_t, const double*, bool);
+using CountFunction = Counts (*)(const Outcomes&, const Outcomes&, size_t, const double*, bool);
 
-Cells countPortably(const Outcomes& x, const Outcomes& y, size_t slots, const double* weights,
-                    bool equalWeights) {
+Counts countPortably(const Outcomes& x, const Outcomes& y, size_t slots, const double* weights,
+                     bool equalWeights) {
   return countCells(x, y, slots, weights, equalWeights);
 }
 
 #if defined(__x86_64__)
 /// The same with the processor's own bit count, which the baseline of the architecture lacks.
-[[gnu::target("popcnt")]] Cells countWithPopcnt(const Outcomes& x, const Outcomes& y, size_t slots,
-                                                const double* weights, bool equalWeights) {
+[[gnu::target("popcnt")]] Counts countWithPopcnt(const Outcomes& x, const Outcomes& y, size_t slots,
+                                                 const double* weights, bool equalWeights) {
   return countCells(x, y, slots, weights, equalWeights);
 }
 #endif
@@ -113,8 +107,8 @@ void PairCounter::countBatch() {
   for (PropZPairSamp& record : records_) {
     const auto i = static_cast<size_t>(record.firstLocalVarIndex);
     const auto j = static_cast<size_t>(record.secondLocalVarIndex) + (twoLists_ ? nFirst_ : 0);
-    const Cells cells = count({words(i, true), words(i, false)}, {words(j, true), words(j, false)},
-                              used_, weights_, equalWeights);
+    const Counts cells = count({words(i, true), words(i, false)}, {words(j, true), words(j, false)},
+                               used_, weights_, equalWeights);
     record._n11 += cells.a;
     record._n10 += cells.b;
     record._n01 += cells.c;
@@ -125,4 +119,4 @@ void PairCounter::countBatch() {
   used_ = last_ = 0;
 }
 
-}  // namespace proportions
+}  // namespace proportions::paired

@@ -1,13 +1,14 @@
 /// Cross-counts many pairs of variables at once.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "module/data/classification.h"
-#include "module/paired/record.h"
+#include "module/model/codes.h"
+#include "module/model/paired_record.h"
 
-namespace proportions {
+namespace proportions::paired {
 
 /// Counts cases of equal weight 64 at a time: the outcomes of a variable are two words of bits
 /// (successes, failures), and a cell of a pair's table is the number of bits that two words have in
@@ -44,4 +45,4 @@ class PairCounter {
   size_t last_ = 0;
 };
 
-}  // namespace proportions
+}  // namespace proportions::paired

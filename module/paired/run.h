@@ -2,16 +2,13 @@
 #pragma once
 
 #include "host/data_source.h"
-#include "module/driver/algorithm.h"
+#include "module/model/algorithm.h"
 
-namespace proportions {
+namespace proportions::paired {
 
 /// Cross-counts the group's cases, warns about pairs without observations and adds every pair's
 /// rows to the tables. True when at least one pair has observations; otherwise no table is touched
 /// and the object's goodData becomes false.
 bool runPairedSamples(PRPAlgorithm& analysis, ProcDSIterator& iterator);
 
-/// The derived fields of a record with observations.
-void estimate(PropZPairSamp& record);
-
-}  // namespace proportions
+}  // namespace proportions::paired

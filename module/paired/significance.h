@@ -3,38 +3,28 @@
 
 #include <array>
 
-#include "module/math/normal_test.h"
-#include "module/paired/intervals.h"
-#include "module/syntax/method_table.h"
+#include "module/math/method.h"
+#include "module/math/p_values.h"
+#include "module/paired/counts.h"
 
-namespace proportions {
+namespace proportions::paired {
 
-using PairedTest = TestResult (*)(const PairedCounts&);
+using Test = TestResult (*)(const Counts&);
 
-TestResult exactPaired(const PairedCounts& counts);
-TestResult midPPaired(const PairedCounts& counts);
-TestResult mcNemar(const PairedCounts& counts);
-TestResult mcNemarCorrected(const PairedCounts& counts);
-TestResult waldPairedTest(const PairedCounts& counts);
-TestResult waldPairedTestCorrected(const PairedCounts& counts);
+TestResult exact(const Counts& counts);
+TestResult midP(const Counts& counts);
+TestResult mcNemar(const Counts& counts);
+TestResult mcNemarCorrected(const Counts& counts);
+TestResult wald(const Counts& counts);
+TestResult waldCorrected(const Counts& counts);
 
-inline constexpr std::array<Method<PairedTest>, 6> kPairedTests{{
-    {"EXACT", "Exact Binomial", false, exactPaired, false},
-    {"MIDP", "Mid-p Adjusted Binomial", true, midPPaired, false},
+inline constexpr std::array<Method<Test>, 6> kTests{{
+    {"EXACT", "Exact Binomial", false, exact, false},
+    {"MIDP", "Mid-p Adjusted Binomial", true, midP, false},
     {"MCNEMAR", "McNemar", true, mcNemar},
     {"MCNEMARCC", "McNemar (Continuity Corrected)", false, mcNemarCorrected},
-    {"WALD", "Wald", false, waldPairedTest},
-    {"WALDCC", "Wald (Continuity Corrected)", false, waldPairedTestCorrected},
+    {"WALD", "Wald", false, wald},
+    {"WALDCC", "Wald (Continuity Corrected)", false, waldCorrected},
 }};
 
-/// Below this many terms the binomial sums leave none out.
-inline constexpr double kFullSumTerms = 2048.0;
-/// From this many terms on, those left out not counted, the sum is asked of the host as a whole.
-/// Ten thousand million discordant cases need half of them.
-inline constexpr double kMostTerms = 1048576.0;
-
-/// The first term of the sum of binomial(n, 1/2) probabilities for k = 0..last, last <= n / 2, that
-/// can have a part in the last bit of the sum; 0 for short sums.
-double firstTermThatCounts(double last, double n);
-
-}  // namespace proportions
+}  // namespace proportions::paired

@@ -1,27 +1,33 @@
 #include "module/paired/tables.h"
 
+#include "module/model/output_codes.h"
+#include "module/model/texts.h"
 #include "module/output/labels.h"
 #include "module/output/result_table.h"
+#include "module/paired/intervals.h"
 #include "module/paired/significance.h"
 
-namespace proportions {
+namespace proportions::paired {
 namespace {
 
-PairedCounts countsOf(const PropZPairSamp& record) {
-  return {record._n11, record._n10, record._n01, record._n00};
-}
+/// What the statistics table shows of one measurement of a pair.
+struct Measurement {
+  double successes;
+  double trials;
+  double proportion;
+  double standardError;
+};
 
 BpNumber pairNumber(const PRPAlgorithm& analysis, const PropZPairSamp& record) {
   return {static_cast<double>(record.pairIndex) + 1.0, analysis.procedure->Count()};
 }
 
-void addMeasurement(ResultTable& table, double successes, double trials, double proportion,
-                    double standardError) {
+void addMeasurement(ResultTable& table, const Measurement& measurement) {
   BpGroup& statistics = table.statistics();
-  table.addCount(statistics, texts::kSuccesses, successes);
-  table.addCount(statistics, texts::kTrials, trials);
-  table.addStatistic(statistics, texts::kProportion, proportion);
-  table.addNotedStatistic(statistics, texts::kStandardError, standardError);
+  table.addCount(statistics, texts::kSuccesses, measurement.successes);
+  table.addCount(statistics, texts::kTrials, measurement.trials);
+  table.addStatistic(statistics, texts::kProportion, measurement.proportion);
+  table.addNotedStatistic(statistics, texts::kStandardError, measurement.standardError);
 }
 
 void addPairCategory(const PRPAlgorithm& analysis, const PropZPairSamp& record,
@@ -40,57 +46,50 @@ void addDifference(ResultTable& table, const PropZPairSamp& record) {
 }  // namespace
 
 void addPairItems(const PRPAlgorithm& analysis, const PropZPairSamp& record, BpComposite& label) {
+  const CommandSettings& settings = analysis.settings;
+  const auto first = static_cast<size_t>(record.firstLocalVarIndex);
   label.Add(pairNumber(analysis, record));
-  label.Add(BpVariable(analysis.testVarIndices[record.firstLocalVarIndex], 2));
-  label.Add(BpVariable(analysis.secondVariable(record.secondLocalVarIndex), 2));
+  label.Add(BpVariable(settings.testVarIndices[first], kShowLabelElseName));
+  label.Add(BpVariable(settings.secondVariable(record.secondLocalVarIndex), kShowLabelElseName));
 }
 
-void buildPairedStatisticsTable(PRPAlgorithm& analysis, const PropZPairSamp& record) {
-  ResultTable table(analysis, texts::kPairedStatisticsTable, texts::kStatisticMissing);
-  table.addVariablesAndStatistics(true);
-  BpGroup& pair =
-      table.variables().Group(numberLabel(texts::kPair, pairNumber(analysis, record)), 1, 2);
-  addVariableRows(firstListVariable(analysis, record.firstLocalVarIndex), pair);
+void buildPairedStatisticsTable(const PRPAlgorithm& analysis, const PropZPairSamp& record) {
+  ResultTable table(*analysis.procedure, texts::kPairedStatisticsTable, texts::kStatisticMissing);
+  BpGroup& pair = table.variables().Group(NumberLabel(texts::kPair, pairNumber(analysis, record)),
+                                          kGroupCode, kGroupStyle);
+  AddVariableRows(analysis.firstListVariable(record.firstLocalVarIndex), pair);
   if (record.goodData) {
-    addMeasurement(table, record._n1p, record.numObservations, record.firstProportion,
-                   record.firstAse);
+    addMeasurement(table,
+                   {record._n1p, record.numObservations, record.firstProportion, record.firstAse});
   }
-  addVariableRows(secondListVariable(analysis, record.secondLocalVarIndex), pair);
+  AddVariableRows(analysis.secondListVariable(record.secondLocalVarIndex), pair);
   if (record.goodData) {
-    addMeasurement(table, record._np1, record.numObservations, record.secondProportion,
-                   record.secondAse);
+    addMeasurement(
+        table, {record._np1, record.numObservations, record.secondProportion, record.secondAse});
   }
 }
 
-void buildPairedIntervalTable(PRPAlgorithm& analysis, const PropZPairSamp& record) {
-  ResultTable table(analysis, texts::kPairedIntervalTable, texts::kStatisticMissing);
-  BpDimension& types = table.addRowDimension(keyText(texts::kIntervalType));
-  table.addVariablesAndStatistics();
+void buildPairedIntervalTable(const PRPAlgorithm& analysis, const PropZPairSamp& record) {
+  const CommandSettings& settings = analysis.settings;
+  ResultTable table(*analysis.procedure, texts::kPairedIntervalTable, texts::kStatisticMissing,
+                    keyText(texts::kIntervalType));
   addPairCategory(analysis, record, table.variables());
   if (!record.goodData) return;
 
   const IntervalRows rows =
-      requestedIntervals(kPairedIntervals, analysis.ciTypes, countsOf(record), analysis.level());
-  for (const auto& row : rows) {
-    types.Category(keyText(row.label));
-    addDifference(table, record);
-    table.addIntervalCells(texts::kIntervalOfDifference, row.result);
-  }
+      requestedIntervals(kIntervals, settings.ciTypes, countsOf(record), analysis.level());
+  table.addIntervals(rows, texts::kIntervalOfDifference, settings.ciLevel,
+                     [&] { addDifference(table, record); });
 }
 
-void buildPairedTestTable(PRPAlgorithm& analysis, const PropZPairSamp& record) {
-  ResultTable table(analysis, texts::kPairedTestTable, texts::kStatisticMissing);
-  BpDimension& types = table.addRowDimension(keyText(texts::kTestType));
-  table.addVariablesAndStatistics();
+void buildPairedTestTable(const PRPAlgorithm& analysis, const PropZPairSamp& record) {
+  ResultTable table(*analysis.procedure, texts::kPairedTestTable, texts::kStatisticMissing,
+                    keyText(texts::kTestType));
   addPairCategory(analysis, record, table.variables());
   if (!record.goodData) return;
 
-  const TestRows rows = requestedResults(kPairedTests, analysis.testTypes, countsOf(record));
-  for (const auto& row : rows) {
-    types.Category(keyText(row.label));
-    addDifference(table, record);
-    table.addTestCells(row);
-  }
+  const TestRows rows = requestedResults(kTests, analysis.settings.testTypes, countsOf(record));
+  table.addTests(rows, [&] { addDifference(table, record); });
 }
 
-}  // namespace proportions
+}  // namespace proportions::paired

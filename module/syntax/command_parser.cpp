@@ -1,11 +1,14 @@
 #include "module/syntax/command_parser.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "module/output/texts.h"
+#include "module/model/texts.h"
 #include "module/syntax/grammar.h"
-#include "module/syntax/keywords.h"
+#include "module/syntax/independent_subcommand.h"
+#include "module/syntax/missing_subcommand.h"
+#include "module/syntax/onesample_subcommand.h"
+#include "module/syntax/paired_subcommand.h"
+#include "module/syntax/success_subcommand.h"
 
 namespace proportions {
 
@@ -15,13 +18,7 @@ PRPCommandParser::PRPCommandParser(ZELK_TokenSequence& tokens, PRPValidSpecs& sp
       tokens_(tokens),
       source_(source),
       specs_(specs),
-      splitVars_("SPLIT FILE", descriptor_, source),
-      weightVar_("WEIGHT", descriptor_, source, true),
-      oneSampleVars_("", keywords::kOneSample, source),
-      pairedVars_("", keywords::kPairedSamples, source),
-      pairedWithVars_(keywords::kWith, keywords::kPairedSamples, source),
-      independentVars_("", keywords::kIndependentSamples, source),
-      groupVar_(keywords::kBy, keywords::kIndependentSamples, source) {
+      lists_(descriptor_, source) {
   messages_.SetCommandName(texts::kCommandName);
   messages_.SetProcedureTitle(texts::kProcedureTitle);
 }
@@ -35,36 +32,33 @@ bool PRPCommandParser::parse() {
     messages_.NoSubCom();
     return false;
   }
-  return walk(command);
+  given_.oneSample = command.getSubComObj(keywords::kOneSample);
+  given_.pairedSamples = command.getSubComObj(keywords::kPairedSamples);
+  given_.independentSamples = command.getSubComObj(keywords::kIndependentSamples);
+  given_.success = command.getSubComObj(keywords::kSuccess);
+  given_.missing = command.getSubComObj(keywords::kMissing);
+  given_.criteria = command.getSubComObj(keywords::kCriteria);
+  const bool valid = walk();
+  given_ = {};
+  return valid;
 }
 
-bool PRPCommandParser::walk(CommandSpec& command) {
-  oneSample_ = command.getSubComObj(keywords::kOneSample);
-  pairedSamples_ = command.getSubComObj(keywords::kPairedSamples);
-  independentSamples_ = command.getSubComObj(keywords::kIndependentSamples);
-  success_ = command.getSubComObj(keywords::kSuccess);
-  missing_ = command.getSubComObj(keywords::kMissing);
-  criteria_ = command.getSubComObj(keywords::kCriteria);
-
-  if (!setModelType() || !takeSplitAndWeight()) return false;
-  if (oneSample_ != nullptr && !validateOneSample()) return false;
-  if (pairedSamples_ != nullptr && !validatePairedSamples()) return false;
-  if (independentSamples_ != nullptr && !validateIndependentSamples()) return false;
-  if (!validateSuccess()) return false;
-  if (missing_ != nullptr) validateMissing();
-  if (criteria_ != nullptr) readCriteria();
+bool PRPCommandParser::walk() {
+  if (!setModelType() || !takeSplitAndWeight() || !validateDesign()) return false;
+  if (!validateSuccess(context_, given_.success)) return false;
+  if (given_.missing != nullptr) validateMissing(context_, *given_.missing);
+  if (given_.criteria != nullptr) readCriteria();
   return true;
 }
 
 bool PRPCommandParser::setModelType() {
   int designs = 0;
-  const std::pair<SubComObj*, ModelType> candidates[] = {
-      {oneSample_, kOneSample},
-      {pairedSamples_, kPairedSamples},
-      {independentSamples_, kIndependentSamples}};
-  for (const auto& [subcommand, type] : candidates) {
+  for (const auto& [subcommand, code] :
+       {std::pair(given_.oneSample, Design::kOneSample),
+        std::pair(given_.pairedSamples, Design::kPaired),
+        std::pair(given_.independentSamples, Design::kIndependent)}) {
     if (subcommand == nullptr) continue;
-    specs_.setModelType(type);
+    specs_.setModelType(code);
     ++designs;
   }
   if (designs == 1) return true;
@@ -79,97 +73,23 @@ bool PRPCommandParser::takeSplitAndWeight() {
     split.push_back(source_.GetSplitVarIndex(position));
   }
   if (!split.empty()) {
-    if (!splitVars_.SetVariables(split, kPlainList)) return false;
-    splitVars_.GetValidVarList();
+    if (!lists_.split.SetVariables(split, kPlainList)) return false;
+    lists_.split.GetValidVarList();
   }
   const VarIndex weight = source_.GetWeightVarIndex();
-  return weight < 0 || weightVar_.SetVariable(weight);
+  return weight < 0 || lists_.weight.SetVariable(weight);
 }
 
-PRPCommandParser::SplitTokens PRPCommandParser::splitAt(SubComObj& subcommand, int operatorCode) {
-  SplitTokens result;
-  const ParamObj* list = subcommand.exportParamObj();
-  if (list == nullptr) return result;
-  for (const TokenInfoObj& token : list->getTokenList()) {
-    if (token.isReservedWord() && token.getOperatorCode() == operatorCode) {
-      if (++result.separators == 2) break;
-    } else {
-      (result.separators == 0 ? result.before : result.after).push_back(token);
-    }
-  }
-  return result;
-}
-
-bool PRPCommandParser::removeDuplicateOptions(std::vector<std::string>& options,
-                                              const char* parameter, const char* subcommand) {
-  std::vector<std::string> kept;
-  for (std::string& option : options) {
-    if (std::find(kept.begin(), kept.end(), option) == kept.end()) kept.push_back(option);
-  }
-  if (kept.size() == options.size()) return false;
-  options = std::move(kept);
-  messages_.GenericWarning(texts::kDuplicateOptions, parameter, subcommand);
-  return true;
-}
-
-bool PRPCommandParser::removeDuplicateVariables(VarIndices& indices) {
-  VarIndices distinct = distinctIndices(indices);
-  if (distinct.size() == indices.size()) return false;
-  indices = std::move(distinct);
-  return true;
-}
-
-/// Sets the flags of one keyword list. False when NONE has company.
-bool PRPCommandParser::readMethods(SubComObj& subcommand, const char* parameter,
-                                   const MethodKeywords& methods, const char* subcommandName,
-                                   MethodFlags& flags, bool& tableRequested) {
-  const ParamObj* list = subcommand.getParamObj(parameter);
-  if (list == nullptr) {
-    for (size_t i = 0; i < methods.size(); ++i) flags[i] = methods[i].byDefault;
-    tableRequested = true;
-    return true;
-  }
-  std::vector<std::string> options = list->getUpStringList();
-  removeDuplicateOptions(options, parameter, subcommandName);
-  const auto given = [&options](const std::string& keyword) {
-    return std::find(options.begin(), options.end(), keyword) != options.end();
-  };
-  const bool none = given(keywords::kNone);
-  if (!none) tableRequested = true;
-  for (size_t i = 0; i < methods.size(); ++i) flags[i] = given(methods[i].keyword);
-  if (none && options.size() > 1) {
-    messages_.ParamExclAnyOther(std::string(parameter) + " " + keywords::kNone, subcommandName);
-    return false;
-  }
-  if (given(keywords::kAll)) flags.assign(methods.size(), true);
-  return true;
-}
-
-/// Sizes both flag vectors whatever the outcome, and fills them as long as the subcommand is valid.
-bool PRPCommandParser::readAllMethods(SubComObj& subcommand, const DesignMethods& design,
-                                      bool valid, bool& tableRequested) {
-  specs_.testTypes().assign(design.tests.size(), false);
-  if (valid) {
-    valid = readMethods(subcommand, keywords::kTestTypes, design.tests, design.subcommand,
-                        specs_.testTypes(), tableRequested);
-  }
-  specs_.ciTypes().assign(design.intervals.size(), false);
-  if (!valid) return false;
-  return readMethods(subcommand, keywords::kCiTypes, design.intervals, design.subcommand,
-                     specs_.ciTypes(), tableRequested);
-}
-
-void PRPCommandParser::validateMissing() {
-  if (const ParamObj* scope = missing_->getParamObj(keywords::kScope)) {
-    specs_.setScopeAnalysis(scope->isStringValueCase(keywords::kAnalysis));
-  }
-  if (const ParamObj* userMissing = missing_->getParamObj(keywords::kUserMissing)) {
-    specs_.setUserMissingIncluded(userMissing->isStringValueCase(keywords::kInclude));
-  }
+/// The design that was given, the only one.
+bool PRPCommandParser::validateDesign() {
+  if (given_.oneSample != nullptr) return validateOneSample(context_, *given_.oneSample);
+  if (given_.pairedSamples != nullptr)
+    return validatePairedSamples(context_, *given_.pairedSamples);
+  return validateIndependentSamples(context_, *given_.independentSamples);
 }
 
 void PRPCommandParser::readCriteria() {
-  const ParamObj* parameter = criteria_->getParamObj(keywords::kCiLevel);
+  const ParamObj* parameter = given_.criteria->getParamObj(keywords::kCiLevel);
   if (parameter == nullptr) return;
   double level = 95.0;
   parameter->getNumberValue(level);

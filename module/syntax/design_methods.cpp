@@ -2,25 +2,25 @@
 
 #include "module/independent/intervals.h"
 #include "module/independent/significance.h"
+#include "module/model/keywords.h"
 #include "module/onesample/intervals.h"
 #include "module/onesample/significance.h"
 #include "module/paired/intervals.h"
 #include "module/paired/significance.h"
-#include "module/syntax/keywords.h"
 
 namespace proportions {
 
 DesignMethods oneSampleMethods() {
-  return {keywords::kOneSample, keywordsOf(kOneSampleTests), keywordsOf(kOneSampleIntervals)};
+  return {keywords::kOneSample, keywordsOf(onesample::kTests), keywordsOf(onesample::kIntervals)};
 }
 
 DesignMethods pairedMethods() {
-  return {keywords::kPairedSamples, keywordsOf(kPairedTests), keywordsOf(kPairedIntervals)};
+  return {keywords::kPairedSamples, keywordsOf(paired::kTests), keywordsOf(paired::kIntervals)};
 }
 
 DesignMethods independentMethods() {
-  return {keywords::kIndependentSamples, keywordsOf(kIndependentTests),
-          keywordsOf(kIndependentIntervals)};
+  return {keywords::kIndependentSamples, keywordsOf(independent::kTests),
+          keywordsOf(independent::kIntervals)};
 }
 
 }  // namespace proportions

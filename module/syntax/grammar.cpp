@@ -2,8 +2,8 @@
 
 #include <initializer_list>
 
+#include "module/model/keywords.h"
 #include "module/syntax/design_methods.h"
-#include "module/syntax/keywords.h"
 
 namespace proportions {
 namespace {

@@ -1,91 +1,50 @@
+#include "module/syntax/paired_subcommand.h"
+
 #include <algorithm>
 #include <set>
 #include <utility>
 
-#include "module/output/texts.h"
-#include "module/syntax/command_parser.h"
-#include "module/syntax/keywords.h"
+#include "module/model/texts.h"
+#include "module/syntax/method_lists.h"
+#include "module/syntax/variable_lists.h"
 
 namespace proportions {
+namespace {
 
-bool PRPCommandParser::validatePairedSamples() {
-  const bool valid = readPairs();
-  bool tableRequested = false;  // both lists NONE pass in silence here
-  return readAllMethods(*pairedSamples_, pairedMethods(), valid, tableRequested);
+/// The last step of a reader that found something wrong.
+bool refuse(ParseContext& context, const char* error) {
+  context.messages.GenericError(error);
+  return false;
 }
 
-bool PRPCommandParser::readPairs() {
-  const SplitTokens lists = splitAt(*pairedSamples_, kOperatorWith);
-  if (lists.separators > 1) {
-    messages_.GenericError(texts::kOnlyOneWith);
-    return false;
+bool storeSingleList(ParseContext& context, VarIndices variables) {
+  if (removeDuplicateVariables(variables)) {
+    context.messages.GenericWarning(texts::kDuplicateVariables, keywords::kPairedSamples);
   }
-  if (lists.before.empty()) {
-    messages_.GenericError(texts::kNoneBeforeWith);
-    return false;
-  }
-  if (!pairedVars_.ValidateVariables(lists.before, kKeepRepeats)) return false;
-  if (!pairedVars_.CheckCommonVars(weightVar_)) return false;
-  const VarIndices first = pairedVars_.GetValidVarList();
-  if (lists.separators == 0) {
-    specs_.setOrderedPairs(false);
-    return storeSingleList(first);
-  }
-  if (lists.after.empty()) {
-    messages_.GenericError(texts::kNoneAfterWith);
-    return false;
-  }
-  pairedWithVars_.SetAllowQualifiers(true);
-  if (!pairedWithVars_.ValidateVariables(lists.after, kKeepRepeats)) return false;
-  if (!pairedWithVars_.CheckCommonVars(weightVar_)) return false;
-  const VarIndices second = pairedWithVars_.GetValidVarList();
-  bool ordered = false;
-  if (!readPairQualifier(ordered)) return false;
-  specs_.setOrderedPairs(ordered);
-  return ordered ? storeOrderedPairs(first, second) : storeTwoLists(first, second);
-}
-
-bool PRPCommandParser::readPairQualifier(bool& ordered) {
-  if (!pairedWithVars_.HasQualifier()) return true;
-  const Tokens& qualifier = pairedWithVars_.GetQualTokenList();
-  if (qualifier.size() != 1 || qualifier.front().getUpText() != keywords::kPaired) {
-    messages_.GenericError(texts::kOnlyPaired);
-    return false;
-  }
-  ordered = true;
+  if (variables.size() < 2) return refuse(context, texts::kNeedTwoVariables);
+  context.specs.setTestVarIndices(variables);
   return true;
 }
 
-bool PRPCommandParser::storeSingleList(VarIndices first) {
+bool storeTwoLists(ParseContext& context, VarIndices first, VarIndices second) {
   if (removeDuplicateVariables(first)) {
-    messages_.GenericWarning(texts::kDuplicateVariables, keywords::kPairedSamples);
+    context.messages.GenericWarning(texts::kDuplicatesBefore, keywords::kWith,
+                                    keywords::kPairedSamples);
   }
-  if (first.size() < 2) {
-    messages_.GenericError(texts::kNeedTwoVariables);
-    return false;
-  }
-  specs_.setTestVarIndices(first);
-  return true;
-}
-
-bool PRPCommandParser::storeTwoLists(VarIndices first, VarIndices second) {
-  if (removeDuplicateVariables(first)) {
-    messages_.GenericWarning(texts::kDuplicatesBefore, keywords::kWith, keywords::kPairedSamples);
-  }
-  specs_.setTestVarIndices(first);
+  context.specs.setTestVarIndices(first);
   if (removeDuplicateVariables(second)) {
-    messages_.GenericWarning(texts::kDuplicatesAfter, keywords::kWith, keywords::kPairedSamples);
+    context.messages.GenericWarning(texts::kDuplicatesAfter, keywords::kWith,
+                                    keywords::kPairedSamples);
   }
   if (first.size() < 2 && second.size() < 2 && first == second) {
-    messages_.GenericError(texts::kNeedTwoVariables);
-    return false;
+    return refuse(context, texts::kNeedTwoVariables);
   }
-  specs_.setSecondVarIndices(second);
+  context.specs.setSecondVarIndices(second);
   return true;
 }
 
-bool PRPCommandParser::storeOrderedPairs(const VarIndices& first, const VarIndices& second) {
-  if (first.size() != second.size()) messages_.GenericWarning(texts::kUnmatchedPairs);
+bool storeOrderedPairs(ParseContext& context, const VarIndices& first, const VarIndices& second) {
+  if (first.size() != second.size()) context.messages.GenericWarning(texts::kUnmatchedPairs);
   VarIndices keptFirst;
   VarIndices keptSecond;
   std::set<std::pair<VarIndex, VarIndex>> met;
@@ -98,14 +57,50 @@ bool PRPCommandParser::storeOrderedPairs(const VarIndices& first, const VarIndic
       keptSecond.push_back(second[i]);
     }
   }
-  if (repeated) messages_.GenericWarning(texts::kDuplicatePairs);
-  if (keptFirst.empty()) {
-    messages_.GenericError(texts::kNeedTwoVariables);
-    return false;
-  }
-  specs_.setTestVarIndices(keptFirst);
-  specs_.setSecondVarIndices(keptSecond);
+  if (repeated) context.messages.GenericWarning(texts::kDuplicatePairs);
+  if (keptFirst.empty()) return refuse(context, texts::kNeedTwoVariables);
+  context.specs.setTestVarIndices(keptFirst);
+  context.specs.setSecondVarIndices(keptSecond);
   return true;
+}
+
+/// True for a lone PAIRED in parentheses, the only qualifier there is.
+bool isPaired(const Tokens& qualifier) {
+  return qualifier.size() == 1 && qualifier.front().getUpText() == keywords::kPaired;
+}
+
+bool readSecondList(ParseContext& context, const Tokens& tokens, const VarIndices& first) {
+  if (tokens.empty()) return refuse(context, texts::kNoneAfterWith);
+  VarSpecObj& validator = context.lists.pairedWith;
+  validator.SetAllowQualifiers(true);
+  const auto second = readVariables(context, validator, tokens);
+  if (!second) return false;
+  const bool ordered = validator.HasQualifier();
+  if (ordered && !isPaired(validator.GetQualTokenList())) {
+    return refuse(context, texts::kOnlyPaired);
+  }
+  context.specs.setOrderedPairs(ordered);
+  return ordered ? storeOrderedPairs(context, first, *second)
+                 : storeTwoLists(context, first, *second);
+}
+
+bool readPairs(ParseContext& context, SubComObj& subcommand) {
+  const SplitTokens lists = splitAt(subcommand, kOperatorWith);
+  if (lists.separators > 1) return refuse(context, texts::kOnlyOneWith);
+  if (lists.before.empty()) return refuse(context, texts::kNoneBeforeWith);
+  const auto first = readVariables(context, context.lists.paired, lists.before);
+  if (!first) return false;
+  if (lists.separators > 0) return readSecondList(context, lists.after, *first);
+  context.specs.setOrderedPairs(false);
+  return storeSingleList(context, *first);
+}
+
+}  // namespace
+
+/// Both method lists NONE pass in silence here.
+bool validatePairedSamples(ParseContext& context, SubComObj& subcommand) {
+  const bool valid = readPairs(context, subcommand);
+  return readMethodLists(context, subcommand, pairedMethods(), valid).valid;
 }
 
 }  // namespace proportions

@@ -1,24 +1,27 @@
+#include "module/syntax/success_subcommand.h"
+
 #include <algorithm>
 
-#include "module/output/texts.h"
-#include "module/syntax/command_parser.h"
-#include "module/syntax/keywords.h"
+#include "module/model/designs.h"
+#include "module/model/success_rule.h"
+#include "module/model/texts.h"
+#include "module/syntax/level_values.h"
 
 namespace proportions {
 namespace {
 
-struct RuleKeyword {
-  const char* keyword;
-  Rule rule;
-  bool categorical;
+/// The qualifier of VALUE as given.
+struct GivenRule {
+  std::string qualifier;
+  Tokens tokens;
+  double cutPoint = kSystemMissing;  ///< missing when none was given
 };
 
-/// LEVEL becomes categorical per variable, for strings.
-constexpr RuleKeyword kSuccessRules[] = {{keywords::kLast, kLast, true},
-                                         {keywords::kFirst, kFirst, true},
-                                         {keywords::kMidpoint, kMidpoint, false},
-                                         {keywords::kCutpoint, kCutpoint, false},
-                                         {keywords::kLevel, kLevels, false}};
+/// A list of variables as messages name it.
+struct ListName {
+  const char* keyword;  ///< that the list follows; empty for the first list
+  const char* subcommand;
+};
 
 /// Numbers compare with numbers and texts with texts; a number never equals a text.
 bool sameLevel(const TokenInfoObj& a, const TokenInfoObj& b) {
@@ -36,100 +39,100 @@ Tokens distinctLevels(const Tokens& tokens) {
   return kept;
 }
 
-}  // namespace
-
-bool PRPCommandParser::validateSuccess() {
-  const SuccessRule rule = readSuccessRule();
-  switch (specs_.modelType()) {
-    case kOneSample:
-      return buildSuccessElements(rule, "", keywords::kOneSample, specs_.testVarIndices(),
-                                  specs_.testVarInfo());
-    case kIndependentSamples:
-      return buildSuccessElements(rule, "", keywords::kIndependentSamples, specs_.testVarIndices(),
-                                  specs_.testVarInfo());
-    case kPairedSamples: {
-      bool valid = buildSuccessElements(rule, "", keywords::kPairedSamples, specs_.testVarIndices(),
-                                        specs_.testVarInfo());
-      // The second list's outcome replaces the first's on purpose: a rule that only the first list
-      // refuses is reported and the command still runs.
-      if (!specs_.secondVarIndices().empty()) {
-        valid = buildSuccessElements(rule, keywords::kWith, keywords::kPairedSamples,
-                                     specs_.secondVarIndices(), specs_.secondVarInfo());
-      }
-      return valid;
-    }
-    default:
-      return true;
+Tokens readLevels(ParseContext& context, const ParamObj& qualifier) {
+  Tokens levels = distinctLevels(qualifier.getTokenList());
+  if (levels.size() < qualifier.getTokenList().size()) {
+    context.messages.GenericWarning(texts::kDuplicateSuccessLevels);
   }
+  return levels;
 }
 
-PRPCommandParser::SuccessRule PRPCommandParser::readSuccessRule() {
-  SuccessRule result{keywords::kLast, {}, kSystemMissing};
-  BinInfoElem& success = specs_.successInfo();
-  success.rule = kLast;
+/// Stores the rule as given in the record's success element; LAST without a readable VALUE, and for
+/// a qualifier that is unknown.
+GivenRule readRule(ParseContext& context, SubComObj* subcommand) {
+  GivenRule given{keywords::kLast, {}};
+  BinInfoElem& success = context.specs.successInfo();
+  success.rule = SuccessRule::kLast;
   success.categorical = true;
-  ParamObj* value = success_ == nullptr ? nullptr : success_->getParamObj(keywords::kValue);
+  const ParamObj* value =
+      subcommand == nullptr ? nullptr : subcommand->getParamObj(keywords::kValue);
   ParamObj* qualifier = nullptr;
-  if (value == nullptr || !value->getStringAndQual(result.qualifier, qualifier)) return result;
+  if (value == nullptr || !value->getStringAndQual(given.qualifier, qualifier)) return given;
 
-  for (const RuleKeyword& known : kSuccessRules) {
-    if (result.qualifier != known.keyword) continue;
-    success.rule = known.rule;
-    success.categorical = known.categorical;
+  if (const SuccessRuleRow* rule = findRule(given.qualifier)) {
+    success.rule = rule->code;
+    success.categorical = rule->categorical;
   }
-  if (qualifier == nullptr) return result;
-  if (success.rule == kCutpoint) {
-    result.tokens = qualifier->getTokenList();
-    qualifier->getNumberValue(result.cutPoint);
-  } else if (success.rule == kLevels) {
-    result.tokens = distinctLevels(qualifier->getTokenList());
-    if (result.tokens.size() < qualifier->getTokenList().size()) {
-      messages_.GenericWarning(texts::kDuplicateSuccessLevels);
-    }
+  if (qualifier == nullptr) return given;
+  if (success.rule == SuccessRule::kCutpoint) {
+    given.tokens = qualifier->getTokenList();
+    qualifier->getNumberValue(given.cutPoint);
+  } else if (success.rule == SuccessRule::kLevels) {
+    given.tokens = readLevels(context, *qualifier);
   }
-  return result;
+  return given;
 }
 
-bool PRPCommandParser::buildSuccessElements(const SuccessRule& rule, const char* listKeyword,
-                                            const char* subcommand, const VarIndices& variables,
-                                            std::vector<BinInfoElem>& elements) {
-  elements.assign(variables.size(), BinInfoElem());
-  for (size_t i = 0; i < variables.size(); ++i) {
-    if (!buildSuccessElement(rule, listKeyword, subcommand, variables[i], elements[i])) {
-      return false;
-    }
-  }
-  return true;
+bool addLevels(ParseContext& context, const GivenRule& given, VarSpecObj& validator,
+               BinInfoElem& element) {
+  const auto add = [&](const TokenInfoObj& token) {
+    return addLevel(context.buffers, validator, levelOf(token), element);
+  };
+  if (std::all_of(given.tokens.begin(), given.tokens.end(), add)) return true;
+  context.messages.GenericError(texts::kInvalidSuccessLevel);
+  return false;
 }
 
-bool PRPCommandParser::buildSuccessElement(const SuccessRule& rule, const char* listKeyword,
-                                           const char* subcommand, VarIndex index,
-                                           BinInfoElem& element) {
-  const BinInfoElem& success = specs_.successInfo();
-  const ZELK_Variable& variable = source_.GetVariable(index);
+bool buildElement(ParseContext& context, const GivenRule& given, const ListName& list,
+                  VarIndex index, BinInfoElem& element) {
+  const BinInfoElem& success = context.specs.successInfo();
+  const ZELK_Variable& variable = context.source.GetVariable(index);
   const bool isString = variable.GetType() > 0;
   element.rule = success.rule;
-  element.categorical = success.categorical || (success.rule == kLevels && isString);
+  element.categorical = success.categorical || (success.rule == SuccessRule::kLevels && isString);
   element.obsLength = obsLength(variable.GetType());
   element.printFormat = variable.GetFormat();
   if (!element.categorical && isString) {
-    messages_.GenericError(texts::kNumericSuccessOption, rule.qualifier);
+    context.messages.GenericError(texts::kNumericSuccessOption, given.qualifier);
     return false;
   }
-  if (element.rule == kCutpoint) addCutPoint(rule.cutPoint, rule.tokens, element);
-  if (element.rule != kLevels) return true;
-
-  VarSpecObj validator(listKeyword, subcommand, source_);
+  if (element.rule == SuccessRule::kCutpoint) {
+    addCutPoint(context.buffers, given.cutPoint, given.tokens, element);
+  }
+  if (element.rule != SuccessRule::kLevels) return true;
+  VarSpecObj validator(list.keyword, list.subcommand, context.source);
   validator.SetErrorReporting(false);
   validator.SetVariable(index);
-  for (const TokenInfoObj& token : rule.tokens) {
-    const double number = token.isNumber() ? token.getNumber() : kSystemMissing;
-    if (!addLevel(validator, token.isNumber(), number, token.getText(), element)) {
-      messages_.GenericError(texts::kInvalidSuccessLevel);
-      return false;
-    }
+  return addLevels(context, given, validator, element);
+}
+
+/// Up to the first variable that does not accept the rule.
+bool buildElements(ParseContext& context, const GivenRule& given, const ListName& list,
+                   const VarIndices& variables, std::vector<BinInfoElem>& elements) {
+  elements.assign(variables.size(), BinInfoElem());
+  for (size_t i = 0; i < variables.size(); ++i) {
+    if (!buildElement(context, given, list, variables[i], elements[i])) return false;
   }
   return true;
+}
+
+}  // namespace
+
+bool validateSuccess(ParseContext& context, SubComObj* subcommand) {
+  const GivenRule given = readRule(context, subcommand);
+  PRPValidSpecs& specs = context.specs;
+  const CommandSettings& settings = specs.settings();
+  const DesignRow* design = findDesign(settings.modelType);
+  if (design == nullptr) return true;
+  bool valid = buildElements(context, given, {"", design->subcommand}, settings.testVarIndices,
+                             specs.testVarInfo());
+  // The second list's outcome replaces the first's on purpose: a rule that only the first list
+  // refuses is reported and the command still runs.
+  if (!settings.secondVarIndices.empty()) {
+    valid = buildElements(context, given, {keywords::kWith, design->subcommand},
+                          settings.secondVarIndices, specs.secondVarInfo());
+  }
+  return valid;
 }
 
 }  // namespace proportions

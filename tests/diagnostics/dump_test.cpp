@@ -75,7 +75,7 @@ TEST_F(Dump, SpecificationAsItIsMade) {
   )");
 }
 
-BinInfoElem element(int32_t rule, std::vector<double> numbers) {
+BinInfoElem element(SuccessRule rule, std::vector<double> numbers) {
   BinInfoElem made;
   made.rule = rule;
   made.numericValues = std::move(numbers);
@@ -83,19 +83,19 @@ BinInfoElem element(int32_t rule, std::vector<double> numbers) {
 }
 
 TEST_F(Dump, SpecificationFilled) {
-  specs_.setModelType(kIndependentSamples);
+  specs_.setModelType(Design::kIndependent);
   specs_.setTestVarIndices({3, 1});
-  specs_.testVarInfo() = {element(kFirst, {}), element(kMidpoint, {})};
+  specs_.testVarInfo() = {element(SuccessRule::kFirst, {}), element(SuccessRule::kMidpoint, {})};
   specs_.setSecondVarIndices({2});
-  specs_.secondVarInfo() = {element(kCutpoint, {2.5})};
+  specs_.secondVarInfo() = {element(SuccessRule::kCutpoint, {2.5})};
   specs_.setTestValue(0.25);
   specs_.setOrderedPairs(true);
   specs_.setGroupVarIndex(4);
-  specs_.groupInfo() = element(kLevels, {1, 2});
+  specs_.groupInfo() = element(SuccessRule::kLevels, {1, 2});
   specs_.setScopeAnalysis(false);
   specs_.setUserMissingIncluded(true);
   BinInfoElem& success = specs_.successInfo();
-  success.rule = 7;
+  success.rule = static_cast<SuccessRule>(7);
   success.categorical = false;
   success.stringValues = {"a", "long level"};
   success.obsLength = 2;
@@ -157,7 +157,7 @@ class ModelType : public Dump,
                   public testing::WithParamInterface<std::pair<int32_t, std::string>> {};
 
 TEST_P(ModelType, IsShownAsText) {
-  specs_.setModelType(GetParam().first);
+  specs_.setModelType(static_cast<Design>(GetParam().first));
   dumpSpecification(specs_);
   EXPECT_EQ(displayLines(host_.transcript()).at(6), "S Model Type = \"" + GetParam().second + "\"");
 }

@@ -5,8 +5,9 @@
 
 #include <cmath>
 #include <limits>
+#include <memory>
 
-#include "module/driver/algorithm.h"
+#include "module/model/algorithm.h"
 #include "tests/recording/host.h"
 
 namespace proportions {
@@ -27,18 +28,27 @@ TEST(RoundedWeight, HalvesGoUpAndWhatIsBelowOneHalfDropsTheCase) {
   for (const auto& [raw, counted] : weights) EXPECT_EQ(roundedWeight(raw), counted) << raw;
 }
 
-/// An analysis of one string variable with these values.
+/// An analysis of one string variable with these values. What is set in `specs` before the first
+/// call of analysis() is what the analysis goes by.
 class Reading {
  public:
-  explicit Reading(std::vector<std::string> values) : host_(scriptOf(values)) {
-    analysis.testVarIndices = {0};
-    analysis.testVarInfo.resize(1);
-    analysis.testVarCats.push_back(std::make_unique<VarCatInfo>());
-    analysis.testVarCats[0]->isString = true;
+  explicit Reading(const std::vector<std::string>& values, const BinInfoElem& definition = {})
+      : host_(scriptOf(values)) {
+    specs.setTestVarIndices({0});
+    specs.testVarInfo() = {definition};
+  }
+
+  PRPAlgorithm& analysis() {
+    if (analysis_ == nullptr) {
+      analysis_ = std::make_unique<PRPAlgorithm>(source_, procedure_, specs);
+      analysis_->testVarCats.push_back(std::make_unique<VarCatInfo>());
+      analysis_->testVarCats[0]->isString = true;
+    }
+    return *analysis_;
   }
 
   std::vector<Code> codes() {
-    CaseReader reader(analysis, static_cast<ProcDSIterator&>(*iterator_));
+    CaseReader reader(analysis(), static_cast<ProcDSIterator&>(*iterator_));
     UsedCase used;
     std::vector<Code> found;
     while (reader.nextUsedCase(used)) found.push_back(used.first.at(0));
@@ -56,22 +66,27 @@ class Reading {
   recording::Host host_;
   ProcedureDataSource source_;
   BpProcedure procedure_{"Proportions", 10};
-  PRPValidSpecs specs_{source_};
 
  public:
-  PRPAlgorithm analysis{source_, procedure_, specs_};
+  PRPValidSpecs specs{source_};
 
  private:
+  std::unique_ptr<PRPAlgorithm> analysis_;
   std::unique_ptr<ZELK_InputCaseIterator> iterator_{source_.MakeIterator()};
 };
 
+BinInfoElem definitionBy(SuccessRule rule, std::vector<std::string> levels) {
+  BinInfoElem definition;
+  definition.rule = rule;
+  definition.stringValues = std::move(levels);
+  return definition;
+}
+
 std::vector<Code> codesFor(bool ignoreCase, bool printUpperCase, const char* level) {
-  Reading reading({"abc", "ABC", "Abc", "x"});
-  reading.analysis.initialDataPass = false;
-  reading.analysis.ignoreCase = ignoreCase;
-  reading.analysis.printUpperCase = printUpperCase;
-  reading.analysis.testVarInfo[0].rule = kLevels;
-  reading.analysis.testVarInfo[0].stringValues = {level};
+  Reading reading({"abc", "ABC", "Abc", "x"}, definitionBy(SuccessRule::kLevels, {level}));
+  reading.specs.setIgnoreCase(ignoreCase);
+  reading.specs.setPrintUpperCase(printUpperCase);
+  reading.analysis().initialDataPass = false;
   return reading.codes();
 }
 
@@ -83,28 +98,27 @@ TEST(IgnoreCase, FoldsInTheDirectionOfThePrint) {
 }
 
 TEST(StringValues, HaveNoMidpointAndNoCutPoint) {
-  for (const int32_t rule : {kMidpoint, kCutpoint}) {
-    Reading reading({"abc", "x"});
-    reading.analysis.initialDataPass = false;
-    reading.analysis.testVarInfo[0].rule = rule;
-    EXPECT_EQ(reading.codes(), (std::vector<Code>{0, 0})) << rule;
+  for (const SuccessRule rule : {SuccessRule::kMidpoint, SuccessRule::kCutpoint}) {
+    Reading reading({"abc", "x"}, definitionBy(rule, {}));
+    reading.analysis().initialDataPass = false;
+    EXPECT_EQ(reading.codes(), (std::vector<Code>{0, 0})) << static_cast<int32_t>(rule);
   }
 }
 
 TEST(Counters, StopAtTheLargestNumber) {
   Reading reading({"a", "b", "c"});
-  reading.analysis.nAll = std::numeric_limits<int32_t>::max() - 1;
-  reading.analysis.nValid = std::numeric_limits<int32_t>::max();
+  reading.analysis().nAll = std::numeric_limits<int32_t>::max() - 1;
+  reading.analysis().nValid = std::numeric_limits<int32_t>::max();
   EXPECT_EQ(reading.codes(), (std::vector<Code>(3, kNotCounted)));
-  EXPECT_EQ(reading.analysis.nAll, std::numeric_limits<int32_t>::max());
-  EXPECT_EQ(reading.analysis.nValid, std::numeric_limits<int32_t>::max());
-  EXPECT_EQ(reading.analysis.wValid, 3);
+  EXPECT_EQ(reading.analysis().nAll, std::numeric_limits<int32_t>::max());
+  EXPECT_EQ(reading.analysis().nValid, std::numeric_limits<int32_t>::max());
+  EXPECT_EQ(reading.analysis().wValid, 3);
 }
 
 TEST(FirstPass, CollectsExtremesInTheOrderOfTheCollation) {
   Reading reading({"b", "", "abc", "d", "c"});
   reading.codes();
-  const VarCatInfo& cats = *reading.analysis.testVarCats[0];
+  const VarCatInfo& cats = *reading.analysis().testVarCats[0];
   EXPECT_TRUE(cats.hasValidValue);
   EXPECT_EQ(cats.minString, "abc");
   EXPECT_EQ(cats.maxString, "d");
@@ -116,10 +130,20 @@ TEST(Specification, KeepsTheLevelWhenOneOutsideIsSet) {
   PRPValidSpecs specs(source);
   for (const double percent : {100.0, -1.0, 1e9, std::nan("")}) {
     specs.setConfidenceLevel(percent);
-    EXPECT_EQ(specs.confidenceLevel(), 95.0) << percent;
+    EXPECT_EQ(specs.settings().ciLevel, 95.0) << percent;
   }
   specs.setConfidenceLevel(0);
-  EXPECT_EQ(specs.confidenceLevel(), 0.0);
+  EXPECT_EQ(specs.settings().ciLevel, 0.0);
+}
+
+TEST(Specification, KeepsOrDropsRepeatedTestVariables) {
+  const recording::Host host(recording::Script{});
+  ProcedureDataSource source;
+  PRPValidSpecs specs(source);
+  specs.setTestVarIndices({3, 1, 3, 2, 1});
+  EXPECT_EQ(specs.settings().testVarIndices, (std::vector<VarIndex>{3, 1, 3, 2, 1}));
+  specs.setDistinctTestVarIndices({3, 1, 3, 2, 1});
+  EXPECT_EQ(specs.settings().testVarIndices, (std::vector<VarIndex>{3, 1, 2}));
 }
 
 }  // namespace

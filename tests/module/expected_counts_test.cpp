@@ -4,15 +4,17 @@
 
 #include <cmath>
 
+#include "module/independent/intervals.h"
 #include "module/independent/significance.h"
 #include "module/math/arithmetic.h"
-#include "module/onesample/run.h"
+#include "module/onesample/estimates.h"
+#include "module/onesample/intervals.h"
 #include "module/onesample/significance.h"
 
 namespace proportions {
 namespace {
 
-OneSampleCounts counts(double x, double n) { return {x, n - x, n}; }
+onesample::Counts counts(double x, double n) { return {x, n - x, n}; }
 
 /// Calls with every n and every p0 of two decimals for which `times`·n·p0 is whole.
 template <typename Check>
@@ -31,10 +33,10 @@ TEST(ExpectedCounts, AreNoDeviation) {
     const std::string where = std::to_string(x) + "/" + std::to_string(n);
     PropZOneSamp record;
     record.numSuccesses = x, record.numFailures = n - x, record.numTrials = n;
-    estimate(record, p0);
+    onesample::estimate(record, p0);
     EXPECT_EQ(record.estimatedDifference, 0.0) << where;
-    EXPECT_EQ(scoreTest(counts(x, n), p0).statistic, 0.0) << where;
-    EXPECT_EQ(waldTest(counts(x, n), p0).statistic, 0.0) << where;
+    EXPECT_EQ(onesample::score(counts(x, n), p0).statistic, 0.0) << where;
+    EXPECT_EQ(onesample::wald(counts(x, n), p0).statistic, 0.0) << where;
     ++checked;
   });
   EXPECT_GT(checked, 1000);
@@ -46,9 +48,9 @@ TEST(ExpectedCounts, HalfACaseBesideIsATie) {
     if (twice % 2 == 0) return;
     for (const int x : {(twice - 1) / 2, (twice + 1) / 2}) {
       const std::string where = std::to_string(x) + "/" + std::to_string(n);
-      EXPECT_EQ(scoreTestCorrected(counts(x, n), p0).statistic, 0.0) << where;
+      EXPECT_EQ(onesample::scoreCorrected(counts(x, n), p0).statistic, 0.0) << where;
       if (x == 0 || x == n) continue;
-      EXPECT_EQ(waldTestCorrected(counts(x, n), p0).statistic, 0.0) << where;
+      EXPECT_EQ(onesample::waldCorrected(counts(x, n), p0).statistic, 0.0) << where;
     }
     ++checked;
   });
@@ -57,12 +59,12 @@ TEST(ExpectedCounts, HalfACaseBesideIsATie) {
 
 TEST(ExpectedCounts, ATestValueBesideTheDecimalDeviates) {
   const double p0 = std::nextafter(std::nextafter(0.28, 1.0), 1.0);
-  EXPECT_LT(scoreTest(counts(7, 25), p0).statistic, 0.0);
+  EXPECT_LT(onesample::score(counts(7, 25), p0).statistic, 0.0);
   // 25·p0 is exact in two parts; the deviation has all its digits.
   EXPECT_EQ(deviation(7, 25, p0), (7 - 25 * p0) - std::fma(25, p0, -25 * p0));
 }
 
-GroupCounts group(double x, double n) { return {x, n - x, n}; }
+Sample group(double x, double n) { return {x, n - x, n}; }
 
 TEST(ExpectedCounts, TiesOfTwoGroups) {
   // |p1 - p2| = (1/n1 + 1/n2) / 2 exactly where 2·(x1·n2 - x2·n1) = n1 + n2.
@@ -72,9 +74,10 @@ TEST(ExpectedCounts, TiesOfTwoGroups) {
       for (int x1 = 1; x1 < n1; ++x1) {
         const int twice = 2 * x1 * n2 - (n1 + n2);
         if (twice < 0 || twice % (2 * n1) != 0) continue;
-        const TwoGroups tie{group(x1, n1), group(twice / (2 * n1), n2)};
-        const TwoGroups swapped{tie.second, tie.first};
-        for (const auto test : {waldDifferenceTestCorrected, pooledTestCorrected}) {
+        const independent::Counts tie{group(x1, n1), group(twice / (2 * n1), n2)};
+        const independent::Counts swapped{tie.second, tie.first};
+        for (const independent::Test test : {independent::Test(independent::waldCorrected),
+                                             independent::Test(independent::waldH0Corrected)}) {
           for (const double z : {test(tie).statistic, test(swapped).statistic}) {
             EXPECT_EQ(z, 0.0) << x1 << '/' << n1 << ' ' << tie.second.x << '/' << n2;
             EXPECT_FALSE(std::signbit(z));
@@ -89,12 +92,12 @@ TEST(ExpectedCounts, TiesOfTwoGroups) {
 
 TEST(ExpectedCounts, HauckAndersonTies) {
   // |p1 - p2| = 1 / (2·min(n1, n2)): 3/4 against 5/8.
-  EXPECT_EQ(hauckAndersonTest({group(3, 4), group(5, 8)}).statistic, 0.0);
-  EXPECT_EQ(hauckAndersonTest({group(5, 8), group(3, 4)}).statistic, 0.0);
+  EXPECT_EQ(independent::hauckAnderson({group(3, 4), group(5, 8)}).statistic, 0.0);
+  EXPECT_EQ(independent::hauckAnderson({group(5, 8), group(3, 4)}).statistic, 0.0);
 }
 
 TEST(ExpectedCounts, ATieWithoutVarianceHasNoStatistic) {
-  EXPECT_TRUE(isMissing(waldDifferenceTestCorrected({group(1, 1), group(0, 1)}).statistic));
+  EXPECT_TRUE(isMissing(independent::waldCorrected({group(1, 1), group(0, 1)}).statistic));
 }
 
 TEST(ExpectedCounts, AlmostATieOfHugeGroups) {
@@ -102,10 +105,10 @@ TEST(ExpectedCounts, AlmostATieOfHugeGroups) {
   const double n2 = 4503599627370496.0, n1 = n2 - 1;
   const double moved = 0.5 / n1 / n2;
   const double error = std::sqrt(1 / n1 * ((n1 - 1) / n1) / n1);
-  const double z = waldDifferenceTestCorrected({group(1, n1), group(0, n2)}).statistic;
+  const double z = independent::waldCorrected({group(1, n1), group(0, n2)}).statistic;
   EXPECT_NEAR(z / (moved / error), 1, 1e-15);
-  EXPECT_EQ(waldDifferenceTestCorrected({group(0, n2), group(1, n1)}).statistic, -z);
-  EXPECT_EQ(waldDifferenceTestCorrected({group(1, n2), group(0, n2)}).statistic, 0.0);
+  EXPECT_EQ(independent::waldCorrected({group(0, n2), group(1, n1)}).statistic, -z);
+  EXPECT_EQ(independent::waldCorrected({group(1, n2), group(0, n2)}).statistic, 0.0);
 }
 
 }  // namespace

@@ -4,10 +4,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <set>
 #include <vector>
 
-#include "module/data/var_value.h"
+#include "module/model/gathered_values.h"
 #include "tests/recording/host.h"
 
 namespace proportions {
@@ -30,10 +29,12 @@ TEST(GatheredValues, NoneVanishesBesideANaN) {
   std::vector<double> values{3.0, NAN, 1.0, kSystemMissing, 2.0};
   for (size_t turn = 0; turn < values.size(); ++turn) {
     std::rotate(values.begin(), values.begin() + 1, values.end());
-    std::set<VarValue, VarValueLess> set;
-    for (const double value : values) set.insert(VarValue::number(value));
-    ASSERT_EQ(set.size(), values.size());
-    auto element = set.begin();
+    GatheredValues gathered;
+    for (const double value : values) gathered.insert(VarValue::number(value));
+    for (const double value : values) gathered.insert(VarValue::number(value));
+    gathered.sort();
+    ASSERT_EQ(gathered.list().size(), values.size());
+    auto element = gathered.list().begin();
     EXPECT_EQ((element++)->numericValue, kSystemMissing);
     for (const double number : {1.0, 2.0, 3.0}) EXPECT_EQ((element++)->numericValue, number);
     EXPECT_TRUE(std::isnan(element->numericValue));

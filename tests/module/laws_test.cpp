@@ -5,8 +5,11 @@
 #include <cmath>
 
 #include "host/distributions.h"
+#include "module/independent/intervals.h"
 #include "module/independent/significance.h"
+#include "module/onesample/intervals.h"
 #include "module/onesample/significance.h"
+#include "module/paired/intervals.h"
 #include "module/paired/significance.h"
 
 namespace proportions {
@@ -37,7 +40,7 @@ void expectContains(const Bounds& wide, const Bounds& narrow, const char* method
 }
 
 TEST(Laws, OneSampleIntervals) {
-  for (const auto& method : kOneSampleIntervals) {
+  for (const auto& method : onesample::kIntervals) {
     for (double n : {1.0, 2.0, 7.0, 40.0, 1000.0}) {
       for (double x = 0; x <= n; x += std::max(1.0, n / 10)) {
         Bounds narrower{0.5, 0.5};
@@ -57,11 +60,11 @@ TEST(Laws, OneSampleIntervals) {
 }
 
 TEST(Laws, IndependentIntervals) {
-  for (const auto& method : kIndependentIntervals) {
-    const TwoGroups groups[] = {{{3, 7, 10}, {5, 4, 9}},
-                                {{0, 5, 5}, {5, 0, 5}},
-                                {{1, 0, 1}, {2, 3, 5}},
-                                {{40, 60, 100}, {1, 999, 1000}}};
+  for (const auto& method : independent::kIntervals) {
+    const independent::Counts groups[] = {{{3, 7, 10}, {5, 4, 9}},
+                                          {{0, 5, 5}, {5, 0, 5}},
+                                          {{1, 0, 1}, {2, 3, 5}},
+                                          {{40, 60, 100}, {1, 999, 1000}}};
     for (const auto& [one, two] : groups) {
       for (double percent : kLevels) {
         const Bounds bounds = method.function({one, two}, levelOf(percent));
@@ -74,10 +77,10 @@ TEST(Laws, IndependentIntervals) {
 }
 
 TEST(Laws, PairedIntervals) {
-  for (const auto& method : kPairedIntervals) {
-    for (const PairedCounts& counts :
-         {PairedCounts{3, 2, 1, 4}, {0, 9, 1, 0}, {59, 6, 16, 80}, {1, 0, 0, 1}}) {
-      const PairedCounts swapped{counts.a, counts.c, counts.b, counts.d};
+  for (const auto& method : paired::kIntervals) {
+    for (const paired::Counts& counts :
+         {paired::Counts{3, 2, 1, 4}, {0, 9, 1, 0}, {59, 6, 16, 80}, {1, 0, 0, 1}}) {
+      const paired::Counts swapped{counts.a, counts.c, counts.b, counts.d};
       for (double percent : kLevels) {
         const Bounds bounds = method.function(counts, levelOf(percent));
         const Bounds other = method.function(swapped, levelOf(percent));
@@ -89,14 +92,14 @@ TEST(Laws, PairedIntervals) {
 }
 
 TEST(Laws, SwappingGroupsKeepsPValues) {
-  for (const auto& method : kIndependentTests) {
-    const GroupCounts one{90, 10, 100}, two{20, 80, 100};
+  for (const auto& method : independent::kTests) {
+    const Sample one{90, 10, 100}, two{20, 80, 100};
     const TestResult test = method.function({one, two}), swapped = method.function({two, one});
     EXPECT_EQ(test.oneSided, swapped.oneSided) << method.keyword;
     EXPECT_EQ(test.statistic, -swapped.statistic) << method.keyword;
     EXPECT_GT(test.oneSided, 0.0) << method.keyword;
   }
-  for (const auto& method : kPairedTests) {
+  for (const auto& method : paired::kTests) {
     const TestResult test = method.function({5, 40, 3, 70}),
                      swapped = method.function({5, 3, 40, 70});
     EXPECT_EQ(test.oneSided, swapped.oneSided) << method.keyword;

@@ -4,11 +4,14 @@
 #include <cmath>
 
 #include "host/distributions.h"
-#include "module/independent/run.h"
+#include "module/independent/estimates.h"
+#include "module/independent/intervals.h"
 #include "module/independent/significance.h"
-#include "module/onesample/run.h"
+#include "module/onesample/estimates.h"
+#include "module/onesample/intervals.h"
 #include "module/onesample/significance.h"
-#include "module/paired/run.h"
+#include "module/paired/estimates.h"
+#include "module/paired/intervals.h"
 #include "module/paired/significance.h"
 #include "reference_file.h"
 
@@ -29,16 +32,16 @@ auto functionOf(const Table& table, const std::string& keyword) {
   throw std::out_of_range("no method " + keyword);
 }
 
-OneSampleCounts oneSample(const ReferenceRow& row) {
+onesample::Counts sampleOf(const ReferenceRow& row) {
   const double x = row.number("x"), n = row.number("n");
   return {x, n - x, n};
 }
 
-PairedCounts paired(const ReferenceRow& row) {
+paired::Counts tableOf(const ReferenceRow& row) {
   return {row.number("n11"), row.number("n10"), row.number("n01"), row.number("n00")};
 }
 
-TwoGroups independent(const ReferenceRow& row) {
+independent::Counts groupsOf(const ReferenceRow& row) {
   const double x1 = row.number("x1"), n1 = row.number("n1");
   const double x2 = row.number("x2"), n2 = row.number("n2");
   return {{x1, n1 - x1, n1}, {x2, n2 - x2, n2}};
@@ -62,48 +65,48 @@ void expectTest(const TestResult& got, const ReferenceRow& row) {
 TEST(Methods, OneSampleIntervals) {
   const ReferenceFile file("onesample_intervals.csv");
   for (const ReferenceRow& row : file.rows()) {
-    const auto method = functionOf(kOneSampleIntervals, row.text("method"));
-    expectBounds(method(oneSample(row), levelOf(row)), row);
+    const auto method = functionOf(onesample::kIntervals, row.text("method"));
+    expectBounds(method(sampleOf(row), levelOf(row)), row);
   }
 }
 
 TEST(Methods, OneSampleTests) {
   const ReferenceFile file("onesample_tests.csv");
   for (const ReferenceRow& row : file.rows()) {
-    const auto method = functionOf(kOneSampleTests, row.text("test"));
-    expectTest(method(oneSample(row), row.number("p0")), row);
+    const auto method = functionOf(onesample::kTests, row.text("test"));
+    expectTest(method(sampleOf(row), row.number("p0")), row);
   }
 }
 
 TEST(Methods, PairedIntervals) {
   const ReferenceFile file("paired_intervals.csv");
   for (const ReferenceRow& row : file.rows()) {
-    const auto method = functionOf(kPairedIntervals, row.text("method"));
-    expectBounds(method(paired(row), levelOf(row)), row);
+    const auto method = functionOf(paired::kIntervals, row.text("method"));
+    expectBounds(method(tableOf(row), levelOf(row)), row);
   }
 }
 
 TEST(Methods, PairedTests) {
   const ReferenceFile file("paired_tests.csv");
   for (const ReferenceRow& row : file.rows()) {
-    const auto method = functionOf(kPairedTests, row.text("test"));
-    expectTest(method(paired(row)), row);
+    const auto method = functionOf(paired::kTests, row.text("test"));
+    expectTest(method(tableOf(row)), row);
   }
 }
 
 TEST(Methods, IndependentIntervals) {
   const ReferenceFile file("independent_intervals.csv");
   for (const ReferenceRow& row : file.rows()) {
-    const auto method = functionOf(kIndependentIntervals, row.text("method"));
-    expectBounds(method(independent(row), levelOf(row)), row);
+    const auto method = functionOf(independent::kIntervals, row.text("method"));
+    expectBounds(method(groupsOf(row), levelOf(row)), row);
   }
 }
 
 TEST(Methods, IndependentTests) {
   const ReferenceFile file("independent_tests.csv");
   for (const ReferenceRow& row : file.rows()) {
-    const auto method = functionOf(kIndependentTests, row.text("test"));
-    expectTest(method(independent(row)), row);
+    const auto method = functionOf(independent::kTests, row.text("test"));
+    expectTest(method(groupsOf(row)), row);
   }
 }
 
@@ -111,11 +114,11 @@ TEST(Methods, PairedEstimates) {
   const ReferenceFile file("paired_statistics.csv");
   for (const ReferenceRow& row : file.rows()) {
     PropZPairSamp record;
-    const auto [a, b, c, d] = paired(row);
+    const auto [a, b, c, d] = tableOf(row);
     record._n11 = a, record._n10 = b, record._n01 = c, record._n00 = d;
     record._n1p = a + b, record._np1 = a + c, record._n0p = c + d, record._np0 = b + d;
     record.numObservations = a + b + c + d;
-    estimate(record);
+    paired::estimate(record);
     expectClose(record.firstProportion, row, "p1");
     expectClose(record.secondProportion, row, "p2");
     expectClose(record.estimatedDifference, row, "diff");
@@ -130,11 +133,11 @@ TEST(Methods, IndependentEstimates) {
   const ReferenceFile file("independent_statistics.csv");
   for (const ReferenceRow& row : file.rows()) {
     PropZIndSamp record;
-    const auto [one, two] = independent(row);
+    const auto [one, two] = groupsOf(row);
     record.numSuccesses1 = one.x, record.numFailures1 = one.f, record.numTrials1 = one.n;
     record.numSuccesses2 = two.x, record.numFailures2 = two.f, record.numTrials2 = two.n;
     record.numObservations = one.n + two.n;
-    estimate(record);
+    independent::estimate(record);
     expectClose(record.populationProportion1, row, "p1");
     expectClose(record.populationProportion2, row, "p2");
     expectClose(record.estimatedDifference, row, "diff");
@@ -148,7 +151,7 @@ TEST(Methods, IndependentEstimates) {
 TEST(Methods, OneSampleEstimates) {
   PropZOneSamp record;
   record.numSuccesses = 4, record.numFailures = 12, record.numTrials = 16;
-  estimate(record, 0.5);
+  onesample::estimate(record, 0.5);
   EXPECT_EQ(record.populationProportion, 0.25);
   EXPECT_EQ(record.estimatedDifference, -0.25);
   EXPECT_EQ(record._aseDiff0, 0.125);
@@ -165,7 +168,7 @@ void expectLimits(const char* keyword, const Bounds& bounds, const Bounds& hybri
 
 TEST(Methods, InfiniteCriticalValueGivesTheLimits) {
   const Level level = makeLevel(0.0, INFINITY);
-  for (const auto& method : kOneSampleIntervals) {
+  for (const auto& method : onesample::kIntervals) {
     for (const double x : {0.0, 3.0, 10.0}) {
       const Bounds bounds = method.function({x, 10 - x, 10}, level);
       const std::string keyword = method.keyword;
@@ -176,13 +179,13 @@ TEST(Methods, InfiniteCriticalValueGivesTheLimits) {
     }
   }
   const double p1 = 3.0 / 10, p2 = 5.0 / 9;
-  for (const auto& method : kIndependentIntervals) {
+  for (const auto& method : independent::kIntervals) {
     expectLimits(method.keyword, method.function({{3, 7, 10}, {5, 4, 9}}, level),
                  {p1 - p2 - std::hypot(p1, 1 - p2), p1 - p2 + std::hypot(1 - p1, p2)});
   }
   // 3 + 2, 1 + 4: p1 = 0.5, p2 = 0.4, phi = (10 - 5) / sqrt(5 · 5 · 4 · 6).
   const double phi = 5 / std::sqrt(600.0);
-  for (const auto& method : kPairedIntervals) {
+  for (const auto& method : paired::kIntervals) {
     expectLimits(method.keyword, method.function({3, 2, 1, 4}, level),
                  {0.1 - std::sqrt(0.36 + 0.25 - 2 * phi * 0.5 * 0.6),
                   0.1 + std::sqrt(0.16 + 0.25 - 2 * phi * 0.5 * 0.4)});

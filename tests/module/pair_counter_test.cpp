@@ -5,7 +5,7 @@
 
 #include <random>
 
-namespace proportions {
+namespace proportions::paired {
 namespace {
 
 struct Setting {
@@ -72,4 +72,4 @@ INSTANTIATE_TEST_SUITE_P(
                              55, 56, 57, 58, 59, 60, 61, 62, 63, 64, 65, 66, 67, 68, 69, 70}}));
 
 }  // namespace
-}  // namespace proportions
+}  // namespace proportions::paired

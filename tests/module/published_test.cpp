@@ -5,8 +5,11 @@
 #include <sstream>
 
 #include "host/distributions.h"
+#include "module/independent/intervals.h"
 #include "module/independent/significance.h"
+#include "module/onesample/intervals.h"
 #include "module/onesample/significance.h"
+#include "module/paired/intervals.h"
 #include "module/paired/significance.h"
 #include "reference_file.h"
 
@@ -48,22 +51,22 @@ double computed(const ReferenceRow& row) {
   const std::vector<double> c = countsOf(row);
   const bool isInterval = row.text("kind") == "interval";
   if (row.text("design") == "one_sample") {
-    const OneSampleCounts counts{c.at(0), c.at(1) - c.at(0), c.at(1)};
-    return isInterval ? quantityOf(row, apply(kOneSampleIntervals, row, counts,
+    const onesample::Counts counts{c.at(0), c.at(1) - c.at(0), c.at(1)};
+    return isInterval ? quantityOf(row, apply(onesample::kIntervals, row, counts,
                                               levelOf(row.number("given"))))
-                      : quantityOf(row, apply(kOneSampleTests, row, counts, row.number("given")));
+                      : quantityOf(row, apply(onesample::kTests, row, counts, row.number("given")));
   }
   if (row.text("design") == "paired") {
-    const PairedCounts counts{c.at(0), c.at(1), c.at(2), c.at(3)};
-    return isInterval
-               ? quantityOf(row, apply(kPairedIntervals, row, counts, levelOf(row.number("given"))))
-               : quantityOf(row, apply(kPairedTests, row, counts));
+    const paired::Counts counts{c.at(0), c.at(1), c.at(2), c.at(3)};
+    return isInterval ? quantityOf(row, apply(paired::kIntervals, row, counts,
+                                              levelOf(row.number("given"))))
+                      : quantityOf(row, apply(paired::kTests, row, counts));
   }
-  const TwoGroups groups{{c.at(0), c.at(1) - c.at(0), c.at(1)},
-                         {c.at(2), c.at(3) - c.at(2), c.at(3)}};
-  return isInterval ? quantityOf(row, apply(kIndependentIntervals, row, groups,
+  const independent::Counts groups{{c.at(0), c.at(1) - c.at(0), c.at(1)},
+                                   {c.at(2), c.at(3) - c.at(2), c.at(3)}};
+  return isInterval ? quantityOf(row, apply(independent::kIntervals, row, groups,
                                             levelOf(row.number("given"))))
-                    : quantityOf(row, apply(kIndependentTests, row, groups));
+                    : quantityOf(row, apply(independent::kTests, row, groups));
 }
 
 TEST(Published, Examples) {

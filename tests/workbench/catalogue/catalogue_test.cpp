@@ -72,7 +72,7 @@ TEST(Catalogue, holdsTheFileThatItWasBuiltFrom) {
 
 TEST(Catalogue, everyTextOfTheModuleHasAnEntry) {
   std::set<std::string> keys =
-      captures(kRoot / "module/output", "inline constexpr char k\\w+\\[\\] =\\s*\"([^\"]+)\"");
+      captures(kRoot / "module/model", "inline constexpr char k\\w+\\[\\] =\\s*\"([^\"]+)\"");
   keys.erase("PROPORTIONS");  // the command's own name and title are no keys
   keys.erase("Proportions");
   expectEntries(keys, 70);

@@ -1,4 +1,4 @@
-#include "module/syntax/valid_specs.h"
+#include "module/model/valid_specs.h"
 
 #include <set>
 

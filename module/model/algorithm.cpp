@@ -1,9 +1,10 @@
-#include "module/driver/algorithm.h"
+#include "module/model/algorithm.h"
 
 #include <utility>
 
 #include "host/distributions.h"
-#include "module/output/texts.h"
+#include "module/model/success_rule.h"
+#include "module/model/texts.h"
 
 namespace proportions {
 
@@ -13,26 +14,10 @@ PRPAlgorithm::PRPAlgorithm(ProcedureDataSource& source, BpProcedure& output,
       procedure(&output),
       specs(&record),
       varValidSpecs(record.variableSpecs()),
-      modelType(record.modelType()),
-      testVarIndices(record.testVarIndices()),
-      testVarInfo(record.testVarInfo()),
-      secondVarIndices(record.secondVarIndices()),
-      secondVarInfo(record.secondVarInfo()),
-      testValue(record.testValue()),
-      orderedPair(record.orderedPairs()),
-      groupVarIndex(record.groupVarIndex()),
-      groupInfo(record.groupInfo()),
-      ciLevel(record.confidenceLevel()),
-      testTypes(record.testTypes()),
-      ciTypes(record.ciTypes()),
-      ignoreCase(record.ignoreCase()),
-      scopeAnalysis(record.scopeAnalysis()),
-      userMissingIncluded(record.userMissingIncluded()),
-      printUpperCase(record.printUpperCase()),
-      printCategoryOrder(record.printCategoryOrder()),
+      settings(record.settings()),
       weightVarIndex(source.GetWeightVarIndex()),
       splitFile(source.GetNSplitVars() != 0),
-      alpha(1.0 - ciLevel / 100.0) {
+      alpha(1.0 - settings.ciLevel / 100.0) {
   inputMessages.emplace(source);
   messages.emplace();
   messages->SetCommandName(texts::kCommandName);
@@ -46,10 +31,11 @@ PRPAlgorithm::PRPAlgorithm(ProcedureDataSource& source, BpProcedure& output,
 /// groups when it depends on the data. The first test variable decides for all: one SUCCESS rule
 /// covers the command.
 void PRPAlgorithm::decideAggregation() {
-  if (!splitsAsRows || testVarInfo.empty()) return;
-  const int32_t rule = testVarInfo.front().rule;
-  needSuccessAggregation = rule == kFirst || rule == kLast || rule == kMidpoint;
-  needSelectAggregation = groupVarIndex >= 0 && groupInfo.rule == kMidpoint;
+  if (!splitsAsRows || settings.testVarInfo.empty()) return;
+  const SuccessRuleRow* rule = findRule(settings.testVarInfo.front().rule);
+  needSuccessAggregation = rule != nullptr && rule->dependsOnData();
+  needSelectAggregation =
+      settings.groupVarIndex >= 0 && settings.groupInfo.rule == SuccessRule::kMidpoint;
   needAggregation = needSuccessAggregation || needSelectAggregation;
 }
 
@@ -81,12 +67,26 @@ void PRPAlgorithm::findPoolingVariable() {
 bool PRPAlgorithm::computeCriticalValue() {
   nAll = nValid = nInvalid = 0;
   wAll = wValid = wInvalid = 0.0;
-  zCrit = MCDistFun::IdfStdNorm(ciLevel / 200.0 + 0.5);
+  zCrit = MCDistFun::IdfStdNorm(settings.ciLevel / 200.0 + 0.5);
   return true;
 }
 
-VarIndex PRPAlgorithm::secondVariable(int32_t position) const {
-  return secondVarIndices.empty() ? testVarIndices[position] : secondVarIndices[position];
+ListedVariable PRPAlgorithm::firstListVariable(int32_t position) const {
+  const auto i = static_cast<size_t>(position);
+  return {settings.testVarIndices[i], settings.testVarInfo[i], *testVarCats[i],
+          aggregation == nullptr ? nullptr : &aggregation->first[i]};
+}
+
+ListedVariable PRPAlgorithm::secondListVariable(int32_t position) const {
+  if (settings.secondVarIndices.empty()) return firstListVariable(position);
+  const auto i = static_cast<size_t>(position);
+  return {settings.secondVarIndices[i], settings.secondVarInfo[i], *secondVarCats[i],
+          aggregation == nullptr ? nullptr : &aggregation->second[i]};
+}
+
+Grouping PRPAlgorithm::grouping() const {
+  return {settings.groupVarIndex, settings.groupInfo, *groupCats,
+          aggregation == nullptr ? nullptr : &aggregation->midPoints};
 }
 
 }  // namespace proportions

@@ -1,7 +1,8 @@
-#include "module/data/var_value.h"
+#include "module/model/gathered_values.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "host/strings.h"
 
@@ -23,6 +24,12 @@ bool VarValueLess::operator()(const VarValue& a, const VarValue& b) const {
   }
   const int rankA = rank(a.numericValue), rankB = rank(b.numericValue);
   return rankA != rankB ? rankA < rankB : a.numericValue < b.numericValue;
+}
+
+void sortAggregation(PRPAggregation& store) {
+  for (GatheredValues& values : store.first) values.sort();
+  for (GatheredValues& values : store.second) values.sort();
+  store.midPoints.sort();
 }
 
 }  // namespace proportions

@@ -10,15 +10,31 @@
 #include "host/data_source.h"
 #include "host/messages.h"
 #include "host/output.h"
-#include "module/data/aggregation.h"
-#include "module/data/var_cat_info.h"
-#include "module/independent/record.h"
-#include "module/math/interval.h"
-#include "module/onesample/record.h"
-#include "module/paired/record.h"
-#include "module/syntax/valid_specs.h"
+#include "module/math/level.h"
+#include "module/model/gathered_values.h"
+#include "module/model/independent_record.h"
+#include "module/model/onesample_record.h"
+#include "module/model/paired_record.h"
+#include "module/model/valid_specs.h"
+#include "module/model/var_cat_info.h"
 
 namespace proportions {
+
+/// A variable of one of the two lists, with what its rows are labelled by.
+struct ListedVariable {
+  VarIndex index;
+  const BinInfoElem& definition;
+  const VarCatInfo& cats;
+  const GatheredValues* gathered;  ///< of all split groups; null when nothing is gathered
+};
+
+/// The grouping variable with what its sides are labelled by.
+struct Grouping {
+  VarIndex index;
+  const BinInfoElem& definition;
+  const VarCatInfo& cats;
+  const GatheredValues* midPoints;  ///< of all split groups; null when nothing is gathered
+};
 
 /// Holds a copy of every setting that the analysis reads, what the first pass learnt, the counters
 /// and the design's records. Made before the group's first pass, destroyed after the last group's
@@ -32,8 +48,11 @@ struct PRPAlgorithm {
   bool computeCriticalValue();
   /// The confidence level as the interval methods take it; valid after computeCriticalValue.
   Level level() const { return makeLevel(alpha, zCrit); }
-  /// The variable at a position of the second list when there is one, else of the first.
-  VarIndex secondVariable(int32_t position) const;
+  ListedVariable firstListVariable(int32_t position) const;
+  /// From the second list when there is one, else from the first.
+  ListedVariable secondListVariable(int32_t position) const;
+  /// Only where there is a grouping variable, after the first pass has begun.
+  Grouping grouping() const;
 
   // Members are released in reverse order: records and settings first, then the categories, the
   // split key and, last, the two message objects. The constructor makes those two late, hence the
@@ -43,34 +62,18 @@ struct PRPAlgorithm {
   /// Values of the user split variables in the group's first used case; empty until then.
   std::vector<double> splitKey;
   std::unique_ptr<VarCatInfo> groupCats;
-  std::vector<std::unique_ptr<VarCatInfo>> secondVarCats;  ///< parallel to secondVarIndices
-  std::vector<std::unique_ptr<VarCatInfo>> testVarCats;    ///< parallel to testVarIndices
+  std::vector<std::unique_ptr<VarCatInfo>> secondVarCats;  ///< parallel to the second list
+  std::vector<std::unique_ptr<VarCatInfo>> testVarCats;    ///< parallel to the first list
 
   ProcedureDataSource* dataSource;
   BpProcedure* procedure;
   const PRPValidSpecs* specs;
   const VarSpecObj* varValidSpecs;
+  const CommandSettings settings;
 
-  int32_t modelType;
-  std::vector<VarIndex> testVarIndices;
-  std::vector<BinInfoElem> testVarInfo;
-  std::vector<VarIndex> secondVarIndices;
-  std::vector<BinInfoElem> secondVarInfo;
-  double testValue;
-  bool orderedPair;
-  VarIndex groupVarIndex;  ///< -1: none
-  BinInfoElem groupInfo;
-  double ciLevel;  ///< percent
-  MethodFlags testTypes;
-  MethodFlags ciTypes;
-  bool ignoreCase;
-  bool scopeAnalysis;
-  bool userMissingIncluded;
   /// Working lists that this command leaves empty.
   std::vector<int32_t> firstWorkingIndices;
   std::vector<int32_t> secondWorkingIndices;
-  bool printUpperCase;
-  bool printCategoryOrder;
 
   bool initialDataPass = true;  ///< extremes are collected, values not yet classified
   VarIndex weightVarIndex;      ///< negative: unweighted

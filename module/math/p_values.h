@@ -1,4 +1,4 @@
-/// Tests: the value type, and what all tests with a standard normal statistic share.
+/// Tests: the value type, and what all tests with a binomial or a standard normal statistic share.
 #pragma once
 
 namespace proportions {
@@ -14,12 +14,15 @@ struct TestResult {
 TestResult missingTest();
 
 /// The p values of a binomial test: the two-sided one is twice the one-sided, at most 1. No
-/// statistic.
+/// statistic; a missing p value stays missing.
 TestResult binomialTest(double oneSided);
 
 /// The p values of Z: one-sided the smaller tail, two-sided twice that. Both tails are asked of the
 /// host, because 1 - Φ(Z) would lose all digits of a small upper tail. When either is missing, so
 /// are the p values; a missing Z has none.
 TestResult normalTest(double z);
+
+/// The test with Z = deviation / sqrt(variance); missing unless the variance is positive.
+TestResult zTest(double deviation, double variance);
 
 }  // namespace proportions

@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "host/data_source.h"
-#include "module/math/missing.h"
-#include "module/syntax/codes.h"
+#include "module/model/codes.h"
 
 namespace proportions {
 
@@ -16,7 +15,7 @@ namespace proportions {
 using ValueBuffer = std::vector<double>;
 
 struct BinInfoElem {
-  int32_t rule = kLast;
+  SuccessRule rule = SuccessRule::kLast;
   bool categorical = true;  ///< values are matched as categories, not compared as numbers
   std::vector<double> numericValues;
   std::vector<std::string> stringValues;

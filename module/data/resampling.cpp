@@ -1,11 +1,11 @@
-#include "module/driver/resampling.h"
+#include "module/data/resampling.h"
 
 #include <cmath>
 #include <cstddef>
 #include <map>
 
-#include "module/driver/algorithm.h"
-#include "module/output/texts.h"
+#include "module/model/algorithm.h"
+#include "module/model/texts.h"
 
 namespace proportions {
 namespace {

@@ -1,0 +1,11 @@
+/// INDEPENDENTSAMPLES: test variables, grouping and methods.
+#pragma once
+
+#include "module/syntax/parse_context.h"
+
+namespace proportions {
+
+/// Fills the record. False, after a message, when the subcommand is not valid.
+bool validateIndependentSamples(ParseContext& context, SubComObj& subcommand);
+
+}  // namespace proportions
