@@ -10,6 +10,29 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ["PROPORTIONS"]).parents[1]
 
 
+# Each row uses only itself and the rows above it; folders of one row do not use each other.
+FLOORS = {
+    "module": [
+        ["math"],
+        ["model"],
+        ["data", "output", "diag"],
+        ["onesample", "paired", "independent"],
+        ["syntax"],
+        ["driver"],
+    ],
+    "workbench": [
+        ["text", "distributions", "session", "catalogue", "pooling", "resampling"],
+        ["values", "display"],
+        ["engine", "delimited"],
+        ["dataset"],
+        ["output"],
+        ["parser", "results"],
+        ["render", "advice"],
+        ["cli"],
+    ],
+}
+
+
 def includes(folder):
     for path in sorted((ROOT / folder).rglob("*")):
         if path.suffix in (".h", ".cpp"):
@@ -30,11 +53,26 @@ class Structure(unittest.TestCase):
         for path, name in includes("workbench"):
             self.assertRegex(name, r"^(workbench|host)/", path)
 
+    def test_every_folder_stands_on_a_floor(self):
+        for half, floors in FLOORS.items():
+            folders = {path.name for path in (ROOT / half).iterdir() if path.is_dir()}
+            self.assertEqual(folders, set(sum(floors, [])), f"{half}: add the folder to FLOORS, or take it out")
+
+    def test_no_include_leads_up(self):
+        for half, floors in FLOORS.items():
+            floor_of = {folder: floor for floor, folders in enumerate(floors) for folder in folders}
+            for path, name in includes(half):
+                parts = name.split("/")
+                user = path.relative_to(ROOT / half).parts[0]
+                if parts[0] != half or not {user, parts[1]} <= floor_of.keys() or parts[1] == user:
+                    continue
+                self.assertLess(floor_of[parts[1]], floor_of[user], f"{path} includes {name}")
+
     def test_formulas_include_no_other_host_header_than_distributions(self):
         for design in ("onesample", "paired", "independent"):
-            for file in ("intervals", "significance"):
-                for suffix in (".h", ".cpp"):
-                    text = (ROOT / "module" / design / (file + suffix)).read_text()
+            for file in ("counts", "estimates", "intervals", "significance"):
+                for path in (ROOT / "module" / design).glob(file + ".*"):
+                    text = path.read_text()
                     self.assertLessEqual(set(re.findall(r'#include "host/([^"]+)"', text)), {"distributions.h"})
 
     def test_module_exports_its_entry_point_alone(self):
