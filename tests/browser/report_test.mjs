@@ -37,7 +37,7 @@ function nasty() {
     fields: [{ name: "x", type: "integer", title: label, categories: [{ value: 1, label: `</td></table>${label}` }] },
              { name: script, type: "string" }],
   }));
-  return [data, "-c", `PROPORTIONS /ONESAMPLE x CITYPES=ALL TESTTYPES=ALL. PROPORTIONS /ONESAMPL x.`, "--split", script];
+  return [data, "-c", `PROPORTIONS /ONESAMPLE x CITYPES=ALL TESTTYPES=ALL.\nPROPORTIONS /ONESAMPL x.`, "--split", script];
 }
 
 function manyPairs(variables, cases) {

@@ -8,6 +8,7 @@
 #include "workbench/render/render.h"
 #include "workbench/render/report_style.h"
 #include "workbench/render/writer.h"
+#include "workbench/results/known_labels.h"
 #include "workbench/results/sentences.h"
 
 namespace workbench {
@@ -59,10 +60,27 @@ void writeNotes(const DocumentProcedure& procedure, Writer& out) {
   out << "</dl>\n";
 }
 
+/// What was analysed, by the first result; the title of the procedure where there is none.
+std::string headingOf(const DocumentProcedure& procedure) {
+  for (const auto& table : procedure.tables) {
+    const auto kind = tableKindOf(table->title().key);
+    if (!kind) continue;
+    switch (kind->design) {
+      case Design::kOneSample:
+        return "One sample";
+      case Design::kPaired:
+        return "Paired samples";
+      case Design::kIndependent:
+        return "Independent samples";
+    }
+  }
+  return procedure.title;
+}
+
 void writeProcedure(const DocumentProcedure& procedure, const RenderOptions& options, size_t number,
                     Writer& out) {
   const std::string id = "c" + std::to_string(number);
-  out << "<section id=\"" << id << "\">\n<h2>" << htmlText(procedure.title) << "</h2>\n";
+  out << "<section id=\"" << id << "\">\n<h2>" << htmlText(headingOf(procedure)) << "</h2>\n";
   if (!procedure.command.empty()) writeCommand(procedure.command, out);
   for (const DocumentMessage& message : procedure.messages) writeMessage(message, out);
   for (size_t i = 0; i < procedure.tables.size(); ++i) {

@@ -28,6 +28,7 @@ class HtmlTable {
  public:
   HtmlTable(const Table& table, const RenderOptions& options, std::string id, Writer& out)
       : grid_(table), texts_(table, options), labels_(grid_), id_(std::move(id)), out_(out) {
+    folded_ = labels_.levels() > 1 ? 1 : 0;
     for (size_t row = 0; row < labels_.rowCount(); ++row) {
       shared_.push_back(labels_.sharedLevels(row));
     }
@@ -43,7 +44,8 @@ class HtmlTable {
   void write() {
     const size_t rows = labels_.rowCount();
     const size_t part = rows > kLongTable ? kRowsOfPart : std::max<size_t>(rows, 1);
-    out_ << "<section class=\"table\" id=\"" << id_ << "\">\n";
+    out_ << "<section class=\"table\" id=\"" << id_ << "\">\n<h3 id=\"" << id_ << "h\">"
+         << htmlText(tableHeading(grid_.table())) << "</h3>\n";
     for (size_t start = 0; start < rows; start += part) {
       writePart(start, std::min(rows, start + part));
     }
@@ -99,21 +101,31 @@ class HtmlTable {
   }
 
   void writePart(size_t start, size_t end) {
-    const bool isPart = end - start < labels_.rowCount();
-    out_ << (isPart ? "<div class=\"scroll part\"" : "<div class=\"scroll\"")
-         << " tabindex=\"0\" role=\"region\" aria-label=\"" << caption(start, end, isPart)
-         << "\"><table><caption>" << caption(start, end, isPart) << "</caption>\n";
+    const size_t all = labels_.rowCount();
+    const bool isPart = end - start < all;
+    out_ << "<div class=\"scroll" << (isPart ? " part" : "")
+         << "\" tabindex=\"0\" role=\"region\" aria-labelledby=\"" << id_
+         << "h\"><table aria-labelledby=\"" << id_ << "h\">";
+    if (isPart) {
+      out_ << "<caption>Rows " << std::to_string(start + 1) << " to " << std::to_string(end)
+           << " of " << std::to_string(all) << "</caption>";
+    }
+    out_ << '\n';
     writeHead();
     out_ << "<tbody>\n";
-    for (size_t row = start; row < end; ++row) writeRow(row, start, end);
+    for (size_t row = start; row < end; ++row) {
+      if (folded_ > 0 && (row == start || shared_[row] < folded_)) writeSection(row, row > start);
+      writeRow(row, start, end);
+    }
     out_ << "</tbody></table></div>\n";
   }
 
-  std::string caption(size_t start, size_t end, bool isPart) const {
-    std::string text = htmlText(tableHeading(grid_.table()));
-    if (!isPart) return text;
-    return text + ", rows " + std::to_string(start + 1) + " to " + std::to_string(end) + " of " +
-           std::to_string(labels_.rowCount());
+  /// The outermost label as a row of its own, which heads a body of rows.
+  void writeSection(size_t row, bool startsBody) {
+    if (startsBody) out_ << "</tbody><tbody>\n";
+    out_ << "<tr><th scope=\"rowgroup\" colspan=\""
+         << std::to_string(labels_.levels() - folded_ + paths_.size()) << "\">"
+         << htmlEscaped(labels_.joined(row, folded_)) << "</th></tr>\n";
   }
 
   /// A heading that stands under no group reaches over the levels of groups.
@@ -140,11 +152,11 @@ class HtmlTable {
   }
 
   void writeTitles() {
-    for (size_t level = 0; level < labels_.levels();) {
+    for (size_t level = folded_; level < labels_.levels();) {
       size_t next = level + 1;
       while (next < labels_.levels() && labels_.title(next).empty()) ++next;
-      out_ << "<th scope=\"col\"" << span("colspan", next - level) << span("rowspan", headLevels_)
-           << '>' << htmlEscaped(labels_.title(level)) << "</th>";
+      out_ << "<th scope=\"col\" class=\"label\"" << span("colspan", next - level)
+           << span("rowspan", headLevels_) << '>' << htmlEscaped(labels_.title(level)) << "</th>";
       level = next;
     }
   }
@@ -184,7 +196,7 @@ class HtmlTable {
   void writeRow(size_t row, size_t start, size_t end) {
     out_ << "<tr>";
     const std::vector<const std::string*> labels = labels_.labelsOf(row);
-    for (size_t level = 0; level < labels.size(); ++level) {
+    for (size_t level = folded_; level < labels.size(); ++level) {
       const bool isLast = level + 1 == labels.size();
       if (!isLast && row > start && shared_[row] > level) continue;
       size_t next = row + 1;
