@@ -244,6 +244,7 @@ class HtmlTable {
   const RowLabels labels_;
   const std::string id_;
   Writer& out_;
+  size_t folded_ = 0;                        // outer levels that stand in rows of their own
   std::vector<size_t> shared_;               // levels that a row shares with the one before
   std::vector<std::vector<Heading>> paths_;  // of the columns
   size_t headLevels_ = 1;

@@ -110,7 +110,7 @@ class LongHtmlTest : public testing::Test {
 
 TEST_F(LongHtmlTest, aLongTableIsWrittenInParts) {
   const std::string text = page(401);
-  EXPECT_EQ(countOf(text, "<table>"), 3u);
+  EXPECT_EQ(countOf(text, "<table "), 3u);
   EXPECT_NE(text.find("Rows 401 to 401 of 401"), std::string::npos);
   // Each variable has a row of its own above that of its interval.
   EXPECT_EQ(countOf(text, "<tr>"), 2 * 401u + 3 * 2);
@@ -125,7 +125,7 @@ TEST_F(LongHtmlTest, theFirst200IntervalsAreDrawnAndTheRestSaid) {
 TEST_F(LongHtmlTest, allAreDrawnWhereThereAreNoMore) {
   const std::string text = page(200);
   EXPECT_EQ(countOf(text, "<circle"), 200u);
-  EXPECT_EQ(countOf(text, "<table>"), 1u);
+  EXPECT_EQ(countOf(text, "<table "), 1u);
   EXPECT_EQ(text.find("are drawn"), std::string::npos);
 }
 
