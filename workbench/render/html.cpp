@@ -51,6 +51,13 @@ void writeSentences(const DocumentProcedure& procedure, const RenderOptions& opt
   out << "</ul>\n";
 }
 
+void writeAdvice(const DocumentProcedure& procedure, Writer& out) {
+  if (procedure.advice.empty()) return;
+  out << "<h3>Advice</h3>\n<ul>\n";
+  for (const Advice& advice : procedure.advice) out << "<li>" << htmlText(advice.text) << "</li>\n";
+  out << "</ul>\n";
+}
+
 void writeNotes(const DocumentProcedure& procedure, Writer& out) {
   if (procedure.notes.empty()) return;
   out << "<h3>Notes</h3>\n<dl class=\"notes\">\n";
@@ -89,6 +96,10 @@ void writeProcedure(const DocumentProcedure& procedure, const RenderOptions& opt
     writeHtmlPlot(*procedure.tables[i], procedure, options, tableId + "p", out);
   }
   writeSentences(procedure, options, out);
+  if (procedure.casesTable != nullptr) {
+    writeHtmlTable(*procedure.casesTable, options, id + "cases", out);
+  }
+  writeAdvice(procedure, out);
   writeNotes(procedure, out);
   out << "</section>\n";
 }

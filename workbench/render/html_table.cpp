@@ -154,9 +154,10 @@ class HtmlTable {
   void writeTitles() {
     for (size_t level = folded_; level < labels_.levels();) {
       size_t next = level + 1;
-      while (next < labels_.levels() && labels_.title(next).empty()) ++next;
+      while (next < labels_.levels() && labels_.title(next, folded_).empty()) ++next;
       out_ << "<th scope=\"col\" class=\"label\"" << span("colspan", next - level)
-           << span("rowspan", headLevels_) << '>' << htmlEscaped(labels_.title(level)) << "</th>";
+           << span("rowspan", headLevels_) << '>' << htmlEscaped(labels_.title(level, folded_))
+           << "</th>";
       level = next;
     }
   }

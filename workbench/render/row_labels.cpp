@@ -45,6 +45,11 @@ void RowLabels::addDimension(const Dimension& dimension, size_t depth) {
   }
 }
 
+const std::string& RowLabels::title(size_t level, size_t first) const {
+  while (level == first && level > 0 && titles_[level].empty()) first = --level;
+  return titles_[level];
+}
+
 std::vector<const std::string*> RowLabels::labelsOf(size_t row) const {
   static const std::string kNone;
   std::vector<const std::string*> labels;
@@ -83,7 +88,7 @@ std::string RowLabels::joined(size_t row, size_t count) const {
 RowHeadings::RowHeadings(const RowLabels& labels, size_t first, const std::vector<size_t>& limits)
     : labels_(labels), first_(first), limits_(limits) {
   for (size_t i = 0; i < limits_.size(); ++i) {
-    widths_.push_back(widestLine(wrapped(labels_.title(first_ + i), i)));
+    widths_.push_back(widestLine(wrapped(labels_.title(first_ + i, first_), i)));
   }
   const std::string* last = nullptr;
   for (size_t row = 0; row < labels_.rowCount(); ++row) {
@@ -113,7 +118,7 @@ size_t RowHeadings::width() const {
 Block RowHeadings::titles() const {
   Block block;
   for (size_t i = 0; i < limits_.size(); ++i) {
-    const Lines lines = wrapText(labels_.title(first_ + i), widths_[i]);
+    const Lines lines = wrapText(labels_.title(first_ + i, first_), widths_[i]);
     putBeside(block, blockOf(lines, widths_[i], Align::kLeft), i == 0 ? "" : kGap);
   }
   return block;

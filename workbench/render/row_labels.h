@@ -15,8 +15,9 @@ class RowLabels {
   explicit RowLabels(const Grid& grid);
 
   size_t levels() const { return titles_.size(); }
-  /// The name of a level's dimension; empty on the inner levels of a dimension.
-  const std::string& title(size_t level) const { return titles_[level]; }
+  /// The name of a level's dimension; empty on the inner levels of a dimension, unless `first` says
+  /// that the levels before this one stand elsewhere.
+  const std::string& title(size_t level, size_t first) const;
   /// The widest label of a level or its title, in columns.
   size_t naturalWidth(size_t level) const { return widths_[level]; }
   size_t rowCount() const { return rows_.placeCount(); }
