@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
 #include <limits>
 #include <optional>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -63,10 +65,10 @@ class ColumnMerger {
 
  private:
   struct Entry {
-    size_t share = 0;
+    uint32_t share = 0;
     uint32_t code = 0;
     double number = 0.0;  // or
-    std::string text;
+    std::string_view text;
   };
 
   static bool isWide(const ColumnCoder* coder) { return coder->isWide(); }
@@ -123,7 +125,7 @@ class ColumnMerger {
 
   std::vector<Entry> entriesThatAreThere() {
     std::vector<Entry> entries;
-    for (size_t share = 0; share < coders_.size(); ++share) {
+    for (uint32_t share = 0; share < coders_.size(); ++share) {
       codes_.emplace_back(values_[share].size(), 0);
       for (uint32_t code = 0; code < values_[share].size(); ++code) {
         if (!isMissingIn(kind_, values_[share][code])) {
@@ -147,8 +149,11 @@ class ColumnMerger {
 
   void codeTexts(CodedColumn& column) {
     std::vector<Entry> entries = entriesThatAreThere();
+    std::deque<std::string> unescaped;
+    std::string buffer;
     for (Entry& entry : entries) {
-      const std::string text = coders_[entry.share]->textOf(entry.code);
+      std::string_view text = codedText(coders_[entry.share]->fields()[entry.code], buffer);
+      if (text.data() == buffer.data()) text = unescaped.emplace_back(text);
       entry.text = withoutTrailingSpaces(text);
     }
     std::sort(entries.begin(), entries.end(),
@@ -159,7 +164,7 @@ class ColumnMerger {
     assignCodes(
         column, entries, [](const Entry& a, const Entry& b) { return a.text == b.text; },
         [&](const Entry& entry) {
-          column.texts.push_back(entry.text);
+          column.texts.emplace_back(entry.text);
           column.kinds.push_back(values_[entry.share][entry.code].kind);
         });
   }

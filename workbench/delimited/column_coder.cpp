@@ -9,6 +9,9 @@
 namespace workbench {
 namespace {
 
+/// Bytes of fields that wait to be understood when there are no codes.
+constexpr size_t kMostKindBytes = size_t{4} << 20U;
+
 /// Begins the code of a text that does not come from a record, where it cannot occur.
 constexpr char kConstantMark = '\0';
 
@@ -111,7 +114,7 @@ void ColumnCoder::readKinds(const TextBlock& block) {
   }
   std::vector<uint32_t> codes(block.index().records());
   readCodes(block, codes.data());
-  if (fields_.size() > kMostCodedFields) forgetFields();
+  if (memory() > kMostKindBytes) forgetFields();
 }
 
 void ColumnCoder::forgetFields() {

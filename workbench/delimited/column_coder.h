@@ -66,13 +66,17 @@ class ColumnCoder {
   /// The kinds of the values that have no code.
   const KindSet& otherKinds() const { return otherKinds_; }
   const std::optional<Contradiction>& contradiction() const { return contradiction_; }
-  size_t memory() const { return fields_.memory(); }
+  /// Of the fields, and of what is made of them when all cases are read.
+  size_t memory() const { return fields_.memory() + fields_.size() * kAssemblyBytes; }
 
   /// Keeps the first of all contradictions; `kind` is that of the column.
   void check(FieldKind kind, const FieldValue& value, const DelimitedPlace& place,
              std::string_view text);
 
  private:
+  /// A value, its order among the others, its code and, at last, its text.
+  static constexpr size_t kAssemblyBytes = 120;
+
   void forgetFields();
   uint32_t codeOfConstant(const std::string& text, uint32_t part);
 

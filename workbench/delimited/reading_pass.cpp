@@ -123,7 +123,9 @@ class ReadingPass::Worker {
 
   /// Tells the others how much memory this share takes.
   void account() {
-    size_t bytes = pieceBytes_ + share_.counted.memory();
+    // When all cases are read, one column after the other is there twice.
+    const size_t twice = pieceBytes_ / share_.columns.size();
+    size_t bytes = pieceBytes_ + twice + share_.counted.memory();
     for (const ColumnCoder& column : share_.columns) bytes += column.memory();
     const size_t all = pass_.memory_ += bytes - accounted_;
     accounted_ = bytes;

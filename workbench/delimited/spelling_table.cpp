@@ -13,13 +13,12 @@ SpellingTable::SpellingTable() { clear(); }
 
 void SpellingTable::clear() {
   recent_.fill({});
-  slots_.assign(kFirstSlots, Slot());
-  slots_.shrink_to_fit();
-  hashes_.assign(1, 0);
-  slots_[0] = {0, 0};
+  slots_ = std::vector<Slot>(kFirstSlots);
   bytes_ = std::string();
-  ends_.assign(1, 0);
-  places_.assign(1, DelimitedPlace());
+  ends_ = {0};
+  parts_ = {0};
+  lines_ = {0};
+  put(0, hashOf(0));
 }
 
 uint64_t SpellingTable::hashOf(const char* begin, size_t length) {
@@ -30,33 +29,47 @@ uint64_t SpellingTable::hashOf(const char* begin, size_t length) {
   return mixed(hash ^ keyOf(begin, length));
 }
 
+uint64_t SpellingTable::hashOf(uint32_t code) const {
+  const std::string_view field = (*this)[code];
+  if (field.size() > sizeof(uint64_t)) {
+    // The last word may reach beyond the bytes.
+    std::string padded(field);
+    padded.append(sizeof(uint64_t), '\0');
+    return hashOf(padded.data(), field.size());
+  }
+  char word[sizeof(uint64_t)] = {};
+  field.copy(word, sizeof word);
+  return mixed(keyOf(word, field.size()));
+}
+
 uint32_t SpellingTable::insert(std::string_view field, uint64_t hash, DelimitedPlace place) {
   if (ends_.size() == kFree) throw std::length_error("too many different fields in a column");
   if (2 * (ends_.size() + 1) > slots_.size()) grow();
   const auto code = static_cast<uint32_t>(ends_.size());
   bytes_ += field;
   ends_.push_back(bytes_.size());
-  places_.push_back(place);
-  hashes_.push_back(hash);
-  size_t at = hash & (slots_.size() - 1);
-  while (slots_[at].code != kFree) at = (at + 1) & (slots_.size() - 1);
-  slots_[at] = {static_cast<uint32_t>(hash >> 20U), code};
+  parts_.push_back(place.part);
+  lines_.push_back(place.line);
+  put(code, hash);
   return code;
 }
 
+void SpellingTable::put(uint32_t code, uint64_t hash) {
+  size_t at = hash & (slots_.size() - 1);
+  while (slots_[at].code != kFree) at = (at + 1) & (slots_.size() - 1);
+  slots_[at] = {static_cast<uint32_t>(hash >> 20U), code};
+}
+
 void SpellingTable::grow() {
-  slots_.assign(slots_.size() * 2, Slot());
-  for (uint32_t code = 0; code < hashes_.size(); ++code) {
-    size_t at = hashes_[code] & (slots_.size() - 1);
-    while (slots_[at].code != kFree) at = (at + 1) & (slots_.size() - 1);
-    slots_[at] = {static_cast<uint32_t>(hashes_[code] >> 20U), code};
-  }
+  const size_t slots = slots_.size() * 2;
+  slots_ = std::vector<Slot>();
+  slots_.resize(slots);
+  for (uint32_t code = 0; code < ends_.size(); ++code) put(code, hashOf(code));
 }
 
 size_t SpellingTable::memory() const {
-  return slots_.capacity() * sizeof(Slot) + hashes_.capacity() * sizeof(uint64_t) +
-         bytes_.capacity() + ends_.capacity() * sizeof(uint64_t) +
-         places_.capacity() * sizeof(DelimitedPlace);
+  return slots_.capacity() * sizeof(Slot) + bytes_.capacity() +
+         ends_.capacity() * (sizeof(uint64_t) + sizeof(uint32_t) + sizeof(uint64_t));
 }
 
 }  // namespace workbench

@@ -38,7 +38,7 @@ class SpellingTable {
     const size_t begin = code == 0 ? 0 : ends_[code - 1];
     return std::string_view(bytes_).substr(begin, ends_[code] - begin);
   }
-  const DelimitedPlace& place(size_t code) const { return places_[code]; }
+  DelimitedPlace place(size_t code) const { return {parts_[code], lines_[code]}; }
   size_t memory() const;
   void clear();
 
@@ -60,7 +60,10 @@ class SpellingTable {
     std::memcpy(&word, begin, sizeof word);
     return length == 0 ? 0 : word << (64 - 8 * length) >> (64 - 8 * length);
   }
+  /// Of a field longer than a word.
   static uint64_t hashOf(const char* begin, size_t length);
+  uint64_t hashOf(uint32_t code) const;
+  void put(uint32_t code, uint64_t hash);
 
   template <class Place>
   uint32_t find(const char* begin, size_t length, uint64_t hash, Place place) {
@@ -78,10 +81,10 @@ class SpellingTable {
 
   std::array<Recent, 256> recent_;
   std::vector<Slot> slots_;
-  std::vector<uint64_t> hashes_;
   std::string bytes_;
   std::vector<uint64_t> ends_;
-  std::vector<DelimitedPlace> places_;
+  std::vector<uint32_t> parts_;
+  std::vector<uint64_t> lines_;
 };
 
 }  // namespace workbench
