@@ -59,8 +59,8 @@ std::vector<CommandTokens> splitCommands(const std::string& text);
 /// Where a text begins: behind its byte order mark when it has one.
 size_t textStart(const std::string& text);
 
-/// A variable's name as a command has to write it: in double quotes when it is no identifier or a
-/// reserved word.
+/// A variable's name as a command has to write it: in double quotes when it is not an identifier or
+/// is a reserved word.
 std::string writtenName(const std::string& name);
 
 }  // namespace workbench

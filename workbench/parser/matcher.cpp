@@ -77,7 +77,7 @@ std::string demand(const ParamDescriptor::Impl& parameter) {
   return parameter.name + " takes one or more values.";
 }
 
-/// A word that names a variable is no misplaced keyword.
+/// A word that names a variable is not a misplaced keyword.
 bool isVariable(const TokenInfoObj& token) {
   const ActiveDataset* dataset = currentSession().dataset;
   return dataset != nullptr && dataset->find(token.getText()) >= 0;

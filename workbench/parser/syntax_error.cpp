@@ -15,7 +15,7 @@ constexpr size_t kShownWord = 40;
 
 /// Moves back to the start of a UTF-8 character.
 size_t characterStart(std::string_view text, size_t at) {
-  // Bytes that are no UTF-8 may go on for ever; a character has at most three that continue it.
+  // Bytes that are not UTF-8 may go on forever; a character has at most three that continue it.
   for (int steps = 0; steps < 3 && at > 0 && at < text.size(); ++steps, --at) {
     if ((static_cast<unsigned char>(text[at]) & 0xC0) != 0x80) break;
   }

@@ -27,7 +27,7 @@ size_t startWithin(std::string_view text, size_t width) {
   return end;
 }
 
-/// Calls visit(word) for each run of characters that are no blanks.
+/// Calls visit(word) for each run of non-blank characters.
 template <typename Visit>
 void forEachWord(std::string_view text, Visit visit) {
   for (size_t start = text.find_first_not_of(' '); start != std::string_view::npos;) {

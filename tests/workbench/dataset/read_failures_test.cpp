@@ -118,7 +118,7 @@ TEST(ReadFailures, AFileThatVanishes) {
   const std::string failure = casesOf(*data).back();
   EXPECT_TRUE(has(failure, "failed: " + path + ": cannot be opened any more")) << failure;
   data->beginCommand({0});
-  EXPECT_TRUE(data->failed()) << "for ever";
+  EXPECT_TRUE(data->failed()) << "from then on";
 }
 
 TEST(ReadFailures, NumbersThatADoubleCannotHoldAreRefused) {
