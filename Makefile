@@ -6,8 +6,8 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 export CMAKE_CXX_COMPILER_LAUNCHER := $(shell command -v ccache)
 
-.PHONY: build demo test check headers lint browser sanitize coverage fuzz bench format format-check setup \
-  needed program everything install package clean
+.PHONY: build demo test check headers lint browser sanitize coverage mutate fuzz bench format format-check \
+  setup needed program everything install package clean
 
 # The two libraries and the program.
 build: needed program
@@ -83,9 +83,16 @@ coverage:
 	ctest --test-dir build-coverage --output-on-failure -j $(JOBS)
 	gcovr --root . --filter module/ --exclude-throw-branches --exclude-unreachable-branches --print-summary build-coverage
 
+# Changes of the module, one at a time, that the tests must notice; those they do not are listed.
+MUTANTS ?= 60
+SEED ?= 1
+
+mutate: needed
+	scripts/mutate.py --count $(MUTANTS) --seed $(SEED) --jobs $(JOBS)
+
 # Seconds for each target.
 FUZZ_SECONDS ?= 600
-FUZZ_TARGETS := command dictionary run distributions
+FUZZ_TARGETS := command run module render delimited dictionary distributions
 
 fuzz:
 	@scripts/setup.sh --check clang-14 libclang-rt-14-dev

@@ -32,6 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   if (size > 2000) return 0;
   workbench::MemoryDataset data;
   fill(data);
-  fuzz::checkCommands(data, std::string(reinterpret_cast<const char*>(bytes), size));
+  fuzz::renderCommands(data, std::string(reinterpret_cast<const char*>(bytes), size),
+                       workbench::Format::kJson);
   return 0;
 }

@@ -1,13 +1,12 @@
 #include "tests/fuzz/workbench_run.h"
 
+#include <algorithm>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "tests/fuzz/target.h"
-#include "workbench/catalogue/catalogue.h"
-#include "workbench/output/output_document.h"
 #include "workbench/parser/command_text.h"
-#include "workbench/render/render.h"
 #include "workbench/session/session.h"
 
 extern "C" void PROPORTI();
@@ -15,53 +14,40 @@ extern "C" void PROPORTI();
 namespace fuzz {
 namespace {
 
-using nlohmann::json;
-
-const workbench::Catalogue& english() {
-  static const workbench::Catalogue catalogue = workbench::Catalogue::english();
-  return catalogue;
-}
-
-std::string rendered(const workbench::OutputDocument& document, workbench::Format format) {
-  std::ostringstream out;
-  workbench::render(document, format, {}, out);
-  return out.str();
-}
-
-/// A promise about a part of the document, which is shown when it is broken.
-void promiseOf(const json& part, bool holds, const char* what) {
-  if (!holds) promise(false, what, part.dump());
-}
-
 bool within(double value, double low, double high) { return value >= low && value <= high; }
 
-void checkCell(const json& cell) {
-  const json& value = cell["value"];
-  if (!value.is_number()) return;
-  const auto number = value.get<double>();
-  for (const json& label : cell["at"]["Statistics"]) {
-    const auto& step = label.get_ref<const std::string&>();
-    if (step == "One-Sided p") promiseOf(cell, within(number, 0, 1), "one tail");
-    if (step == "Two-Sided p") promiseOf(cell, within(number, 0, 1), "both tails");
-    if (step == "Proportion") promiseOf(cell, within(number, 0, 1), "a proportion");
-    if (step == "Lower" || step == "Upper") promiseOf(cell, within(number, -1, 1), "a bound");
-    if (step == "Successes") promiseOf(cell, number >= 0, "a count");
+/// `statistic` is the key of the cell's column.
+void checkCell(const std::string& statistic, double value) {
+  if (value == kSystemMissing || std::isnan(value)) return;
+  if (statistic == "One-Sided p") promise(within(value, 0, 1), "one tail");
+  if (statistic == "Two-Sided p") promise(within(value, 0, 1), "both tails");
+  if (statistic == "Proportion") promise(within(value, 0, 1), "a proportion");
+  if (statistic == "Lower" || statistic == "Upper") promise(within(value, -1, 1), "a bound");
+  if (statistic == "Successes" || statistic == "Trials") promise(value >= 0, "a count");
+}
+
+void checkTable(const workbench::Table& table) {
+  for (size_t i = 0; i < table.dimensions().size(); ++i) {
+    const workbench::Dimension& dimension = table.dimensions()[i];
+    if (dimension.label().key != "Statistics") continue;
+    for (size_t cell = 0; cell < table.cellCount(); ++cell) {
+      const workbench::DimensionNode& node =
+          dimension.node(dimension.leafNode(table.leafOf(cell, i)));
+      checkCell(node.label.key, table.cell(cell).value);
+    }
   }
 }
 
-void checkProcedure(const json& procedure) {
-  if (procedure["status"] == "failed") {
-    promiseOf(procedure, !procedure["messages"].empty(), "a refusal says why");
-  }
-  for (const json& table : procedure["tables"]) {
-    promiseOf(table, !table["cells"].empty(), "no table without cells");
-    for (const json& cell : table["cells"]) checkCell(cell);
+void checkDocument(const workbench::OutputDocument& document) {
+  for (const auto& procedure : document.procedures()) {
+    promise(!procedure->failed || !procedure->messages.empty(), "a refusal says why",
+            procedure->command);
+    for (const auto& table : procedure->tables) checkTable(*table);
   }
 }
 
-/// Gives the number of commands.
-size_t run(workbench::MemoryDataset& data, const std::string& text,
-           workbench::OutputDocument& document) {
+void run(workbench::MemoryDataset& data, const std::string& text,
+         workbench::OutputDocument& document) {
   workbench::Session session;
   session.dataset = &data;
   session.document = &document;
@@ -74,30 +60,42 @@ size_t run(workbench::MemoryDataset& data, const std::string& text,
     PROPORTI();
     document.finishProcedure(&data);
   }
-  return commands.size();
+  promise(document.procedures().size() == commands.size(), "every command has its procedure", text);
+  checkDocument(document);
 }
+
+bool isControl(unsigned char letter) { return (letter < 0x20 && letter != '\n') || letter == 0x7F; }
 
 }  // namespace
 
-std::string runCommands(workbench::MemoryDataset& data, const std::string& text) {
-  workbench::OutputDocument document;
-  run(data, text, document);
-  return rendered(document, workbench::Format::kJson);
+const workbench::Catalogue& english() {
+  static const workbench::Catalogue catalogue = workbench::Catalogue::english();
+  return catalogue;
 }
 
-std::string checkCommands(workbench::MemoryDataset& data, const std::string& text) {
-  workbench::OutputDocument document;
-  const size_t commands = run(data, text, document);
-  for (const auto format :
-       {workbench::Format::kText, workbench::Format::kMarkdown, workbench::Format::kCsv}) {
-    rendered(document, format);
+std::string checkedRendering(const workbench::OutputDocument& document, workbench::Format format,
+                             const workbench::RenderOptions& options) {
+  std::ostringstream out;
+  workbench::render(document, format, options, out);
+  std::string text = out.str();
+  if (format == workbench::Format::kJson) {
+    promise(nlohmann::json::accept(text), "the JSON is well formed", text);
+  } else if (format != workbench::Format::kCsv) {
+    promise(std::none_of(text.begin(), text.end(), isControl), "no control characters", text);
   }
-  std::string result = rendered(document, workbench::Format::kJson);
-  const json parsed = json::parse(result, nullptr, false);
-  promise(!parsed.is_discarded(), "the JSON is well formed", result);
-  promise(parsed["procedures"].size() == commands, "every command has its procedure");
-  for (const json& procedure : parsed["procedures"]) checkProcedure(procedure);
-  return result;
+  return text;
+}
+
+void checkCommands(workbench::MemoryDataset& data, const std::string& text) {
+  workbench::OutputDocument document;
+  run(data, text, document);
+}
+
+std::string renderCommands(workbench::MemoryDataset& data, const std::string& text,
+                           workbench::Format format) {
+  workbench::OutputDocument document;
+  run(data, text, document);
+  return checkedRendering(document, format);
 }
 
 }  // namespace fuzz

@@ -4,14 +4,29 @@
 #include <string>
 
 #include "tests/memory/memory_dataset.h"
+#include "workbench/catalogue/catalogue.h"
+#include "workbench/output/output_document.h"
+#include "workbench/render/render.h"
 
 namespace fuzz {
 
-/// Runs every command of a text and gives the JSON document.
-std::string runCommands(workbench::MemoryDataset& data, const std::string& text);
+inline constexpr workbench::Format kFormats[] = {
+    workbench::Format::kText, workbench::Format::kMarkdown, workbench::Format::kHtml,
+    workbench::Format::kJson, workbench::Format::kCsv};
 
-/// The same; the document is checked: it is well formed, a refused command says why, probabilities
-/// lie between 0 and 1 and bounds between -1 and 1. The other formats are rendered, too.
-std::string checkCommands(workbench::MemoryDataset& data, const std::string& text);
+/// Runs every command of a text and checks what came out: a refused command says why, probabilities
+/// lie between 0 and 1, bounds between -1 and 1, and no count is negative.
+void checkCommands(workbench::MemoryDataset& data, const std::string& text);
+
+/// The same; gives the document in that format.
+std::string renderCommands(workbench::MemoryDataset& data, const std::string& text,
+                           workbench::Format format);
+
+/// Renders a document. JSON is well formed; what is meant for a terminal has no control characters.
+std::string checkedRendering(const workbench::OutputDocument& document, workbench::Format format,
+                             const workbench::RenderOptions& options = {});
+
+/// The displayed English; read once.
+const workbench::Catalogue& english();
 
 }  // namespace fuzz
