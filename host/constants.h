@@ -15,3 +15,7 @@ inline bool IsSystemMissing(double value) {
 
 /// Index of a variable in the active data set; negative means "none".
 using VarIndex = int32_t;
+
+/// 8-byte words that one observation of a variable of that type takes (ZELK_Variable::GetType): 1
+/// for a number and for a string of up to 8 bytes, (width + 7) / 8 for a wider string.
+inline constexpr int32_t ObsLength(int32_t type) { return type <= 8 ? 1 : (type + 7) / 8; }

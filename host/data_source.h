@@ -205,6 +205,11 @@ class ProcDSIterator : public ZELK_InputCaseIterator {
   bool SplitGroupEnd() const { return groupEnd_; }
   /// The weight of the case at hand as it stands in the data (1 when the data are unweighted):
   /// missing, NaN, zero, negative and fractional weights are passed through.
+  ///
+  /// A procedure promises to round each case's weight half up to a whole number, floor(w + 0.5),
+  /// and to drop a case whose weight is missing, NaN or below 0.5. A host may therefore hand
+  /// identical cases over once, with the sum of their rounded weights, as long as dropped cases
+  /// stay cases of their own.
   double Weight() const { return weights_ == nullptr ? 1.0 : weights_[case_.row_]; }
 };
 
@@ -260,8 +265,7 @@ class ProcedureDataSource : public ZELK_DataSource {
 /// Keys compare byte for byte.
 class ObsVecMap {
  public:
-  /// Words that an observation of each of the variables takes, in order: 1 for a number and for a
-  /// string of up to 8 bytes, (width + 7) / 8 for a wider string.
+  /// Words that an observation of each of the variables takes (ObsLength), in order.
   static std::vector<int32_t> MakeKeySpec(ProcedureDataSource& source,
                                           const std::vector<VarIndex>& variables);
   /// With `copyKeys` the map keeps keys of its own, and the caller's may go.

@@ -16,6 +16,24 @@
 
 #pragma GCC visibility push(default)
 
+// Codes of this library, by what they stand for here.
+inline constexpr int kProcedureCode = 10;     ///< BpProcedure
+inline constexpr int kTableCode = 1;          ///< BpHeading::PivotTable
+inline constexpr int kDimensionCode = 2;      ///< BpPivotTable::Dimension
+inline constexpr int kRowAxis = 0;            ///< BpDimension::Position
+inline constexpr int kColumnAxis = 1;         ///< BpDimension::Position
+inline constexpr int kGroupCode = 1;          ///< BpGroup::Group, first number
+inline constexpr int kGroupStyle = 2;         ///< BpGroup::Group, second number
+inline constexpr int kCatalogueKey = 1;       ///< BpString: looked up in the message catalogue
+inline constexpr int kShowLabelElseName = 2;  ///< BpVariable
+inline constexpr int kPreferValue = 0;        ///< BpDataValue: always the value itself
+inline constexpr int kPreferValueLabel = 2;   ///< BpDataValue: the value label when it has one
+inline constexpr int kDataMessage = 2;        ///< BpError
+inline constexpr int kPlainWarning = 2;       ///< BpError, the level
+inline constexpr int kSevereWarning = 3;      ///< BpError, the level
+inline constexpr int kGeneralNotes = 0;       ///< AddNotes, the section
+inline constexpr int kMissingNotes = 4;       ///< AddNotes, the section
+
 /// How a number is shown. Asked of the procedure, passed back as it is.
 struct BpFormatSpec {
   enum class Kind : uint8_t { kCount, kGeneralStat, kSigDigit };
@@ -56,7 +74,7 @@ class BpString : public BpLabel {
   int flag_;
 };
 
-/// A variable, shown by its label when it has one, else by its name (show code 2).
+/// A variable, shown as the show code says.
 class BpVariable : public BpLabel {
  public:
   BpVariable(VarIndex index, int showCode)
@@ -69,8 +87,7 @@ class BpVariable : public BpLabel {
   int showCode_;
 };
 
-/// A value shown through its variable: by its value label when it has one, else by itself
-/// (preference code 2), or always by itself (0).
+/// A value shown through its variable, as the preference code says.
 class BpDataValue {
  public:
   BpDataValue(VarIndex variable, double number, int preference)

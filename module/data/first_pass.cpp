@@ -61,7 +61,7 @@ void readSplitKey(PRPAlgorithm& analysis, const Case& data) {
   std::vector<double> key(static_cast<size_t>(store.splitMap->CellSize() - 1));
   auto word = key.begin();
   for (const VarIndex index : analysis.userSplitIndices) {
-    const int32_t words = obsLength(analysis.dataSource->GetVariable(index).GetType());
+    const int32_t words = ObsLength(analysis.dataSource->GetVariable(index).GetType());
     word = std::copy_n(data.Obs(index), words, word);
   }
   analysis.splitKey = std::move(key);

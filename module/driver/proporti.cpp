@@ -14,7 +14,6 @@
 #include "module/diag/switches.h"
 #include "module/independent/run.h"
 #include "module/model/algorithm.h"
-#include "module/model/output_codes.h"
 #include "module/model/texts.h"
 #include "module/onesample/run.h"
 #include "module/output/notes.h"

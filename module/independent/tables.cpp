@@ -2,7 +2,6 @@
 
 #include "module/independent/intervals.h"
 #include "module/independent/significance.h"
-#include "module/model/output_codes.h"
 #include "module/model/texts.h"
 #include "module/output/labels.h"
 #include "module/output/result_table.h"

@@ -27,8 +27,4 @@ struct BinInfoElem {
   double cutPoint() const { return numericValues.empty() ? kSystemMissing : numericValues.front(); }
 };
 
-/// 8-byte words in one value of a variable of that type (0 numeric, else a string's width in
-/// bytes).
-inline int32_t obsLength(int32_t type) { return type <= 8 ? 1 : (type + 7) / 8; }
-
 }  // namespace proportions

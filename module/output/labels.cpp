@@ -1,6 +1,5 @@
 #include "module/output/labels.h"
 
-#include "module/model/output_codes.h"
 #include "module/model/success_rule.h"
 #include "module/model/texts.h"
 

@@ -1,7 +1,6 @@
 #include "module/output/notes.h"
 
 #include "host/output.h"
-#include "module/model/output_codes.h"
 #include "module/model/texts.h"
 #include "module/output/result_table.h"
 

@@ -1,6 +1,5 @@
 #include "module/output/result_table.h"
 
-#include "module/model/output_codes.h"
 #include "module/model/texts.h"
 #include "module/output/labels.h"
 

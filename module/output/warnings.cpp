@@ -1,6 +1,5 @@
 #include "module/output/warnings.h"
 
-#include "module/model/output_codes.h"
 #include "module/output/result_table.h"
 
 namespace proportions {

@@ -1,6 +1,5 @@
 #include "module/paired/tables.h"
 
-#include "module/model/output_codes.h"
 #include "module/model/texts.h"
 #include "module/output/labels.h"
 #include "module/output/result_table.h"

@@ -132,7 +132,7 @@ bool readGroupRule(ParseContext& context, SubComObj& subcommand) {
   element = BinInfoElem();
   element.rule = selection.rule;
   element.categorical = element.rule == SuccessRule::kLevels && isString;
-  element.obsLength = obsLength(variable.GetType());
+  element.obsLength = ObsLength(variable.GetType());
   element.printFormat = variable.GetFormat();
 
   if (element.rule == SuccessRule::kLevels) return readLevels(context, selection, variable);

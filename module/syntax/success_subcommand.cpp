@@ -90,7 +90,7 @@ bool buildElement(ParseContext& context, const GivenRule& given, const ListName&
   const bool isString = variable.GetType() > 0;
   element.rule = success.rule;
   element.categorical = success.categorical || (success.rule == SuccessRule::kLevels && isString);
-  element.obsLength = obsLength(variable.GetType());
+  element.obsLength = ObsLength(variable.GetType());
   element.printFormat = variable.GetFormat();
   if (!element.categorical && isString) {
     context.messages.GenericError(texts::kNumericSuccessOption, given.qualifier);

@@ -157,7 +157,7 @@ void PlainTable::cutGroups(const std::vector<size_t>& splitColumns) {
 }
 
 void PlainTable::padStrings(Column& column) {
-  const int32_t words = std::max(1, (column.width + 7) / 8);
+  const int32_t words = ObsLength(column.width);
   column.stride = words;
   column.words.resize(column.ends.size() * static_cast<size_t>(words));
   for (size_t row = 0; row < column.ends.size(); ++row) {

@@ -30,7 +30,7 @@ struct ZELK_Variable::Impl {
 namespace {
 
 size_t wordsOf(const ScriptVariable& variable) {
-  return variable.width <= 8 ? 1 : static_cast<size_t>((variable.width + 7) / 8);
+  return static_cast<size_t>(ObsLength(variable.width));
 }
 
 /// The scripted cases as columns of words, and the stream of chunks that the script asks for.

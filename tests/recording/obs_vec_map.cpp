@@ -1,5 +1,4 @@
 // The map from keys to numbers, kept as a plain ordered map of byte strings.
-#include <algorithm>
 #include <map>
 #include <numeric>
 #include <string>
@@ -27,7 +26,7 @@ std::vector<int32_t> ObsVecMap::MakeKeySpec(ProcedureDataSource& source,
   {
     const recording::Quiet quiet;
     for (const VarIndex index : variables) {
-      widths.push_back(std::max(1, (source.GetVariable(index).GetType() + 7) / 8));
+      widths.push_back(ObsLength(source.GetVariable(index).GetType()));
     }
   }
   return call.gives(widths);

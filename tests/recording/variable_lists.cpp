@@ -182,7 +182,7 @@ bool VarSpecObj::ValidateCatValue(const std::string& text, void* buffer, ZELK_Fo
     if (accepted) std::memcpy(buffer, &value, sizeof value);
   } else if (text.size() <= static_cast<size_t>(variable.GetType())) {
     accepted = true;
-    const size_t words = static_cast<size_t>((variable.GetType() + 7) / 8);
+    const size_t words = static_cast<size_t>(ObsLength(variable.GetType()));
     std::memset(buffer, ' ', words * sizeof(double));
     std::memcpy(buffer, text.data(), text.size());
   }

@@ -296,7 +296,7 @@ std::unique_ptr<CaseStore> makeCodedStore(CodedCases cases, const CasePlan& plan
   for (size_t i = 0; i < stored->cases.columns.size(); ++i) {
     const CaseColumn& column = stored->cases.columns[i];
     const int32_t width = column.width();
-    stored->words.push_back(width <= 8 ? 1 : (width + 7) / 8);
+    stored->words.push_back(ObsLength(width));
     if (column.isString()) stored->observed[i] = observations(column, stored->words.back());
   }
   return std::make_unique<CodedStore>(std::move(stored));

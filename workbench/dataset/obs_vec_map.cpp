@@ -27,7 +27,7 @@ std::vector<int32_t> ObsVecMap::MakeKeySpec(ProcedureDataSource& source,
   std::vector<int32_t> widths;
   for (const VarIndex index : variables) {
     const int32_t width = source.GetVariable(index).GetType();
-    widths.push_back(width <= 8 ? 1 : (width + 7) / 8);
+    widths.push_back(ObsLength(width));
   }
   return widths;
 }

@@ -105,7 +105,7 @@ void SpilledFeed::decode(size_t column, size_t end) {
   const size_t count = end - row_;
   std::vector<double>& buffer = buffers_[column];
   const int32_t width = table_.widths[column];
-  const int32_t words = width <= 8 ? 1 : (width + 7) / 8;
+  const int32_t words = ObsLength(width);
   buffer.resize(count * static_cast<size_t>(words));
   if (table_.isText(column)) {
     const auto* texts = fetched_.data<duckdb_string_t>(column) + row_;

@@ -44,10 +44,8 @@ struct Variable {
 /// trailing blanks.
 using SplitValue = std::variant<double, std::string>;
 
-/// 8-byte words that an observation takes: 1 for numbers, (width + 7) / 8 for strings.
-inline int32_t wordsOf(const Variable& variable) {
-  return variable.width <= 8 ? 1 : (variable.width + 7) / 8;
-}
+/// 8-byte words that an observation takes.
+inline int32_t wordsOf(const Variable& variable) { return ObsLength(variable.width); }
 
 /// True when a number is one of the variable's user-missing values.
 bool isUserMissing(const Variable& variable, double value);

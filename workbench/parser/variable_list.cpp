@@ -317,7 +317,7 @@ bool VarSpecObj::ValidateCatValue(const std::string& text, void* buffer, ZELK_Fo
     std::memcpy(buffer, number, sizeof *number);
     return true;
   }
-  const int32_t words = width <= 8 ? 1 : (width + 7) / 8;
+  const int32_t words = ObsLength(width);
   workbench::writeObservation(std::get<std::string>(*value), words, static_cast<double*>(buffer));
   return true;
 }
