@@ -41,11 +41,13 @@ std::string_view TextBlock::field(size_t record, size_t column) const {
 }
 
 BlockReader::BlockReader(const std::vector<OpenPart>& parts, const std::string& encoding,
-                         char delimiter, size_t blockBytes, const std::atomic<bool>* interrupted)
+                         char delimiter, size_t blockBytes, size_t longestRecord,
+                         const std::atomic<bool>* interrupted)
     : parts_(parts),
       encoding_(encoding),
       delimiter_(delimiter),
       blockBytes_(std::max<size_t>(blockBytes, 1)),
+      longestRecord_(longestRecord),
       interrupted_(interrupted) {}
 
 bool BlockReader::next(TextBlock& block) {
@@ -150,12 +152,9 @@ bool BlockReader::cut(TextBlock& block, size_t size, bool final) {
   const bool faulty = block.indexed_ && block.index_.problem().has_value();
   if (!final && !faulty) {
     carry_.assign(text + end, size - end);
-    if (carry_.size() > kLongestRecord && !block.problem) {
-      block.problem = fmt::format(
-          "{}, line {}: the record that begins here is longer than 256 MiB. Look for a double "
-          "quote "
-          "that is never closed.",
-          parts_[block.part].label, nextLine_ + functions.survey(text, end).lineEnds());
+    if (carry_.size() > longestRecord_ && !block.problem) {
+      const uint64_t line = nextLine_ + functions.survey(text, end).lineEnds();
+      block.problem = longRecordMessage(parts_[block.part].label, line, longestRecord_);
     }
   }
   if (end < size) {

@@ -61,7 +61,7 @@ class BlockReader {
  public:
   /// The parts outlive the reader.
   BlockReader(const std::vector<OpenPart>& parts, const std::string& encoding, char delimiter,
-              size_t blockBytes, const std::atomic<bool>* interrupted);
+              size_t blockBytes, size_t longestRecord, const std::atomic<bool>* interrupted);
 
   /// False when there are no more. The block's index is there, its bytes are checked: what is wrong
   /// with them or with a record cuts the block short and is its `problem`. Throws Interrupted.
@@ -85,6 +85,7 @@ class BlockReader {
   const std::string& encoding_;
   char delimiter_;
   size_t blockBytes_;
+  size_t longestRecord_;
   const std::atomic<bool>* interrupted_;
 
   std::mutex mutex_;

@@ -112,7 +112,8 @@ class DelimitedData::Implementation {
     // All files are divided as the first one is.
     const char delimiter = parts_.empty() ? options_.delimiter : parts_.front().head.delimiter;
     const auto text = openText(*opened.input, part.path, part.label, options_.encoding);
-    opened.head = readHead(*text, part.label, delimiter, options_.rules.decimal);
+    opened.head =
+        readHead(*text, part.label, delimiter, options_.rules.decimal, options_.longestRecord);
     opened.columns = opened.head.names.size();
     opened.input->release();
     parts_.push_back(std::move(opened));
@@ -175,7 +176,12 @@ class DelimitedData::Implementation {
   }
 
   BlockReader newReader() const {
-    return {parts_, options_.encoding, delimiter(), options_.blockBytes, options_.interrupted};
+    return {parts_,
+            options_.encoding,
+            delimiter(),
+            options_.blockBytes,
+            options_.longestRecord,
+            options_.interrupted};
   }
 
   /// More would find nothing to do.

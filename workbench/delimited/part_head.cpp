@@ -26,7 +26,7 @@ std::string shown(char delimiter) {
 /// The first bytes of a text, in growing number.
 class Head {
  public:
-  explicit Head(TextStream& stream) : stream_(stream) {}
+  Head(TextStream& stream, size_t most) : stream_(stream), most_(most) {}
 
   void grow() {
     const size_t wanted = std::max(kFirstRead, size_ * 4);
@@ -46,7 +46,7 @@ class Head {
   }
 
   bool complete() const { return complete_; }
-  bool full() const { return size_ >= kLongestRecord; }
+  bool full() const { return size_ > most_; }
   size_t mark() const { return mark_; }
   /// Behind the byte order mark, with an end to its last line.
   std::string_view text() const {
@@ -57,6 +57,7 @@ class Head {
 
  private:
   TextStream& stream_;
+  size_t most_;
   std::string bytes_;
   size_t size_ = 0;
   size_t mark_ = 0;
@@ -150,6 +151,13 @@ std::string nulMessage(const std::string& label, uint64_t line) {
       label, line);
 }
 
+std::string longRecordMessage(const std::string& label, uint64_t line, size_t longestRecord) {
+  return fmt::format(
+      "{}, line {}: the record that begins here is longer than {} bytes. Look for a double quote "
+      "that is never closed.",
+      label, line, longestRecord);
+}
+
 std::string encodingMessage(const std::string& label, uint64_t line) {
   return fmt::format(
       "{}, line {}: there are bytes that are not UTF-8. Name the encoding with --encoding "
@@ -181,8 +189,9 @@ std::string messageOf(const RecordProblem& problem, const std::string& label, ui
       label, line, problem.fields, problem.fields == 1 ? "" : "s", columns, shown(delimiter));
 }
 
-PartHead readHead(TextStream& text, const std::string& label, char delimiter, char decimal) {
-  Head head(text);
+PartHead readHead(TextStream& text, const std::string& label, char delimiter, char decimal,
+                  size_t longestRecord) {
+  Head head(text, longestRecord);
   head.grow();
   PartHead found;
   found.delimiter = delimiter != 0 ? delimiter : findDelimiter(head, decimal);
@@ -193,6 +202,7 @@ PartHead readHead(TextStream& text, const std::string& label, char delimiter, ch
     if (const auto& problem = split.index().problem()) {
       throw DataError(messageOf(*problem, label, 1, 0, found.delimiter));
     }
+    if (!head.complete()) throw DataError(longRecordMessage(label, 1, longestRecord));
     throw DataError(fmt::format(
         "{}: the file is empty. The first line must hold the names of the columns.", label));
   }

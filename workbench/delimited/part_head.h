@@ -11,9 +11,6 @@
 
 namespace workbench {
 
-/// A record may not be longer than that, its quotes included.
-inline constexpr size_t kLongestRecord = size_t{256} << 20U;
-
 struct PartHead {
   char delimiter = ',';
   std::vector<std::string> names;  ///< of the columns, without the blanks around them
@@ -24,12 +21,16 @@ struct PartHead {
 /// Reads the beginning of a text. With `delimiter` 0 it is the one of , ; tab | (but not `decimal`)
 /// that splits the header and the first 100 records into the same number, more than one, of fields;
 /// where several do, the one with most fields, then in that order; where none does, the one with
-/// most fields in the header. Throws DataError.
-PartHead readHead(TextStream& text, const std::string& label, char delimiter, char decimal);
+/// most fields in the header. Throws DataError, also for a header of more than `longestRecord`
+/// bytes.
+PartHead readHead(TextStream& text, const std::string& label, char delimiter, char decimal,
+                  size_t longestRecord);
 
 /// The problem of a record as a message.
 std::string messageOf(const RecordProblem& problem, const std::string& label, uint64_t firstLine,
                       size_t columns, char delimiter);
+
+std::string longRecordMessage(const std::string& label, uint64_t line, size_t longestRecord);
 
 /// "line 7: there is a NUL byte ..." and "line 7: there are bytes that are not UTF-8 ...".
 std::string nulMessage(const std::string& label, uint64_t line);

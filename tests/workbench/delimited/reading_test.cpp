@@ -148,6 +148,29 @@ TEST(Reading, TakesRecordsOfAnyLengthAndNumber) {
             (Columns{{"number", "9999", "9999"}}));
 }
 
+TEST(Reading, RefusesWhatIsWrongFirst) {
+  std::string text = "a,b\n";
+  for (int i = 0; i < 20'000; ++i) text += i % 50 == 49 && i > 10'000 ? "1\n" : "1,2\n";
+  ReadAs how;
+  how.options.blockBytes = 64;
+  how.options.threads = 8;
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(refusalOf(text, how).rfind(", line 10051: ", 0), 0U);
+}
+
+TEST(Reading, RefusesRecordsThatAreTooLong) {
+  ReadAs how;
+  how.options.blockBytes = 100;
+  how.options.longestRecord = 300'000;
+  const std::string most(299'000, 'x');
+  EXPECT_EQ(refusalOf("a,b\n\"1\n\",2\n\"" + most + "\",2\n", how), "");
+  EXPECT_EQ(refusalOf("a,b\n\"1\n\",2\n\"" + most + most + most, how)
+                .rfind(", line 4: the record that begins here is longer than 300000 bytes", 0),
+            0U);
+  EXPECT_EQ(refusalOf("\"a" + most + most + most + most + most, how)
+                .rfind(", line 1: the record that begins here is longer than 300000 bytes", 0),
+            0U);
+}
+
 std::string gzipped(const std::string& text) {
   const TextFile file("", ".gz");
   gzFile out = gzopen(file.path().c_str(), "wb");

@@ -143,6 +143,9 @@ TEST(Delimiters, AreFoundFromTheHeaderAndTheFirstHundredRecords) {
   std::string late = "a,b;c\n";
   for (int i = 0; i < 100; ++i) late += "1;2\n";
   const std::string tooLate = late + "1,2,3;4\n";
+  std::string hundredth = "a,b;c\n";
+  for (int i = 0; i < 99; ++i) hundredth += "1,2;3\n\n";
+  hundredth += "4;5\n";
   const std::string early = "a,b;c\n1,2;3\n4;5\n";
   for (const auto& [text, delimiter] : std::initializer_list<DelimiterCase>{
            {"a,b\n1,2\n", ','},
@@ -158,6 +161,7 @@ TEST(Delimiters, AreFoundFromTheHeaderAndTheFirstHundredRecords) {
            {late, ';'},
            {tooLate, ';'},
            {early, ';'},
+           {hundredth, ';'},
        }) {
     const TextFile file(text);
     DelimitedOptions options;
