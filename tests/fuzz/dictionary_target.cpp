@@ -9,22 +9,18 @@
 namespace {
 
 void readColumns(const workbench::Dictionary& dictionary) {
-  using workbench::ColumnForm;
-  const std::pair<const char*, ColumnForm> columns[] = {
-      {"a", ColumnForm::kNumber}, {"b", ColumnForm::kString}, {"c", ColumnForm::kBoolean},
-      {"d", ColumnForm::kDate},   {"t", ColumnForm::kTime},   {"dt", ColumnForm::kDateTime}};
-  for (const auto& [name, form] : columns) {
-    workbench::SourceColumn column;
-    column.name = name;
-    column.isText = true;
-    column.reading.form = form;
-    dictionary.missingTexts(name);
-    column.reading = dictionary.reading(column);
-    workbench::Variable detected;
-    detected.name = name;
-    const workbench::Variable variable = dictionary.variable(detected);
+  using workbench::ValueKind;
+  const std::pair<const char*, ValueKind> columns[] = {
+      {"a", ValueKind::kNumber}, {"b", ValueKind::kString}, {"c", ValueKind::kBoolean},
+      {"d", ValueKind::kDate},   {"t", ValueKind::kTime},   {"dt", ValueKind::kDateTime}};
+  for (const auto& [name, kind] : columns) {
+    workbench::SourceVariable column;
+    column.variable.name = name;
+    column.variable.kind = kind;
+    column.untyped = true;
+    const workbench::ColumnType type = dictionary.type(column);
+    const workbench::Variable variable = dictionary.variable(column.variable, type);
     fuzz::promise(variable.name == name, "a variable keeps its name", variable.name);
-    dictionary.wholeOnly(name);
   }
 }
 

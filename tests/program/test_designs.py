@@ -76,7 +76,7 @@ class OneSample(ProgramTest):
             self.assertEqual(value(p, "Intervals", "Trials"), trials)
 
     def test_strings(self):
-        self.write("d.csv", "s\nyes\nno\nyes  \n  yes\n\"\"\n")
+        self.write("d.csv", "s\nyes\nno\nyes  \n\"  yes\"\n\"\"\n")
         p = self.procedure("PROPORTIONS /ONESAMPLE s TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=LEVEL('yes').", "d.csv")
         self.assertEqual(value(p, "Intervals", "Successes"), 2)
         self.assertEqual(value(p, "Intervals", "Trials"), 4)

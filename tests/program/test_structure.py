@@ -24,6 +24,7 @@ FLOORS = {
         ["text", "distributions", "session", "catalogue", "pooling", "resampling"],
         ["values", "display"],
         ["engine", "delimited"],
+        ["json"],
         ["dataset"],
         ["output"],
         ["parser", "results"],

@@ -6,6 +6,9 @@
 #include <iostream>
 #include <iterator>
 #include <map>
+#include <optional>
+#include <sstream>
+#include <string_view>
 
 namespace workbench {
 namespace {
@@ -58,8 +61,32 @@ struct Raw {
   std::string command;
   std::string file;
   std::string format;
+  std::optional<std::string> missing;
+  std::string delimiter;
+  std::string decimal = ".";
   bool separate = false;
 };
+
+/// What the texts of --na, --delimiter and --decimal say.
+void chooseReading(const Raw& raw, DataOptions& data) {
+  if (raw.missing) {
+    data.missingTexts.emplace();
+    std::istringstream texts(*raw.missing);
+    for (std::string text; std::getline(texts, text, ',');) data.missingTexts->push_back(text);
+  }
+  data.decimal = raw.decimal.front();
+  if (raw.delimiter.empty()) return;
+  if (raw.delimiter != "tab" && raw.delimiter != "\\t" && raw.delimiter.size() != 1) {
+    throw UsageError("--delimiter is one character, or tab");
+  }
+  data.layout.delimiter = raw.delimiter.size() == 1 ? raw.delimiter.front() : '\t';
+  if (raw.delimiter == raw.decimal) {
+    throw UsageError("--delimiter and --decimal are the same sign; give another delimiter");
+  }
+  if (std::string_view("\"\r\n").find(data.layout.delimiter) != std::string_view::npos) {
+    throw UsageError("--delimiter cannot be a quote or a line end");
+  }
+}
 
 void chooseFormat(const Raw& raw, ProgramOptions& options) {
   if (!raw.format.empty()) {
@@ -94,7 +121,15 @@ void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
   app.add_option("--query", data.query, "SQL that selects what to read (a file is the table data)");
   app.add_option("--table", data.table, "the table of a database to read");
   app.add_option("--schema", data.schema,
-                 "the variables' dictionary (default: STEM.schema.json beside the data)");
+                 "the variables' dictionary, or none (default: STEM.schema.json beside the data)");
+  app.add_option("--na", raw.missing,
+                 "texts that are missing, separated by commas, \"\" for none (default: NA in "
+                 "columns that are of one kind without it)")
+      ->type_name("TEXT[,TEXT...]");
+  app.add_option("--delimiter", raw.delimiter, "of CSV: one character or tab (default: found)");
+  app.add_option("--decimal", raw.decimal, "of CSV: the decimal sign (default: the point)")
+      ->check(CLI::IsMember({".", ","}));
+  app.add_option("--encoding", data.layout.encoding, "of CSV: its encoding (default: UTF-8)");
   app.add_option("--weight", data.weight, "the weight variable");
   app.add_option("--split", data.split, "the split-file variables, outermost first")
       ->delimiter(',')
@@ -141,6 +176,7 @@ std::optional<ProgramOptions> readOptions(int argc, const char* const* argv) {
     throw UsageError(error.what());
   }
   options.data.separateTables = raw.separate;
+  chooseReading(raw, options.data);
   chooseFormat(raw, options);
   chooseCommand(app, raw, options);
   return options;

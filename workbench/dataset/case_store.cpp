@@ -21,9 +21,8 @@ double totalWeight(const CodedCases& cases, const Variable& entry) {
 
 }  // namespace
 
-std::unique_ptr<CaseStore> readCases(CaseSource& source, const CasePlan& plan,
+std::unique_ptr<CaseStore> keepCases(CodedCases cases, CaseSource& source, const CasePlan& plan,
                                      EngineHolder& workspace) {
-  CodedCases cases = source.read(plan.request);
   // Sums of that size depend on the order of the cases, which is that of the file.
   if (cases.complete && !cases.counts.empty() && plan.weight != nullptr &&
       !(totalWeight(cases, *plan.weight) < kExactLimit)) {
@@ -34,7 +33,7 @@ std::unique_ptr<CaseStore> readCases(CaseSource& source, const CasePlan& plan,
   if (cases.complete) return makeCodedStore(std::move(cases), plan);
   std::vector<ValueKind> kinds;
   for (const CaseColumn& column : cases.columns) kinds.push_back(column.kind);
-  return makeSpilledStore(source, plan, kinds, workspace);
+  return makeSpilledStore(source, plan, kinds, cases.cases, workspace);
 }
 
 }  // namespace workbench

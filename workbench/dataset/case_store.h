@@ -33,15 +33,16 @@ class CaseStore {
                                              FeedObserver& observer) = 0;
 };
 
-/// Reads the cases: into memory, or, when they take more than the plan allows, into a table of the
-/// engine that may spill to the working folder. Throws DataError, EngineError or Interrupted.
-std::unique_ptr<CaseStore> readCases(CaseSource& source, const CasePlan& plan,
+/// Keeps what the source gave for the plan's request: in memory, or, when that takes more than the
+/// plan allows, in a table of the engine that may spill to the working folder. The source may be
+/// read again. Throws DataError, EngineError or Interrupted.
+std::unique_ptr<CaseStore> keepCases(CodedCases cases, CaseSource& source, const CasePlan& plan,
                                      EngineHolder& workspace);
 
-/// The two kinds of stores.
+/// The two kinds of stores. The second one reads the cases again; `cases` is how many there were.
 std::unique_ptr<CaseStore> makeCodedStore(CodedCases cases, const CasePlan& plan);
 std::unique_ptr<CaseStore> makeSpilledStore(CaseSource& source, const CasePlan& plan,
-                                            const std::vector<ValueKind>& kinds,
+                                            const std::vector<ValueKind>& kinds, int64_t cases,
                                             EngineHolder& workspace);
 
 }  // namespace workbench

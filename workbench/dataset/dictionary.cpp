@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
+#include <system_error>
+#include <utility>
 
 #include "workbench/dataset/value_text.h"
 #include "workbench/dataset/variable.h"
@@ -20,8 +23,9 @@ namespace workbench {
 using Json = nlohmann::json;
 
 struct DictionaryField {
-  struct Category {
-    Json value;
+  /// A category or a missing value.
+  struct Entry {
+    std::string text;
     std::string label;
     bool labelled = false;
     std::string place;
@@ -29,13 +33,17 @@ struct DictionaryField {
   std::string place;
   std::string title;
   std::string typeName;  // empty: as detected
-  std::optional<ColumnForm> form;
-  std::vector<Category> categories;
-  std::vector<std::string> missing;  // as written, without ""
-  std::vector<std::string> missingTexts;
+  ColumnType::Name type = ColumnType::Name::kDetected;
+  std::vector<Entry> categories;
+  bool ordered = false;
+  std::vector<Entry> missing;  // without ""
 };
 
 namespace {
+
+using Entry = DictionaryField::Entry;
+
+constexpr std::streamoff kLargestFile = std::streamoff{64} << 20;
 
 [[noreturn]] void refuse(const std::string& file, const std::string& place,
                          const std::string& what) {
@@ -44,13 +52,24 @@ namespace {
 
 struct TypeName {
   const char* name;
-  ColumnForm form;
+  ColumnType::Name type;
 };
 constexpr TypeName kTypes[] = {
-    {"string", ColumnForm::kString},   {"number", ColumnForm::kNumber},
-    {"integer", ColumnForm::kNumber},  {"year", ColumnForm::kNumber},
-    {"boolean", ColumnForm::kBoolean}, {"date", ColumnForm::kDate},
-    {"time", ColumnForm::kTime},       {"datetime", ColumnForm::kDateTime}};
+    {"string", ColumnType::Name::kString},   {"number", ColumnType::Name::kNumber},
+    {"integer", ColumnType::Name::kInteger}, {"year", ColumnType::Name::kInteger},
+    {"boolean", ColumnType::Name::kBoolean}, {"date", ColumnType::Name::kDate},
+    {"time", ColumnType::Name::kTime},       {"datetime", ColumnType::Name::kDateTime}};
+
+/// Properties of a field that change how its values read, with the only value each may have here
+/// (as JSON; empty: none).
+struct Unsupported {
+  const char* property;
+  const char* allowed;
+};
+constexpr Unsupported kUnsupported[] = {{"format", R"("default")"}, {"decimalChar", R"(".")"},
+                                        {"groupChar", R"("")"},     {"bareNumber", "true"},
+                                        {"trueValues", ""},         {"falseValues", ""},
+                                        {"delimiter", ""},          {"itemType", ""}};
 
 /// Walks the document, knowing where it is.
 class Reader {
@@ -58,11 +77,21 @@ class Reader {
   explicit Reader(const std::string& file) : file_(file) {}
 
   Json load() const {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(file_, ignored)) {
+      throw DataError(fmt::format("{}: the dictionary is a folder; name a file.", file_));
+    }
     std::ifstream stream(file_, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    std::string bytes(static_cast<size_t>(kLargestFile) + 1, '\0');
+    errno = 0;
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<size_t>(stream.gcount()));
     if (!stream.is_open() || stream.bad()) {
-      throw DataError(
-          fmt::format("{}: the dictionary cannot be read ({}).", file_, std::strerror(errno)));
+      throw DataError(fmt::format("{}: the dictionary cannot be read ({}).", file_,
+                                  errno == 0 ? "reading failed" : std::strerror(errno)));
+    }
+    if (bytes.size() > static_cast<size_t>(kLargestFile)) {
+      throw DataError(fmt::format("{}: the dictionary is larger than 64 MiB.", file_));
     }
     try {
       return Json::parse(bytes);
@@ -95,29 +124,70 @@ class Reader {
     return value;
   }
 
-  std::vector<std::string> missingValues(const Json& holder, const std::string& place) const {
-    std::vector<std::string> values;
-    const std::string at = place + "/missingValues";
-    size_t index = 0;
-    for (const Json& entry : list(holder.at("missingValues"), at)) {
-      const std::string here = fmt::format("{}/{}", at, index++);
-      if (entry.is_object() && !entry.contains("value")) refuse(file_, here, "a value is expected");
-      std::string value = plain(entry.is_object() ? entry.at("value") : entry, here);
-      if (!value.empty()) values.push_back(std::move(value));
+  /// A value, or an object of value and label.
+  Entry entry(const Json& value, const std::string& place) const {
+    Entry entry;
+    entry.place = place;
+    if (!value.is_object()) {
+      entry.text = plain(value, place);
+      return entry;
     }
+    if (!value.contains("value")) refuse(file_, place, "a value is expected");
+    entry.place += "/value";
+    entry.text = plain(value.at("value"), entry.place);
+    if (value.contains("label")) {
+      entry.label = text(value.at("label"), place + "/label");
+      entry.labelled = true;
+    }
+    return entry;
+  }
+
+  std::vector<Entry> entries(const Json& holder, const char* property,
+                             const std::string& place) const {
+    std::vector<Entry> entries;
+    const std::string at = place + "/" + property;
+    for (const Json& each : list(holder.at(property), at)) {
+      entries.push_back(entry(each, fmt::format("{}/{}", at, entries.size())));
+    }
+    return entries;
+  }
+
+  std::vector<Entry> missingValues(const Json& holder, const std::string& place) const {
+    std::vector<Entry> values = entries(holder, "missingValues", place);
+    values.erase(std::remove_if(values.begin(), values.end(),
+                                [](const Entry& each) { return trimmed(each.text).empty(); }),
+                 values.end());
     return values;
   }
 
   std::unique_ptr<DictionaryField> field(const Json& entry, const std::string& place) const {
     auto field = std::make_unique<DictionaryField>();
     field->place = place;
+    refuseUnsupported(entry, place);
     if (entry.contains("title")) field->title = text(entry.at("title"), place + "/title");
     if (entry.contains("type")) readType(entry.at("type"), place + "/type", *field);
-    if (entry.contains("categories")) readCategories(entry.at("categories"), *field);
+    if (entry.contains("categories")) field->categories = entries(entry, "categories", place);
+    if (entry.contains("categoriesOrdered")) {
+      const Json& ordered = entry.at("categoriesOrdered");
+      const std::string at = place + "/categoriesOrdered";
+      if (!ordered.is_boolean()) refuse(file_, at, "true or false is expected");
+      field->ordered = ordered.get<bool>();
+    }
     return field;
   }
 
  private:
+  void refuseUnsupported(const Json& entry, const std::string& place) const {
+    for (const Unsupported& each : kUnsupported) {
+      if (!entry.contains(each.property)) continue;
+      if (*each.allowed != '\0' && entry.at(each.property) == Json::parse(each.allowed)) continue;
+      refuse(file_, fmt::format("{}/{}", place, each.property),
+             fmt::format("{} is not supported; leave it out, and write the values as numbers with "
+                         "a point, dates as 2026-01-31 and times as 12:30:00",
+                         each.property));
+    }
+  }
+
   void readType(const Json& value, const std::string& place, DictionaryField& field) const {
     const std::string name = text(value, place);
     if (name == "any") return;
@@ -126,7 +196,7 @@ class Reader {
       known.emplace_back(type.name);
       if (name != type.name) continue;
       field.typeName = name;
-      field.form = type.form;
+      field.type = type.type;
       return;
     }
     const std::string guess = nearest(name, known);
@@ -136,35 +206,49 @@ class Reader {
                        fmt::join(known, ", ")));
   }
 
-  void readCategories(const Json& value, DictionaryField& field) const {
-    const std::string at = field.place + "/categories";
-    size_t index = 0;
-    for (const Json& entry : list(value, at)) {
-      DictionaryField::Category category;
-      category.place = fmt::format("{}/{}", at, index++);
-      if (entry.is_object()) {
-        if (!entry.contains("value")) refuse(file_, category.place, "a value is expected");
-        category.value = entry.at("value");
-        if (entry.contains("label")) {
-          category.label = text(entry.at("label"), category.place + "/label");
-          category.labelled = true;
-        }
-        category.place += "/value";
-      } else {
-        category.value = entry;
-      }
-      plain(category.value, category.place);
-      field.categories.push_back(std::move(category));
-    }
-  }
-
   std::string file_;
 };
 
-bool isOnlyText(const std::string& text) {
-  bool zoned = false;
-  return !isNumberText(text) && !isBooleanText(text) && !isTimeText(text) &&
-         !isDateTimeText(text, zoned);
+bool isTemporal(ValueKind kind) {
+  return kind == ValueKind::kDate || kind == ValueKind::kTime || kind == ValueKind::kDateTime;
+}
+
+/// Whether values of a kind that the source itself gives can be of a type at all.
+bool canBe(ValueKind kind, ColumnType::Name type) {
+  using Name = ColumnType::Name;
+  switch (type) {
+    case Name::kDetected:
+    case Name::kString:
+      return true;
+    case Name::kNumber:
+    case Name::kInteger:
+    case Name::kBoolean:
+      return kind == ValueKind::kNumber || kind == ValueKind::kBoolean;
+    case Name::kTime:
+      return kind == ValueKind::kTime;
+    case Name::kDate:
+    case Name::kDateTime:
+      return isTemporal(kind) && kind != ValueKind::kTime;
+  }
+  return false;
+}
+
+bool contains(const std::vector<Entry>& entries, std::string_view text) {
+  return std::any_of(entries.begin(), entries.end(),
+                     [&](const Entry& each) { return trimmed(each.text) == text; });
+}
+
+/// Categories that are user-missing get 0, -1, ..., all others 1, 2, ...
+std::vector<std::pair<std::string, double>> codesOf(const std::vector<std::string>& categories,
+                                                    const std::vector<Entry>& missing) {
+  std::vector<std::pair<std::string, double>> codes;
+  double code = 1.0;
+  for (const std::string& text : categories) {
+    if (!contains(missing, text)) codes.emplace_back(text, code++);
+  }
+  code = 0.0;
+  for (const Entry& each : missing) codes.emplace_back(std::string(trimmed(each.text)), code--);
+  return codes;
 }
 
 }  // namespace
@@ -179,7 +263,7 @@ Dictionary::Dictionary(const std::string& file) : file_(file) {
   const Json document = reader.load();
   if (!document.is_object()) refuse(file, "", "a Table Schema (an object with fields) is expected");
   if (!document.contains("fields")) refuse(file, "", "there are no fields");
-  std::vector<std::string> missingForAll;
+  std::vector<Entry> missingForAll;
   if (document.contains("missingValues")) missingForAll = reader.missingValues(document, "");
   size_t index = 0;
   for (const Json& entry : reader.list(document.at("fields"), "/fields")) {
@@ -190,8 +274,6 @@ Dictionary::Dictionary(const std::string& file) : file_(file) {
     auto field = reader.field(entry, place);
     field->missing =
         entry.contains("missingValues") ? reader.missingValues(entry, place) : missingForAll;
-    std::copy_if(field->missing.begin(), field->missing.end(),
-                 std::back_inserter(field->missingTexts), isOnlyText);
     if (!fields_.emplace(name, std::move(field)).second) {
       refuse(file, place + "/name", fmt::format("the field '{}' is listed twice", name));
     }
@@ -201,12 +283,6 @@ Dictionary::Dictionary(const std::string& file) : file_(file) {
 const DictionaryField* Dictionary::find(const std::string& name) const {
   const auto found = fields_.find(name);
   return found == fields_.end() ? nullptr : found->second.get();
-}
-
-const std::vector<std::string>& Dictionary::missingTexts(const std::string& name) const {
-  static const std::vector<std::string> none;
-  const DictionaryField* field = find(name);
-  return field == nullptr ? none : field->missingTexts;
 }
 
 void Dictionary::refuseUnknown(const std::vector<std::string>& names) const {
@@ -219,83 +295,120 @@ void Dictionary::refuseUnknown(const std::vector<std::string>& names) const {
   }
 }
 
-bool Dictionary::wholeOnly(const std::string& name) const {
-  const DictionaryField* field = find(name);
-  return field != nullptr && (field->typeName == "integer" || field->typeName == "year");
-}
-
-ColumnReading Dictionary::reading(const SourceColumn& column) const {
-  ColumnReading reading = column.reading;
-  const DictionaryField* field = find(column.name);
-  if (field == nullptr || !field->form) return reading;
-  const ColumnForm detected = reading.form;
-  const ColumnForm wanted = *field->form;
-  reading = ColumnReading{wanted, true, {}};
-  const auto isTemporal = [](ColumnForm form) {
-    return form == ColumnForm::kDate || form == ColumnForm::kTime || form == ColumnForm::kDateTime;
-  };
-  const bool impossible =
-      detected == ColumnForm::kUnusable ||
-      (!column.isText && wanted != ColumnForm::kString &&
-       (isTemporal(wanted) != isTemporal(detected) ||
-        (isTemporal(wanted) && (wanted == ColumnForm::kTime) != (detected == ColumnForm::kTime))));
-  if (impossible) {
+ColumnType Dictionary::type(const SourceVariable& column) const {
+  ColumnType type;
+  const DictionaryField* field = find(column.variable.name);
+  const bool enumeration = !column.categories.empty();
+  if (field == nullptr) {
+    if (enumeration) type.codes = codesOf(column.categories, {});
+    return type;
+  }
+  type.name = field->type;
+  for (const Entry& each : field->missing) type.missingTexts.push_back(each.text);
+  const bool asText = field->type == ColumnType::Name::kString;
+  if (field->ordered && (asText || (enumeration && field->typeName.empty()))) {
+    std::vector<std::string> texts;
+    for (const Entry& each : field->categories) texts.emplace_back(trimmed(each.text));
+    if (texts.empty()) {
+      refuse(file_, field->place + "/categoriesOrdered", "ordered categories need categories");
+    }
+    type.codes = codesOf(texts, field->missing);
+  } else if (enumeration && !asText) {
+    type.codes = codesOf(column.categories, field->missing);
+  }
+  const bool impossible = !column.unusable.empty() ||
+                          (column.kindKnown && !column.untyped && type.codes.empty() &&
+                           !canBe(column.variable.kind, type.name)) ||
+                          (enumeration && !asText && !field->typeName.empty());
+  if (impossible && !field->typeName.empty()) {
     refuse(file_, field->place + "/type",
-           fmt::format("the values of '{}' are of another type than '{}'", column.name,
+           fmt::format("the values of '{}' are of another type than '{}'", column.variable.name,
                        field->typeName));
   }
-  if (!column.isText || wanted == ColumnForm::kString) return reading;
-  // Numbers that stand for missing dates are texts to the reader.
-  std::copy_if(field->missing.begin(), field->missing.end(), std::back_inserter(reading.missing),
-               [&](const std::string& text) {
-                 return isOnlyText(text) || (wanted != ColumnForm::kNumber && isNumberText(text));
-               });
-  return reading;
+  return type;
 }
 
-Variable Dictionary::variable(Variable variable) const {
-  if (variable.kind == ValueKind::kBoolean) variable.numberLabels = {{0, "false"}, {1, "true"}};
+Variable Dictionary::titled(Variable variable) const {
+  const DictionaryField* field = find(variable.name);
+  if (field != nullptr && !field->title.empty()) variable.label = field->title;
+  return variable;
+}
+
+Variable Dictionary::variable(Variable variable, const ColumnType& type) const {
+  if (variable.kind == ValueKind::kBoolean && variable.numberLabels.empty()) {
+    variable.numberLabels = {{0, "false"}, {1, "true"}};
+  }
+  for (const auto& [text, code] : type.codes) {
+    variable.categoryTexts.emplace_back(code, text);
+    variable.numberLabels.emplace_back(code, text);
+    if (code <= 0.0) variable.missingNumbers.push_back(code);
+  }
   const DictionaryField* field = find(variable.name);
   if (field == nullptr) return variable;
-  variable.label = field->title;
+  variable = titled(std::move(variable));
+  if (!type.codes.empty()) {
+    for (auto& [code, label] : variable.numberLabels) {
+      for (const auto* entries : {&field->categories, &field->missing}) {
+        for (const Entry& each : *entries) {
+          if (each.labelled && trimmed(each.text) == label) label = each.label;
+        }
+      }
+    }
+    return variable;
+  }
+  addCategories(*field, variable);
+  addMissing(*field, variable);
+  return variable;
+}
+
+void Dictionary::addCategories(const DictionaryField& field, Variable& variable) const {
   const Variable plain = variable;  // categories' texts are read without their own labels
   bool ownLabels = false;
-  const Reader reader(file_);
   std::set<std::string> texts;
   std::set<double> numbers;
   const auto refuseRepeated = [&](bool isNew, const auto& value, const std::string& place) {
     if (!isNew) refuse(file_, place, fmt::format("'{}' has a label twice; leave one out", value));
   };
-  for (const DictionaryField::Category& category : field->categories) {
-    const std::string text = reader.plain(category.value, category.place);
+  for (const Entry& each : field.categories) {
     if (variable.isString()) {
-      if (!category.labelled) continue;
-      const std::string value(trimmed(text));
-      refuseRepeated(texts.insert(value).second, value, category.place);
-      variable.stringLabels.emplace_back(value, category.label);
+      if (!each.labelled) continue;
+      const std::string value(trimmed(each.text));
+      refuseRepeated(texts.insert(value).second, value, each.place);
+      variable.stringLabels.emplace_back(value, each.label);
       continue;
     }
-    const std::optional<double> value = parseValue(plain, text);
+    const std::optional<double> value = parseValue(plain, each.text);
     if (!value) {
-      refuse(file_, category.place,
-             fmt::format("'{}' is no value of '{}', which is not a string variable", text,
+      refuse(file_, each.place,
+             fmt::format("'{}' is no value of '{}', which is not a string variable", each.text,
                          variable.name));
     }
-    if (!category.labelled) continue;
+    if (!each.labelled) continue;
     if (!ownLabels) variable.numberLabels.clear();
     ownLabels = true;
-    refuseRepeated(numbers.insert(*value).second, *value, category.place);
-    variable.numberLabels.emplace_back(*value, category.label);
+    refuseRepeated(numbers.insert(*value).second, *value, each.place);
+    variable.numberLabels.emplace_back(*value, each.label);
   }
-  for (const std::string& text : field->missing) {
+}
+
+void Dictionary::addMissing(const DictionaryField& field, Variable& variable) const {
+  Variable plain;  // without labels, which are no values here
+  plain.kind = variable.kind;
+  if (plain.kind == ValueKind::kBoolean) plain.numberLabels = {{0, "false"}, {1, "true"}};
+  for (const Entry& each : field.missing) {
     if (variable.isString()) {
-      variable.missingStrings.emplace_back(trimmed(text));
-    } else if (const std::optional<double> value = parseValue(plain, text)) {
+      variable.missingStrings.emplace_back(trimmed(each.text));
+      if (each.labelled && variable.findLabel(trimmed(each.text)) == nullptr) {
+        variable.stringLabels.emplace_back(trimmed(each.text), each.label);
+      }
+    } else if (const std::optional<double> value = parseValue(plain, each.text)) {
       variable.missingNumbers.push_back(*value);
+      if (each.labelled && variable.findLabel(*value) == nullptr) {
+        variable.numberLabels.emplace_back(*value, each.label);
+      }
     }
     // Any other text is no number: the cases that carry it are system-missing.
   }
-  return variable;
 }
 
 }  // namespace workbench

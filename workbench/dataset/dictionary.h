@@ -3,12 +3,11 @@
 
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "workbench/dataset/active_dataset.h"
-#include "workbench/engine/source.h"
+#include "workbench/dataset/case_source.h"
+#include "workbench/dataset/variable.h"
 
 namespace workbench {
 
@@ -19,8 +18,8 @@ class Dictionary {
  public:
   /// An empty one.
   Dictionary();
-  /// Throws DataError that names the file and the place in it when the file cannot be read, is no
-  /// JSON or no Table Schema.
+  /// Throws DataError that names the file and the place in it when the file cannot be read, is
+  /// larger than 64 MiB, is no JSON or no Table Schema, or says about values what is not supported.
   explicit Dictionary(const std::string& file);
   ~Dictionary();
   Dictionary(Dictionary&&) noexcept;
@@ -28,25 +27,24 @@ class Dictionary {
 
   const std::string& file() const { return file_; }
 
-  /// The texts that stand for missing values in a column of that name though they are no values of
-  /// any kind but text.
-  const std::vector<std::string>& missingTexts(const std::string& name) const;
-
   /// Throws DataError when the dictionary lists a variable that the data do not have.
   void refuseUnknown(const std::vector<std::string>& names) const;
 
-  /// How the column is to be read: as detected, unless the dictionary gives a type.
-  ColumnReading reading(const SourceColumn& column) const;
+  /// How the values of a column are to be read. Throws DataError when the column, whose kind is
+  /// known, cannot be of the type.
+  ColumnType type(const SourceVariable& column) const;
 
-  /// The entry of a variable of that name and kind. Throws DataError when a category does not fit
-  /// the kind.
-  Variable variable(Variable variable) const;
+  /// The variable with its label.
+  Variable titled(Variable variable) const;
 
-  /// True when the type is "integer".
-  bool wholeOnly(const std::string& name) const;
+  /// The entry of a variable of that name and kind, as it is read by `type`. Throws DataError when
+  /// a category does not fit the kind.
+  Variable variable(Variable variable, const ColumnType& type) const;
 
  private:
   const DictionaryField* find(const std::string& name) const;
+  void addCategories(const DictionaryField& field, Variable& variable) const;
+  void addMissing(const DictionaryField& field, Variable& variable) const;
 
   std::string file_;
   std::map<std::string, std::unique_ptr<DictionaryField>> fields_;

@@ -7,7 +7,6 @@
 #include <system_error>
 #include <utility>
 
-#include "workbench/dataset/engine_cases.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/text/nearest.h"
 
@@ -21,22 +20,17 @@ SourceDataset::SourceDataset(const DataOptions& options)
     : separate_(options.separateTables),
       collapse_(options.collapse),
       memoryLimit_(options.memoryLimit) {
-  openDictionary(options);
-  auto file = openSource({options.data, options.query, options.table, options.interrupted},
-                         [this](const std::string& name) -> const std::vector<std::string>& {
-                           return dictionary_.missingTexts(name);
-                         });
-  std::vector<std::string> names;
-  for (const SourceColumn& column : file->columns()) {
-    names.push_back(column.name);
-    names_.add(column.name);
+  SourceOptions from{options.data, options.query,  options.table,
+                     FieldRules(), options.layout, options.interrupted};
+  from.rules.decimal = options.decimal;
+  if (options.missingTexts) {
+    from.rules.missingTexts = *options.missingTexts;
+    from.rules.missingGiven = true;
   }
-  dictionary_.refuseUnknown(names);
-  for (size_t i = 0; i < names.size(); ++i) {
-    file->setReading(i, dictionary_.reading(file->columns()[i]));
-  }
-  source_ = std::make_unique<EngineCases>(std::move(file));
+  OpenedSource opened = openSource(from);
+  source_ = std::move(opened.source);
   workspace_.watch(options.interrupted);
+  openDictionary(options, opened.dictionary);
   declareVariables();
   chooseVariables(options);
   beginCommand({});
@@ -44,30 +38,73 @@ SourceDataset::SourceDataset(const DataOptions& options)
 
 SourceDataset::~SourceDataset() = default;
 
-void SourceDataset::openDictionary(const DataOptions& options) {
+/// A dictionary that is given must match; one that is found says what it has to say.
+void SourceDataset::openDictionary(const DataOptions& options, const std::string& beside) {
+  if (options.schema == "none") return;
   if (options.schema) {
     dictionary_ = Dictionary(*options.schema);
+    std::vector<std::string> names;
+    for (const SourceVariable& column : source_->variables()) names.push_back(column.variable.name);
+    dictionary_.refuseUnknown(names);
     return;
   }
-  const std::string beside = dictionaryBeside(options.data);
   std::error_code error;
   if (!beside.empty() && std::filesystem::exists(beside, error)) dictionary_ = Dictionary(beside);
 }
 
+namespace {
+
+/// What a column will be, as far as that is known before it is read.
+ValueKind plannedKind(const SourceVariable& column, const ColumnType& type) {
+  using Name = ColumnType::Name;
+  if (!type.codes.empty()) return ValueKind::kNumber;
+  switch (type.name) {
+    case Name::kString:
+      return ValueKind::kString;
+    case Name::kNumber:
+    case Name::kInteger:
+      return ValueKind::kNumber;
+    case Name::kBoolean:
+      return ValueKind::kBoolean;
+    case Name::kDate:
+      return ValueKind::kDate;
+    case Name::kTime:
+      return ValueKind::kTime;
+    case Name::kDateTime:
+      return ValueKind::kDateTime;
+    case Name::kDetected:
+      break;
+  }
+  return column.variable.kind;
+}
+
+}  // namespace
+
 void SourceDataset::declareVariables() {
-  const std::vector<SourceVariable>& declared = source_->variables();
-  variables_.resize(declared.size());
-  for (size_t i = 0; i < declared.size(); ++i) {
-    unusable_.push_back(declared[i].unusable);
-    declare(static_cast<VarIndex>(i));
-    settled_.push_back(!unusable_[i].empty() ||
-                       (declared[i].kindKnown && !variables_[i].isString()));
+  const std::vector<SourceVariable>& columns = source_->variables();
+  variables_.resize(columns.size());
+  for (const SourceVariable& column : columns) {
+    names_.add(column.variable.name);
+    types_.push_back(dictionary_.type(column));
+    unusable_.push_back(column.unusable);
+    Variable planned = column.variable;
+    planned.kind = plannedKind(column, types_.back());
+    const size_t position = types_.size() - 1;
+    // Value labels of a kind that may still turn out to be another are left for later.
+    const bool known = column.kindKnown || types_.back().name != ColumnType::Name::kDetected ||
+                       !types_.back().codes.empty();
+    if (planned.isString()) planned.width = 1;
+    variables_[position] =
+        known ? dictionary_.variable(planned, types_.back()) : dictionary_.titled(planned);
+    settled_.push_back(!column.unusable.empty() || (known && !planned.isString()));
   }
 }
 
+/// With the kind that the read has shown.
 void SourceDataset::declare(VarIndex index) {
   const auto position = static_cast<size_t>(index);
-  variables_[position] = dictionary_.variable(source_->variables()[position].variable);
+  variables_[position] =
+      dictionary_.variable(source_->variables()[position].variable, types_[position]);
 }
 
 VarIndex SourceDataset::findOrRefuse(const std::string& name, const char* option) const {
@@ -132,12 +169,8 @@ void SourceDataset::beginCommand(const std::vector<VarIndex>& mentioned) {
 CaseRequest SourceDataset::request(const std::vector<VarIndex>& variables) const {
   CaseRequest request;
   for (const VarIndex index : variables) {
-    ColumnType type;
-    const Variable& entry = declaration(index);
-    if (dictionary_.wholeOnly(entry.name) && entry.kind == ValueKind::kNumber) {
-      type.name = ColumnType::Name::kInteger;
-    }
-    request.columns.push_back({static_cast<size_t>(index), type});
+    const auto position = static_cast<size_t>(index);
+    request.columns.push_back({position, types_[position]});
   }
   request.collapse = collapse_;
   request.memoryLimit = memoryLimit_;
@@ -164,7 +197,12 @@ bool SourceDataset::readCasesOnce() {
   if (failed_) return false;
   if (store_ != nullptr) return true;
   try {
-    store_ = readCases(*source_, plan(), workspace_);
+    const CasePlan wanted = plan();
+    CodedCases cases = source_->read(wanted.request);
+    // The missing values of the weight depend on its kind.
+    if (weight_ >= 0) settle(weight_, cases.complete ? cases.columns.back().width() : 1);
+    store_ = keepCases(std::move(cases), *source_, wanted, workspace_);
+    source_->refuseChanged();
     for (size_t i = 0; i < projection_.size(); ++i) settle(projection_[i], store_->width(i));
   } catch (const std::exception& error) {
     passFailed(error);
@@ -183,7 +221,7 @@ void SourceDataset::settle(VarIndex index, int32_t width) {
 const Variable& SourceDataset::variable(VarIndex index) {
   const auto position = static_cast<size_t>(index);
   if (settled_[position] || failed_) return variables_[position];
-  if (isProjected(index)) {
+  if (isProjected(index) || (index == weight_ && store_ == nullptr)) {
     readCasesOnce();
   } else if (store_ != nullptr) {
     readAlone(index);
@@ -201,7 +239,8 @@ void SourceDataset::readAlone(VarIndex index) {
     alone.request = request({index});
     alone.request.collapse = CollapseMode::kAlways;
     alone.variables = {index};
-    settle(index, readCases(*source_, alone, workspace_)->width(0));
+    CodedCases cases = source_->read(alone.request);
+    settle(index, keepCases(std::move(cases), *source_, alone, workspace_)->width(0));
   } catch (const std::exception& error) {
     passFailed(error);
   }
@@ -244,7 +283,7 @@ void SourceDataset::passComplete(int64_t cases) {
 
 void SourceDataset::passFailed(const std::exception& error) {
   const bool byEngine = dynamic_cast<const EngineError*>(&error) != nullptr;
-  fail(byEngine ? readProblem(error.what(), source_->label()).text : error.what());
+  fail(byEngine ? readProblem(error.what(), source_->label()) : error.what());
 }
 
 void SourceDataset::fail(std::string text) {

@@ -1,4 +1,4 @@
-/// The active data set over a file, standard input or a database.
+/// The active data set over files, standard input or a database.
 #pragma once
 
 #include <atomic>
@@ -13,21 +13,27 @@
 #include "workbench/dataset/case_store.h"
 #include "workbench/dataset/dictionary.h"
 #include "workbench/dataset/name_index.h"
-#include "workbench/engine/source.h"
+#include "workbench/dataset/open_source.h"
+#include "workbench/engine/engine_holder.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
 
 struct DataOptions {
-  std::string data;  ///< a file, "-" or "duckdb:FILE"
+  std::string data;  ///< a file, a folder, a pattern, "-" or "duckdb:FILE"
   std::optional<std::string> query;
   std::optional<std::string> table;
-  std::optional<std::string> schema;  ///< the dictionary; else the one beside the data, if any
+  /// The dictionary, or "none"; else the one beside the data, if any.
+  std::optional<std::string> schema;
+  /// Texts for missing values; else those that FieldRules begins with.
+  std::optional<std::vector<std::string>> missingTexts;
+  char decimal = '.';
+  TextLayout layout;
   std::optional<std::string> weight;
   std::vector<std::string> split;  ///< outermost first
   bool separateTables = false;
   CollapseMode collapse = CollapseMode::kAuto;
-  size_t memoryLimit = size_t{200} << 20;  ///< bytes of cases that are held in memory
+  size_t memoryLimit = size_t{400} << 20;  ///< bytes of cases that are held in memory
   /// Set from outside (by a signal handler, say) to make all reading fail; may be null, else it
   /// outlives the data set.
   const std::atomic<bool>* interrupted = nullptr;
@@ -77,7 +83,7 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   void passComplete(int64_t cases) override;
   void passFailed(const std::exception& error) override;
 
-  void openDictionary(const DataOptions& options);
+  void openDictionary(const DataOptions& options, const std::string& beside);
   void declareVariables();
   void declare(VarIndex index);
   void chooseVariables(const DataOptions& options);
@@ -94,6 +100,7 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   Dictionary dictionary_;
   std::unique_ptr<CaseSource> source_;
   EngineHolder workspace_;  // for cases that do not fit into memory
+  std::vector<ColumnType> types_;
   std::vector<Variable> variables_;
   std::vector<std::string> unusable_;  // by variable
   std::vector<bool> settled_;          // by variable: kind and width are known

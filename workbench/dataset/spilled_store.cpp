@@ -6,11 +6,15 @@
 #include <utility>
 
 #include "workbench/dataset/case_store.h"
-#include "workbench/engine/source.h"
+#include "workbench/engine/engine_holder.h"
 #include "workbench/text/collation.h"
+#include "workbench/values/data_error.h"
+#include "workbench/values/excerpt.h"
 
 namespace workbench {
 namespace {
+
+constexpr size_t kWidestString = 32'767;
 
 /// Runs a statement that leaves a table behind; unlike Database::execute it can be interrupted.
 void run(Database& database, const std::string& sql) {
@@ -167,7 +171,7 @@ const CaseChunk* SpilledFeed::NextChunk() {
 class SpilledStore final : public CaseStore {
  public:
   SpilledStore(CaseSource& source, const CasePlan& plan, const std::vector<ValueKind>& kinds,
-               EngineHolder& workspace);
+               int64_t cases, EngineHolder& workspace);
   int32_t width(size_t column) const override { return table_.widths[column]; }
   std::unique_ptr<CaseFeed> openFeed(ColumnViews views, std::shared_ptr<SplitCursor> cursor,
                                      FeedObserver& observer) override {
@@ -183,18 +187,20 @@ class SpilledStore final : public CaseStore {
   std::string rankTable(size_t column);
 
   Database& database_;
+  const std::string& label_;
   SpilledTable table_;
   std::vector<double> numbers_;
 };
 
 Database& startedEngine(EngineHolder& workspace) {
-  if (!workspace.started()) workspace.start("");
+  if (!workspace.started()) workspace.start({});
   return workspace.database();
 }
 
 SpilledStore::SpilledStore(CaseSource& source, const CasePlan& plan,
-                           const std::vector<ValueKind>& kinds, EngineHolder& workspace)
-    : database_(startedEngine(workspace)) {
+                           const std::vector<ValueKind>& kinds, int64_t cases,
+                           EngineHolder& workspace)
+    : database_(startedEngine(workspace)), label_(source.label()) {
   table_.kinds = kinds;
   table_.widths.assign(kinds.size(), 0);
   table_.variables = plan.variables;
@@ -205,6 +211,12 @@ SpilledStore::SpilledStore(CaseSource& source, const CasePlan& plan,
     table_.kinds.back() = ValueKind::kNumber;
   }
   spill(source, plan.request);
+  if (table_.cases != cases) {
+    throw DataError(fmt::format(
+        "{}: the data changed while they were read: {} cases at first, then {}. Run the command "
+        "again.",
+        source.label(), cases, table_.cases));
+  }
   if (!table_.split.empty()) sortCases();
 }
 
@@ -234,8 +246,14 @@ void SpilledStore::append(TableWriter& writer, const CaseBlock& block) {
         continue;
       }
       for (size_t row = begin; row < begin + count; ++row) {
-        table_.widths[i] =
-            std::max(table_.widths[i], static_cast<int32_t>(column.texts[row].size()));
+        const size_t width = column.texts[row].size();
+        if (width > kWidestString) {
+          throw DataError(
+              fmt::format("{}, case {}: the text '{}' takes {} bytes; a string holds up to {}.",
+                          label_, table_.cases + static_cast<int64_t>(row) + 1,
+                          excerpt(column.texts[row]), width, kWidestString));
+        }
+        table_.widths[i] = std::max(table_.widths[i], static_cast<int32_t>(width));
       }
       writer.addTexts(i, column.texts.data() + begin, count);
     }
@@ -311,9 +329,9 @@ void SpilledStore::sortCases() {
 }  // namespace
 
 std::unique_ptr<CaseStore> makeSpilledStore(CaseSource& source, const CasePlan& plan,
-                                            const std::vector<ValueKind>& kinds,
+                                            const std::vector<ValueKind>& kinds, int64_t cases,
                                             EngineHolder& workspace) {
-  return std::make_unique<SpilledStore>(source, plan, kinds, workspace);
+  return std::make_unique<SpilledStore>(source, plan, kinds, cases, workspace);
 }
 
 }  // namespace workbench

@@ -38,12 +38,12 @@ bool isOfKind(ValueKind kind, const std::string& text) {
 
 std::optional<SyntaxProblem> ruleProblem(const RuleFacts& rule,
                                          const std::vector<VarIndex>& variables,
-                                         const ActiveDataset& dataset) {
+                                         ActiveDataset& dataset) {
   if (rule.rule != ValueRule::kCutpoint || rule.values.empty()) return {};
   const TokenInfoObj& written = rule.values.front();
   if (written.kind() != TokenInfoObj::Kind::kString) return {};
   for (const VarIndex index : variables) {
-    const Variable& variable = dataset.declaration(index);
+    const Variable& variable = dataset.variable(index);
     if (isOfKind(variable.kind, written.getText())) continue;
     return SyntaxProblem{
         written.position(),
@@ -60,8 +60,7 @@ std::optional<double> instantOf(const std::string& text) {
   return parseTime(text);
 }
 
-std::optional<SyntaxProblem> cutPointProblem(const CommandFacts& facts,
-                                             const ActiveDataset& dataset) {
+std::optional<SyntaxProblem> cutPointProblem(const CommandFacts& facts, ActiveDataset& dataset) {
   if (auto problem = ruleProblem(facts.success, facts.analysed(), dataset)) return problem;
   if (facts.grouping < 0) return {};
   return ruleProblem(facts.groups, {facts.grouping}, dataset);

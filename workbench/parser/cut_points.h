@@ -13,7 +13,6 @@ std::optional<double> instantOf(const std::string& text);
 
 /// What is wrong with a cut point in quotes: it must be one of the kind of every variable that it
 /// cuts. Nothing when there is none.
-std::optional<SyntaxProblem> cutPointProblem(const CommandFacts& facts,
-                                             const ActiveDataset& dataset);
+std::optional<SyntaxProblem> cutPointProblem(const CommandFacts& facts, ActiveDataset& dataset);
 
 }  // namespace workbench

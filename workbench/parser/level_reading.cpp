@@ -141,7 +141,7 @@ void addOccurringValues(ActiveDataset& dataset, VarIndex index, const std::strin
   constexpr size_t kShown = 8;
   const ValueList occurring = occurringValues(dataset, index, kLookedAt);
   if (occurring.values.empty()) return;
-  const Variable& variable = dataset.declaration(index);
+  const Variable& variable = dataset.variable(index);
   std::vector<std::string> written;
   for (const SplitValue& value : occurring.values) {
     written.push_back(writtenLevel(variable, value));

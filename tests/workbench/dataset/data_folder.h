@@ -44,19 +44,9 @@ class DataFolder {
 inline DataOptions dataOptions(const std::string& data) {
   DataOptions options;
   options.data = data;
+  options.collapse = CollapseMode::kNever;  // so that the cases come in file order
   return options;
 }
-
-/// The message of the DataError that opening ends in; empty when it ends well.
-inline std::string refusal(const DataOptions& options) {
-  try {
-    openDataset(options);
-    return {};
-  } catch (const DataError& error) {
-    return error.what();
-  }
-}
-inline std::string refusal(const std::string& data) { return refusal(dataOptions(data)); }
 
 inline std::vector<VarIndex> allVariables(const ActiveDataset& dataset) {
   std::vector<VarIndex> all;
@@ -65,6 +55,19 @@ inline std::vector<VarIndex> allVariables(const ActiveDataset& dataset) {
   }
   return all;
 }
+
+/// Why the data cannot be opened, or not be read; empty when they can.
+inline std::string refusal(const DataOptions& options) {
+  try {
+    const auto dataset = openDataset(options);
+    dataset->beginCommand(allVariables(*dataset));
+    dataset->openFeed();
+    return dataset->failure();
+  } catch (const DataError& error) {
+    return error.what();
+  }
+}
+inline std::string refusal(const std::string& data) { return refusal(dataOptions(data)); }
 
 inline std::string splitText(const ActiveDataset& dataset) {
   std::string text;

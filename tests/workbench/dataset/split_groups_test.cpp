@@ -42,7 +42,7 @@ TEST_P(SplitGroups, UserMissingValuesAreGroups) {
 }
 
 TEST_P(SplitGroups, TrailingBlanksMakeNoGroup) {
-  const std::string path = folder_.write("a.csv", "x,g\n1,b\n2,\n3,\"b  \"\n4, b\n5,\" \"\n");
+  const std::string path = folder_.write("a.csv", "x,g\n1,b\n2,\n3,\"b  \"\n4,\" b\"\n5,\" \"\n");
   const Lines lines = casesOf(options(path, {"g"}));
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                           [](const std::string& line) { return line.rfind("end of", 0) == 0; }),

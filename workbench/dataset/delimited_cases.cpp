@@ -1,0 +1,222 @@
+#include "workbench/dataset/delimited_cases.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "workbench/dataset/spelled_column.h"
+#include "workbench/dataset/value_coder.h"
+#include "workbench/delimited/delimited_data.h"
+#include "workbench/values/data_error.h"
+#include "workbench/values/excerpt.h"
+
+namespace workbench {
+namespace {
+
+constexpr size_t kWidestString = 32'767;
+
+/// Codes of numbers that have become equal (minus zero is zero) are made one.
+void normalise(CaseColumn& column) {
+  for (double& value : column.numbers) value = normalNumber(value);
+  if (!column.coded) return;
+  NumberCoder coder;
+  std::vector<double> values;
+  std::vector<uint32_t> codes;
+  for (const double value : column.numbers) codes.push_back(coder.code(value, values));
+  if (values.size() == column.numbers.size()) return;
+  column.numbers = std::move(values);
+  column.codes.recode(codes);
+}
+
+class DelimitedCaseSource final : public CaseSource {
+ public:
+  DelimitedCaseSource(const DataFiles& files, const TextLayout& layout, const FieldRules& rules,
+                      const std::atomic<bool>* interrupted);
+
+  const std::string& label() const override { return files_.label; }
+  const std::vector<SourceVariable>& variables() const override { return variables_; }
+  CodedCases read(const CaseRequest& request) override;
+  void forEachBlock(const CaseRequest& request,
+                    const std::function<void(const CaseBlock&)>& take) override;
+  void requestInterrupt() override { interrupted_ = true; }
+  bool interruptRequested() const override {
+    return interrupted_ || (watched_ != nullptr && *watched_);
+  }
+  void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
+
+ private:
+  DelimitedOptions optionsFor(const TextLayout& layout, const FieldRules& rules);
+  DelimitedRequest requestFor(const CaseRequest& request) const;
+  CaseColumn converted(CodedColumn read, const ColumnRequest& wanted) const;
+  double categoryOf(std::string_view text, const ColumnRequest& wanted,
+                    const std::string& place) const;
+  std::string placeOf(const CodedColumn& column, size_t code) const;
+  [[noreturn]] void refuse(const std::string& place, const ColumnRequest& wanted,
+                           std::string_view text, const std::string& why) const;
+
+  DataFiles files_;
+  const std::atomic<bool>* watched_;
+  std::atomic<bool> interrupted_{false};
+  ProgressCallback progress_;
+  std::unique_ptr<DelimitedData> data_;
+  std::vector<SourceVariable> variables_;
+  std::vector<size_t> columns_;  // by variable: its column in the data
+  DelimitedCases incomplete_;    // of the last read, when the cases took too much memory
+};
+
+DelimitedCaseSource::DelimitedCaseSource(const DataFiles& files, const TextLayout& layout,
+                                         const FieldRules& rules,
+                                         const std::atomic<bool>* interrupted)
+    : files_(files),
+      watched_(interrupted),
+      data_(std::make_unique<DelimitedData>(optionsFor(layout, rules))) {
+  for (size_t i = 0; i < data_->names().size(); ++i) {
+    if (data_->names()[i].empty()) continue;  // nobody could name it
+    SourceVariable& variable = variables_.emplace_back();
+    variable.variable.name = data_->names()[i];
+    variable.kindKnown = false;
+    variable.untyped = true;
+    columns_.push_back(i);
+  }
+}
+
+DelimitedOptions DelimitedCaseSource::optionsFor(const TextLayout& layout,
+                                                 const FieldRules& rules) {
+  DelimitedOptions options;
+  for (const DataFile& file : files_.files) {
+    options.parts.push_back({file.path, file.label, file.pathValues});
+  }
+  options.constants = files_.pathNames;
+  options.delimiter = layout.delimiter;
+  if (options.delimiter == 0 && files_.format == FileFormat::kTabbed) options.delimiter = '\t';
+  options.rules = rules;
+  options.encoding = layout.encoding;
+  options.interrupted = watched_;
+  return options;
+}
+
+DelimitedRequest DelimitedCaseSource::requestFor(const CaseRequest& request) const {
+  DelimitedRequest made;
+  for (const ColumnRequest& wanted : request.columns) {
+    const bool ordered = !wanted.type.codes.empty();
+    made.columns.push_back({columns_[wanted.column],
+                            ordered ? DeclaredType::kString : declaredType(wanted.type),
+                            wanted.type.missingTexts});
+  }
+  made.counting = request.collapse == CollapseMode::kAlways  ? Counting::kAlways
+                  : request.collapse == CollapseMode::kNever ? Counting::kNever
+                                                             : Counting::kAuto;
+  made.memoryLimit = request.memoryLimit;
+  made.progress = progress_;
+  return made;
+}
+
+std::string DelimitedCaseSource::placeOf(const CodedColumn& column, size_t code) const {
+  if (code >= column.places.size()) return files_.label;
+  const DelimitedPlace& place = column.places[code];
+  return fmt::format("{}, line {}", files_.files[place.part].label, place.line);
+}
+
+void DelimitedCaseSource::refuse(const std::string& place, const ColumnRequest& wanted,
+                                 std::string_view text, const std::string& why) const {
+  throw DataError(fmt::format("{}: {}: '{}' {}", place, variables_[wanted.column].variable.name,
+                              excerpt(text), why));
+}
+
+double DelimitedCaseSource::categoryOf(std::string_view text, const ColumnRequest& wanted,
+                                       const std::string& place) const {
+  if (text.empty()) return kSystemMissing;
+  for (const auto& [known, code] : wanted.type.codes) {
+    if (known == text) return code;
+  }
+  refuse(place, wanted, text,
+         "is not among the ordered categories that the dictionary lists; add it.");
+}
+
+CaseColumn DelimitedCaseSource::converted(CodedColumn read, const ColumnRequest& wanted) const {
+  CaseColumn column;
+  column.kind = valueKindOf(read.kind);
+  if (!read.codes1.empty()) column.codes = CodeList(std::move(read.codes1));
+  if (!read.codes2.empty()) column.codes = CodeList(std::move(read.codes2));
+  if (!read.codes4.empty()) column.codes = CodeList(std::move(read.codes4));
+  if (read.isWide()) {
+    column.coded = false;
+    column.numbers = std::move(read.wide);
+  } else if (!column.isString()) {
+    column.numbers = std::move(read.numbers);
+  } else if (!wanted.type.codes.empty()) {
+    column.kind = ValueKind::kNumber;
+    for (size_t i = 0; i < read.texts.size(); ++i) {
+      column.numbers.push_back(categoryOf(read.texts[i], wanted, placeOf(read, i)));
+    }
+  } else {
+    for (size_t i = 0; i < read.texts.size(); ++i) {
+      if (read.texts[i].size() > kWidestString) {
+        refuse(placeOf(read, i), wanted, read.texts[i],
+               fmt::format("takes {} bytes; a string holds up to {}.", read.texts[i].size(),
+                           kWidestString));
+      }
+      column.texts.add(read.texts[i]);
+    }
+  }
+  if (!column.isString()) normalise(column);
+  return column;
+}
+
+CodedCases DelimitedCaseSource::read(const CaseRequest& request) {
+  DelimitedCases found = data_->read(requestFor(request));
+  CodedCases cases;
+  cases.rows = found.entries;
+  cases.cases = found.cases;
+  cases.complete = found.complete;
+  cases.counts.assign(found.repeats.begin(), found.repeats.end());
+  for (size_t i = 0; i < request.columns.size(); ++i) {
+    SourceVariable& variable = variables_[request.columns[i].column];
+    variable.zoned = found.columns[i].kind == FieldKind::kZonedDateTime;
+    if (found.complete) {
+      cases.columns.push_back(converted(std::move(found.columns[i]), request.columns[i]));
+    } else {
+      const bool ordered = !request.columns[i].type.codes.empty();
+      cases.columns.emplace_back().kind =
+          ordered ? ValueKind::kNumber : valueKindOf(found.columns[i].kind);
+    }
+    variable.variable.kind = cases.columns.back().kind;
+    variable.kindKnown = true;
+  }
+  incomplete_ = found.complete ? DelimitedCases() : std::move(found);
+  return cases;
+}
+
+void DelimitedCaseSource::forEachBlock(const CaseRequest& request,
+                                       const std::function<void(const CaseBlock&)>& take) {
+  CaseBlock block;
+  block.columns.resize(request.columns.size());
+  data_->forEachBlock(requestFor(request), incomplete_, [&](const DelimitedBlock& from) {
+    block.cases = from.cases;
+    for (size_t i = 0; i < request.columns.size(); ++i) {
+      CaseBlock::Column& into = block.columns[i];
+      into.numbers = from.columns[i].numbers;
+      into.texts = from.columns[i].texts;
+      for (double& value : into.numbers) value = normalNumber(value);
+      if (request.columns[i].type.codes.empty()) continue;
+      into.numbers.clear();
+      for (const std::string_view text : into.texts) {
+        into.numbers.push_back(categoryOf(text, request.columns[i], files_.label));
+      }
+    }
+    take(block);
+  });
+}
+
+}  // namespace
+
+std::unique_ptr<CaseSource> openDelimitedCases(const DataFiles& files, const TextLayout& layout,
+                                               const FieldRules& rules,
+                                               const std::atomic<bool>* interrupted) {
+  return std::make_unique<DelimitedCaseSource>(files, layout, rules, interrupted);
+}
+
+}  // namespace workbench

@@ -1,0 +1,372 @@
+#include "workbench/dataset/json_cases.h"
+
+#include <fmt/format.h>
+
+#include <deque>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include "workbench/dataset/case_collector.h"
+#include "workbench/dataset/spelled_column.h"
+#include "workbench/json/json_records.h"
+#include "workbench/text/text_fold.h"
+#include "workbench/values/data_error.h"
+#include "workbench/values/excerpt.h"
+
+namespace workbench {
+namespace {
+
+constexpr size_t kBlockCases = 1024;
+constexpr const char* kNested =
+    "holds lists or objects (line {}); take the part that is wanted with --query";
+
+Spelling spellingOf(JsonValue::Type type) {
+  switch (type) {
+    case JsonValue::Type::kBoolean:
+      return Spelling::kBoolean;
+    case JsonValue::Type::kNumber:
+      return Spelling::kNumber;
+    case JsonValue::Type::kString:
+    case JsonValue::Type::kNested:  // asked for by queries only, which take its JSON
+      return Spelling::kString;
+    case JsonValue::Type::kNull:
+      break;
+  }
+  return Spelling::kMissing;
+}
+
+/// One member of a record, or nothing.
+struct Member {
+  Spelling spelling = Spelling::kMissing;
+  std::string text;
+  uint64_t line = 0;
+};
+
+/// Collects the names of all records.
+class NameCollector final : public JsonVisitor {
+ public:
+  void beginRecord(uint64_t) override {}
+  void member(const std::string& name, const JsonValue& value, uint64_t line) override;
+  void endRecord() override {}
+  bool wantsNested(const std::string&) const override { return false; }
+
+  std::vector<SourceVariable> take() { return std::move(variables_); }
+
+ private:
+  size_t add(const std::string& name, uint64_t line);
+
+  std::vector<SourceVariable> variables_;
+  std::unordered_map<std::string, size_t> known_;
+  std::unordered_map<std::string, size_t> folded_;
+};
+
+size_t NameCollector::add(const std::string& name, uint64_t line) {
+  SourceVariable& variable = variables_.emplace_back();
+  variable.variable.name = name;
+  variable.kindKnown = false;
+  variable.untyped = true;
+  const auto [other, isNew] = folded_.emplace(foldCase(name), variables_.size() - 1);
+  if (!isNew) {
+    SourceVariable& first = variables_[other->second];
+    variable.unusable = fmt::format(
+        "the keys {} and {} (line {}) differ in the case of their letters alone; rename one",
+        excerpt(first.variable.name), excerpt(name), line);
+    first.unusable = variable.unusable;
+  }
+  return variables_.size() - 1;
+}
+
+void NameCollector::member(const std::string& name, const JsonValue& value, uint64_t line) {
+  if (name.empty()) return;  // it cannot be named by a command either
+  const auto [at, isNew] = known_.emplace(name, 0);
+  if (isNew) at->second = add(name, line);
+  SourceVariable& variable = variables_[at->second];
+  if (value.type == JsonValue::Type::kNested && variable.unusable.empty()) {
+    variable.unusable = name + " " + fmt::format(kNested, line);
+  }
+}
+
+/// Picks the wanted members of every record and hands them over record by record.
+class MemberReader : public JsonVisitor {
+ public:
+  MemberReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
+               std::string label)
+      : label_(std::move(label)), members_(request.columns.size()) {
+    for (size_t i = 0; i < request.columns.size(); ++i) {
+      const size_t column = request.columns[i].column;
+      if (column < variables.size()) wanted_.emplace(variables[column].variable.name, i);
+    }
+  }
+  /// The members that come from the path of a file.
+  void setPathMember(size_t position, const std::string& text) {
+    members_[position] = {Spelling::kField, text, 0};
+  }
+
+  void beginRecord(uint64_t line) override {
+    for (const auto& [name, position] : wanted_) {
+      members_[position].spelling = Spelling::kMissing;
+      members_[position].line = 0;
+    }
+    line_ = line;
+  }
+  void member(const std::string& name, const JsonValue& value, uint64_t line) override {
+    const auto [begin, end] = wanted_.equal_range(name);
+    for (auto found = begin; found != end; ++found)
+      take(members_[found->second], name, value, line);
+  }
+  void take(Member& into, const std::string& name, const JsonValue& value, uint64_t line) const {
+    if (into.line != 0) {
+      throw DataError(fmt::format("{}, line {}: the record has the key {} twice; remove one.",
+                                  label_, line, excerpt(name)));
+    }
+    into.spelling = spellingOf(value.type);
+    into.text = into.spelling == Spelling::kMissing ? std::string_view() : value.text;
+    into.line = line;
+  }
+  void endRecord() override {
+    for (Member& each : members_) {
+      if (each.line == 0) each.line = line_;
+    }
+    takeRecord(members_);
+  }
+  bool wantsNested(const std::string& name) const override { return wanted_.count(name) > 0; }
+
+ protected:
+  virtual void takeRecord(const std::vector<Member>& members) = 0;
+
+ private:
+  std::string label_;
+  std::vector<Member> members_;
+  std::unordered_multimap<std::string, size_t> wanted_;  // a column may be wanted twice
+  uint64_t line_ = 0;
+};
+
+/// Codes the records.
+class CodingReader final : public MemberReader {
+ public:
+  CodingReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
+               const std::string& label, std::vector<SpelledColumn>& columns,
+               CaseCollector& collector, std::function<void(int64_t)> report)
+      : MemberReader(variables, request, label),
+        columns_(columns),
+        collector_(collector),
+        report_(std::move(report)),
+        codes_(columns.size()) {}
+
+  /// To be called after the last record.
+  void flush() {
+    size_t texts = 0;
+    for (size_t i = 0; i < codes_.size(); ++i) {
+      if (keeping_) collector_.addCodes(i, codes_[i].data(), pending_);
+      codes_[i].clear();
+      texts += columns_[i].memory();
+    }
+    const bool fits = collector_.endBlock(pending_, texts);
+    if (!fits && keeping_) {
+      for (SpelledColumn& column : columns_) column.forget();
+    }
+    keeping_ = fits;
+    pending_ = 0;
+    report_(cases_);
+  }
+
+ private:
+  void takeRecord(const std::vector<Member>& members) override {
+    for (size_t i = 0; i < members.size(); ++i) {
+      const Member& each = members[i];
+      if (keeping_) {
+        codes_[i].push_back(columns_[i].code(each.spelling, each.text, each.line));
+      } else {
+        columns_[i].note(each.spelling, each.text, each.line);
+      }
+    }
+    ++cases_;
+    if (++pending_ == kBlockCases) flush();
+  }
+
+  std::vector<SpelledColumn>& columns_;
+  CaseCollector& collector_;
+  std::function<void(int64_t)> report_;
+  std::vector<std::vector<uint32_t>> codes_;
+  size_t pending_ = 0;
+  int64_t cases_ = 0;
+  bool keeping_ = true;
+};
+
+/// Hands the records over in blocks.
+class BlockingReader final : public MemberReader {
+ public:
+  BlockingReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
+                 const std::string& label, const std::vector<SpelledColumn>& columns,
+                 const std::function<void(const CaseBlock&)>& take)
+      : MemberReader(variables, request, label), columns_(columns), take_(take) {
+    block_.columns.resize(columns.size());
+  }
+
+  void flush() {
+    take_(block_);
+    block_.cases = 0;
+    texts_.clear();
+    for (CaseBlock::Column& column : block_.columns) {
+      column.numbers.clear();
+      column.texts.clear();
+    }
+  }
+
+ private:
+  void takeRecord(const std::vector<Member>& members) override {
+    for (size_t i = 0; i < members.size(); ++i) {
+      const Member& each = members[i];
+      if (columns_[i].valueKind() == ValueKind::kString) {
+        texts_.emplace_back(columns_[i].textOf(each.spelling, each.text, each.line));
+        block_.columns[i].texts.emplace_back(texts_.back());
+      } else {
+        block_.columns[i].numbers.push_back(
+            columns_[i].numberOf(each.spelling, each.text, each.line));
+      }
+    }
+    if (++block_.cases == kBlockCases) flush();
+  }
+
+  const std::vector<SpelledColumn>& columns_;
+  const std::function<void(const CaseBlock&)>& take_;
+  std::deque<std::string> texts_;  // of the block
+  CaseBlock block_;
+};
+
+class JsonCases final : public CaseSource {
+ public:
+  JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted);
+
+  const std::string& label() const override { return files_.label; }
+  const std::vector<SourceVariable>& variables() const override { return variables_; }
+  CodedCases read(const CaseRequest& request) override;
+  void forEachBlock(const CaseRequest& request,
+                    const std::function<void(const CaseBlock&)>& take) override;
+  void requestInterrupt() override { interrupted_ = true; }
+  bool interruptRequested() const override {
+    return interrupted_ || (watched_ != nullptr && *watched_);
+  }
+  void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
+  void refuseChanged() const override {
+    for (const auto& input : inputs_) input->refuseChanged();
+  }
+
+ private:
+  void walk(size_t file, JsonVisitor& visitor);
+  std::vector<SpelledColumn> columnsFor(const CaseRequest& request) const;
+  void report(int64_t cases) const;
+
+  DataFiles files_;
+  FieldRules rules_;
+  const std::atomic<bool>* watched_;
+  std::atomic<bool> interrupted_{false};
+  ProgressCallback progress_;
+  std::vector<std::unique_ptr<ByteInput>> inputs_;
+  std::vector<SourceVariable> variables_;  // of the records, then of the paths
+  size_t recordVariables_ = 0;
+  std::vector<SpelledColumn> understood_;  // of the last read
+};
+
+JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted)
+    : files_(files), rules_(std::move(rules)), watched_(interrupted) {
+  NameCollector names;
+  for (size_t i = 0; i < files_.files.size(); ++i) {
+    inputs_.push_back(openInput(files_.files[i].path, files_.files[i].label, watched_));
+    walk(i, names);
+  }
+  variables_ = names.take();
+  recordVariables_ = variables_.size();
+  for (const std::string& name : files_.pathNames) {
+    for (const SourceVariable& other : variables_) {
+      if (foldCase(other.variable.name) != foldCase(name)) continue;
+      throw DataError(
+          fmt::format("{}: the records have the key {}, and so has the path; rename one.",
+                      files_.label, other.variable.name));
+    }
+    SourceVariable& variable = variables_.emplace_back();
+    variable.variable.name = name;
+    variable.kindKnown = false;
+    variable.untyped = true;
+  }
+}
+
+void JsonCases::walk(size_t file, JsonVisitor& visitor) {
+  const DataFile& from = files_.files[file];
+  const auto text = openText(*inputs_[file], from.path, from.label, "");
+  readJsonRecords(*text, from.label, visitor);
+  inputs_[file]->release();
+}
+
+std::vector<SpelledColumn> JsonCases::columnsFor(const CaseRequest& request) const {
+  std::vector<SpelledColumn> columns;
+  for (const ColumnRequest& wanted : request.columns) {
+    columns.emplace_back(files_.label + ", line", variables_[wanted.column].variable.name, rules_,
+                         wanted.type);
+  }
+  return columns;
+}
+
+void JsonCases::report(int64_t cases) const {
+  if (interruptRequested()) throw Interrupted();
+  if (progress_) progress_(-1.0, cases);
+}
+
+CodedCases JsonCases::read(const CaseRequest& request) {
+  std::vector<SpelledColumn> columns = columnsFor(request);
+  const std::vector<ValueKind> kinds(columns.size(), ValueKind::kString);
+  CaseCollector collector(kinds, request.collapse, request.memoryLimit, -1);
+  for (size_t i = 0; i < files_.files.size(); ++i) {
+    CodingReader reader(
+        {variables_.begin(), variables_.begin() + static_cast<ptrdiff_t>(recordVariables_)},
+        request, files_.files[i].label, columns, collector,
+        [this](int64_t cases) { report(cases); });
+    for (size_t k = 0; k < request.columns.size(); ++k) {
+      const size_t column = request.columns[k].column;
+      if (column < recordVariables_) continue;
+      reader.setPathMember(k, files_.files[i].pathValues[column - recordVariables_]);
+    }
+    walk(i, reader);
+    reader.flush();
+  }
+  CodedCases cases = collector.finish();
+  for (size_t i = 0; i < columns.size(); ++i) {
+    if (cases.complete) {
+      columns[i].refuseContradictions();
+      columns[i].finish(cases.columns[i]);
+    }
+    cases.columns[i].kind = columns[i].valueKind();
+    SourceVariable& variable = variables_[request.columns[i].column];
+    variable.variable.kind = cases.columns[i].kind;
+    variable.zoned = columns[i].kind() == FieldKind::kZonedDateTime;
+    variable.kindKnown = true;
+  }
+  understood_ = std::move(columns);
+  return cases;
+}
+
+void JsonCases::forEachBlock(const CaseRequest& request,
+                             const std::function<void(const CaseBlock&)>& take) {
+  for (size_t i = 0; i < files_.files.size(); ++i) {
+    BlockingReader reader(
+        {variables_.begin(), variables_.begin() + static_cast<ptrdiff_t>(recordVariables_)},
+        request, files_.files[i].label, understood_, take);
+    for (size_t k = 0; k < request.columns.size(); ++k) {
+      const size_t column = request.columns[k].column;
+      if (column < recordVariables_) continue;
+      reader.setPathMember(k, files_.files[i].pathValues[column - recordVariables_]);
+    }
+    walk(i, reader);
+    reader.flush();
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<CaseSource> openJsonCases(const DataFiles& files, const FieldRules& rules,
+                                          const std::atomic<bool>* interrupted) {
+  return std::make_unique<JsonCases>(files, rules, interrupted);
+}
+
+}  // namespace workbench

@@ -1,0 +1,19 @@
+/// Cases of JSON files.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "workbench/dataset/case_source.h"
+#include "workbench/dataset/data_files.h"
+#include "workbench/values/field.h"
+
+namespace workbench {
+
+/// Reads the files once for their names. `interrupted` may be null, else it outlives the source.
+std::unique_ptr<CaseSource> openJsonCases(const DataFiles& files, const FieldRules& rules,
+                                          const std::atomic<bool>* interrupted);
+
+}  // namespace workbench

@@ -1,0 +1,66 @@
+#include "workbench/dataset/open_source.h"
+
+#include <fmt/format.h>
+
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "workbench/dataset/data_files.h"
+#include "workbench/dataset/engine_cases.h"
+#include "workbench/dataset/json_cases.h"
+#include "workbench/dataset/query_cases.h"
+#include "workbench/engine/relation.h"
+#include "workbench/values/data_error.h"
+
+namespace workbench {
+namespace {
+
+constexpr std::string_view kDatabase = "duckdb:";
+
+OpenedSource openDatabaseSource(const SourceOptions& options) {
+  if (options.query && options.table) {
+    throw DataError("Give either --query or --table, not both.");
+  }
+  auto relation = openDatabase(options.data.substr(kDatabase.size()), options.data, options.query,
+                               options.table, options.interrupted);
+  return {openEngineCases(std::move(relation), options.rules), ""};
+}
+
+std::unique_ptr<CaseSource> openParquetFiles(const DataFiles& files, const SourceOptions& options) {
+  std::vector<ParquetFile> parts;
+  for (const DataFile& file : files.files) {
+    parts.push_back({file.path, file.label, file.pathValues});
+  }
+  return openEngineCases(
+      openParquet(files.label, parts, files.pathNames, options.query, options.interrupted),
+      options.rules);
+}
+
+std::unique_ptr<CaseSource> openTexts(const DataFiles& files, const SourceOptions& options) {
+  if (files.format == FileFormat::kJson) {
+    return openJsonCases(files, options.rules, options.interrupted);
+  }
+  return openDelimitedCases(files, options.layout, options.rules, options.interrupted);
+}
+
+}  // namespace
+
+OpenedSource openSource(const SourceOptions& options) {
+  if (options.data.compare(0, kDatabase.size(), kDatabase) == 0) return openDatabaseSource(options);
+  if (options.table) {
+    throw DataError(
+        fmt::format("{}: --table names a table of a database; this is a file.", options.data));
+  }
+  const DataFiles files = findFiles(options.data);
+  if (files.format == FileFormat::kParquet) {
+    return {openParquetFiles(files, options), files.dictionary};
+  }
+  std::unique_ptr<CaseSource> source = openTexts(files, options);
+  if (options.query) {
+    source = openQueryCases(*source, *options.query, options.rules, options.interrupted);
+  }
+  return {std::move(source), files.dictionary};
+}
+
+}  // namespace workbench

@@ -1,0 +1,34 @@
+/// From what DATA names to something that delivers cases.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "workbench/dataset/case_source.h"
+#include "workbench/dataset/delimited_cases.h"
+#include "workbench/values/field.h"
+
+namespace workbench {
+
+struct SourceOptions {
+  std::string data;  ///< a file, a folder, a pattern, "-" or "duckdb:FILE"
+  std::optional<std::string> query;
+  std::optional<std::string> table;
+  FieldRules rules;
+  TextLayout layout;
+  /// Set from outside to make all reading throw Interrupted; may be null, else it outlives the
+  /// source.
+  const std::atomic<bool>* interrupted = nullptr;
+};
+
+struct OpenedSource {
+  std::unique_ptr<CaseSource> source;
+  std::string dictionary;  ///< where a dictionary would be; empty: nowhere
+};
+
+/// Throws DataError.
+OpenedSource openSource(const SourceOptions& options);
+
+}  // namespace workbench

@@ -1,0 +1,20 @@
+/// Queries over files of texts.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "workbench/dataset/case_source.h"
+#include "workbench/values/field.h"
+
+namespace workbench {
+
+/// The result of a query in which the cases of `texts`, each column of the kind that all its values
+/// have, are the table `data`. `interrupted` may be null, else it outlives the source. Throws
+/// DataError.
+std::unique_ptr<CaseSource> openQueryCases(CaseSource& texts, const std::string& query,
+                                           const FieldRules& rules,
+                                           const std::atomic<bool>* interrupted);
+
+}  // namespace workbench

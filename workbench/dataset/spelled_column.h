@@ -1,0 +1,74 @@
+/// A column of texts whose kind all its values decide; each different text is understood once.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbench/dataset/case_source.h"
+#include "workbench/dataset/value_coder.h"
+#include "workbench/values/field.h"
+
+namespace workbench {
+
+/// What a value was in its source, and so how it is understood.
+enum class Spelling : char {
+  kField = 'f',    ///< a text of an untyped source
+  kString = 's',   ///< a text of a source that has numbers and booleans of its own
+  kNumber = 'n',   ///< a number there
+  kBoolean = 'b',  ///< "true" or "false" there
+  kMissing = 'm'   ///< nothing
+};
+
+/// The kind of the variable that a column of texts becomes, and the type that a dictionary gives.
+ValueKind valueKindOf(FieldKind kind);
+DeclaredType declaredType(const ColumnType& type);
+
+class SpelledColumn {
+ public:
+  /// `place` begins messages and is followed by a number ("data.json, line").
+  SpelledColumn(std::string place, std::string name, FieldRules rules, ColumnType type);
+
+  /// The code of a text; `number` tells where it stands.
+  uint32_t code(Spelling spelling, std::string_view text, uint64_t number);
+  /// Takes a value into account without keeping it.
+  void note(Spelling spelling, std::string_view text, uint64_t number);
+  /// Gives up all codes.
+  void forget();
+  size_t memory() const;
+
+  /// What the column is by the values so far.
+  FieldKind kind() const { return kinds_.columnKind(declared_); }
+  ValueKind valueKind() const;
+  /// Throws DataError at the first value, in the order in which they came, that the column cannot
+  /// have. To be called when all values are known and have codes.
+  void refuseContradictions() const;
+  /// Gives a column with these codes its values.
+  void finish(CaseColumn& column) const;
+
+  /// A single value of a column whose values are all known: `text` stays what it is, or becomes
+  /// empty; the number is kSystemMissing when it is missing. Throws as refuseContradictions.
+  double numberOf(Spelling spelling, std::string_view text, uint64_t number) const;
+  std::string_view textOf(Spelling spelling, std::string_view text, uint64_t number) const;
+
+ private:
+  FieldValue understand(Spelling spelling, std::string_view text) const;
+  void refuseContradiction(const FieldValue& value, std::string_view text, uint64_t number) const;
+  double numberOf(const FieldValue& value) const;
+  double categoryOf(std::string_view text, uint64_t number) const;
+  [[noreturn]] void refuse(std::string_view text, uint64_t number, std::string_view why) const;
+
+  std::string place_;
+  std::string name_;
+  FieldRules rules_;
+  ColumnType type_;
+  DeclaredType declared_;
+  KindSet kinds_;
+  TextCoder coder_;
+  TextList spelled_;  // each text behind its Spelling
+  std::vector<uint64_t> places_;
+  std::string scratch_;
+};
+
+}  // namespace workbench

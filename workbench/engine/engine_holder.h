@@ -1,0 +1,47 @@
+/// The engine and its working folder.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "workbench/engine/database.h"
+#include "workbench/engine/temp_folder.h"
+
+namespace workbench {
+
+/// Started by the first use.
+class EngineHolder {
+ public:
+  EngineHolder() = default;
+  /// In memory. From then on nothing but `paths` (and the working folder) is read, nothing written,
+  /// no extension looked for or loaded.
+  void start(const std::vector<std::string>& paths);
+  /// The same with a database file that is opened for reading only.
+  void startOn(const std::string& databaseFile);
+  /// No setting is changed any more. Everything that is not the program's own must come later.
+  void lock();
+
+  bool started() const { return database_ != nullptr; }
+  Database& database() { return *database_; }
+  const std::string& folder();
+  void requestInterrupt();
+  /// A flag from outside that means the same. May be null.
+  void watch(const std::atomic<bool>* flag) { watched_ = flag; }
+  const std::atomic<bool>* watched() const { return watched_; }
+  bool interruptRequested() const { return interrupted_ || (watched_ != nullptr && *watched_); }
+  void setProgress(ProgressCallback callback);
+
+ private:
+  void open(const std::string& file, const std::vector<std::string>& paths);
+
+  std::unique_ptr<TempFolder> folder_;  // outlives the database, which writes to it
+  std::unique_ptr<Database> database_;
+  std::atomic<Database*> running_{nullptr};
+  std::atomic<bool> interrupted_{false};
+  const std::atomic<bool>* watched_ = nullptr;
+  ProgressCallback progress_;
+};
+
+}  // namespace workbench
