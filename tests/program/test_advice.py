@@ -106,6 +106,20 @@ class Advice(ProgramTest):
     def knows_na(self):
         return b"--na" in self.run_program("--help").stdout
 
+    def test_levels_among_very_many_values(self):
+        numbers = "".join(f"{i / 4}\n" for i in range(3000))
+        texts = "".join(f"t{i}\n" for i in range(3000))
+        for data, found, absent in ((numbers, "740.25", "740.3"), (texts, "'t2999'", "'t300x'")):
+            for collapse in ("never", "always"):
+                with self.subTest(found=found, collapse=collapse):
+                    self.write("d.csv", "v\n" + data)
+                    command = "/ONESAMPLE v /SUCCESS VALUE=LEVEL({})"
+                    self.assertEqual(self.advice(command.format(found), "--collapse", collapse), [])
+                    given = self.advice(command.format(f"{found} {absent}"), "--collapse", collapse)
+                    self.assertEqual([a["code"] for a in given], ["absent-level"])
+                    self.assertIn(f"No case has {absent} as", given[0]["text"])
+                    self.assertIn("more than 1000 valid values", given[0]["text"])
+
     def test_texts_say_what_to_write(self):
         self.write("d.csv", "v,g\nyes,0\nno,1\nyes,1\n")
         text = self.advice("/ONESAMPLE v /SUCCESS VALUE=LEVEL('Yes')")[0]["text"]

@@ -75,6 +75,7 @@ class CaseTally final : public CaseObserver {
   bool isResample() const;
   void countWeights(const CountedChunk& chunk);
   void countVariables(const CountedChunk& chunk);
+  void countSingle(const Column& column, size_t rows, bool userIsMissing, VariableCases& cases);
   void observeValues(const CountedChunk& chunk);
   void markValid(const Column& column, std::vector<uint8_t>& marks) const;
   bool isMissing(const Column& column, ValueClass type) const;
@@ -93,6 +94,7 @@ class CaseTally final : public CaseObserver {
   double roundedWeight_ = 0.0;
 
   // Of the rows of a chunk.
+  bool allSingle_ = false;    // each is one case, and no weight drops any
   std::vector<double> kept_;  // cases that the weight does not drop
   std::vector<uint8_t> isKept_;
   std::vector<uint8_t> isComplete_;
