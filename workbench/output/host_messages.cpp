@@ -5,8 +5,8 @@
 #include "workbench/output/output_document.h"
 #include "workbench/output/report.h"
 #include "workbench/output/template.h"
-#include "workbench/output/utf8.h"
 #include "workbench/session/session.h"
+#include "workbench/text/utf8.h"
 
 namespace workbench {
 

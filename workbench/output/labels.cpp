@@ -8,8 +8,8 @@
 #include "workbench/dataset/value_text.h"
 #include "workbench/dataset/variable.h"
 #include "workbench/output/template.h"
-#include "workbench/output/utf8.h"
 #include "workbench/session/session.h"
+#include "workbench/text/utf8.h"
 
 namespace workbench {
 namespace {

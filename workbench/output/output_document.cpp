@@ -5,7 +5,7 @@
 
 #include "workbench/output/distinguish.h"
 #include "workbench/output/handles.h"
-#include "workbench/output/utf8.h"
+#include "workbench/text/utf8.h"
 
 namespace workbench {
 namespace {

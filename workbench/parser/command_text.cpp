@@ -1,13 +1,13 @@
 #include "workbench/parser/command_text.h"
 
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <charconv>
 
 #include "workbench/parser/syntax_error.h"
 #include "workbench/text/text_fold.h"
+#include "workbench/text/utf8.h"
 
 namespace workbench {
 namespace {
@@ -29,21 +29,10 @@ int operatorCode(const std::string& word) {
   return upper == "ALL" ? kOperatorAll : 0;
 }
 
-/// The character at a place, and where the next one begins; negative for what is no UTF-8.
-UChar32 decode(const std::string& text, size_t at, size_t& next) {
-  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data()) + at;
-  const auto length = static_cast<int32_t>(std::min<size_t>(U8_MAX_LENGTH, text.size() - at));
-  int32_t used = 0;
-  UChar32 character = 0;
-  U8_NEXT(bytes, used, length, character);
-  next = at + static_cast<size_t>(used);
-  return character;
-}
-
 /// What is wrong with a character that begins no token.
 std::string strangeCharacter(const std::string& text, size_t at) {
   size_t next = at;
-  const UChar32 character = decode(text, at, next);
+  const UChar32 character = nextCharacter(text, next);
   if (character < 0) return "The command is not valid UTF-8 here.";
   if (character == '.') return "A period ends the command only at the end of a line.";
   if (u_hasBinaryProperty(character, UCHAR_QUOTATION_MARK) != 0) {
@@ -150,7 +139,7 @@ class CommandScanner {
   void checkEncoding(CommandTokens& command, size_t start) {
     const size_t end = start + command.source_.size();
     for (size_t at = start, next = start; at < end; at = next) {
-      if (decode(text_, at, next) >= 0) continue;
+      if (nextCharacter(text_, next) >= 0) continue;
       fail(command, at, strangeCharacter(text_, at));
       return;
     }
@@ -268,7 +257,7 @@ class CommandScanner {
   bool takeNameCharacter(size_t& at, bool first) const {
     if (at >= text_.size()) return false;
     size_t next = at;
-    const UChar32 character = decode(text_, at, next);
+    const UChar32 character = nextCharacter(text_, next);
     if (character < 0) return false;
     const bool letter =
         u_isalpha(character) || character == '_' || character == '$' || character == '@';

@@ -1,11 +1,9 @@
 #include "workbench/render/wrap.h"
 
-#include <unicode/utf8.h>
-
 #include <algorithm>
-#include <cstdint>
 
 #include "workbench/text/display_width.h"
+#include "workbench/text/utf8.h"
 
 namespace workbench {
 namespace {
@@ -13,13 +11,10 @@ namespace {
 /// Bytes of the longest start of the text that takes at most `width` columns; at least one
 /// character, and with it the combining marks that follow.
 size_t startWithin(std::string_view text, size_t width) {
-  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-  const size_t length = text.size();
   size_t used = 0, end = 0;
-  for (size_t at = 0; at < length;) {
-    UChar32 character = 0;
+  for (size_t at = 0; at < text.size();) {
     const size_t start = at;
-    U8_NEXT(bytes, at, length, character);
+    nextCharacter(text, at);
     used += widthOf(text.substr(start, at - start));
     if (used > width && end > 0) break;
     end = at;

@@ -1,27 +1,14 @@
 #include "workbench/text/display_width.h"
 
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <array>
 #include <cstdio>
 
+#include "workbench/text/utf8.h"
+
 namespace workbench {
 namespace {
-
-/// Calls `visit(codePoint, bytes)` for each character; a negative code point stands for a byte that
-/// is no UTF-8.
-template <typename Visit>
-void forEachCharacter(std::string_view text, Visit visit) {
-  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-  const auto length = static_cast<int32_t>(text.size());
-  for (int32_t at = 0; at < length;) {
-    const int32_t start = at;
-    UChar32 character = 0;
-    U8_NEXT(bytes, at, length, character);
-    visit(character, text.substr(static_cast<size_t>(start), static_cast<size_t>(at - start)));
-  }
-}
 
 size_t characterWidth(UChar32 character) {
   if (character < 0) return 1;
@@ -66,7 +53,7 @@ std::string printable(std::string_view text) {
   result.reserve(text.size());
   forEachCharacter(text, [&result](UChar32 c, std::string_view bytes) {
     if (c < 0) {
-      result += "\xEF\xBF\xBD";
+      result += kReplacement;
     } else if (mustBeEscaped(c)) {
       result += escape(c);
     } else {
@@ -74,12 +61,6 @@ std::string printable(std::string_view text) {
     }
   });
   return result;
-}
-
-bool isUtf8(std::string_view text) {
-  bool valid = true;
-  forEachCharacter(text, [&valid](UChar32 c, std::string_view) { valid = valid && c >= 0; });
-  return valid;
 }
 
 }  // namespace workbench

@@ -1,9 +1,10 @@
 #include "workbench/text/nearest.h"
 
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
+
+#include "workbench/text/utf8.h"
 
 namespace workbench {
 namespace {
@@ -12,12 +13,9 @@ using Characters = std::vector<UChar32>;
 
 Characters folded(std::string_view text) {
   Characters result;
-  const auto length = static_cast<int32_t>(text.size());
-  for (int32_t at = 0; at < length;) {
-    UChar32 character = 0;
-    U8_NEXT(reinterpret_cast<const uint8_t*>(text.data()), at, length, character);
+  forEachCharacter(text, [&result](int32_t character, std::string_view) {
     result.push_back(u_foldCase(character, U_FOLD_CASE_DEFAULT));
-  }
+  });
   return result;
 }
 

@@ -6,7 +6,7 @@
 #include "tests/workbench/parser/test_grammar.h"
 #include "tests/workbench/parser/test_session.h"
 #include "workbench/parser/variable_names.h"
-#include "workbench/text/display_width.h"
+#include "workbench/text/utf8.h"
 
 namespace parser_tests {
 namespace {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "workbench/text/utf8.h"
+
 namespace {
 
 using workbench::displayWidth;
@@ -40,17 +42,6 @@ TEST(Printable, ReplacesBytesThatAreNoUtf8) {
             "a\xEF\xBF\xBD"
             "b");
   EXPECT_TRUE(isUtf8(printable("\xC3\x28\xE2\x82\xF0\x9F")));
-}
-
-TEST(Utf8, TellsWellFormedFromIllFormed) {
-  EXPECT_TRUE(isUtf8(""));
-  EXPECT_TRUE(isUtf8("plain"));
-  EXPECT_TRUE(isUtf8("\xF0\x9F\x98\x80"));
-  EXPECT_FALSE(isUtf8("\x80"));              // continuation without a start
-  EXPECT_FALSE(isUtf8("\xC3"));              // cut off
-  EXPECT_FALSE(isUtf8("\xC0\xAF"));          // overlong
-  EXPECT_FALSE(isUtf8("\xED\xA0\x80"));      // surrogate
-  EXPECT_FALSE(isUtf8("\xF4\x90\x80\x80"));  // beyond the last code point
 }
 
 }  // namespace
