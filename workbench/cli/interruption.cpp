@@ -1,59 +1,77 @@
 #include "workbench/cli/interruption.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
-#include <cstring>
+#include <system_error>
+
+#include "workbench/cli/console.h"
+#include "workbench/system/temporary_paths.h"
 
 namespace workbench {
 namespace {
-
-std::function<void()> stopReading;
-std::atomic<int> caught{0};
-/// The path of the half-written file; a fixed buffer, since a handler must not allocate.
-std::array<char, 4096> halfWritten{};
-std::atomic<bool> armed{false};
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU};
 /// Writes report what these would end the program for.
 constexpr int kReportedByWrites[] = {SIGPIPE, SIGXFSZ};
 
-void onSignal(int signal) {
-  if (armed || caught.exchange(signal) != 0) {
-    if (armed) ::unlink(halfWritten.data());
-    ::_exit(128 + signal);
-  }
-  if (stopReading) stopReading();
+/// Where the handler tells the watcher; negative while nobody watches.
+std::atomic<int> tellWatcher{-1};
+
+/// All that is safe in a handler: what is to be done is done by a thread.
+void onSignal(int) {
+  const int saved = errno;
+  const char byte = 0;
+  // A pipe that is full has told already.
+  [[maybe_unused]] const ssize_t written = ::write(tellWatcher, &byte, 1);
+  errno = saved;
+}
+
+/// Sets what a signal does, unless it is ignored.
+void handle(int signal, void (*handler)(int)) {
+  struct sigaction action {};
+  ::sigaction(signal, nullptr, &action);
+  if (action.sa_handler == SIG_IGN) return;
+  action = {};
+  action.sa_handler = handler;
+  action.sa_flags = SA_RESTART;
+  ::sigaction(signal, &action, nullptr);
+}
+
+/// Waits for a signal, or for the pipe to close.
+void watch(int told, int status) {
+  char byte = 0;
+  ssize_t heard = 0;
+  do {
+    heard = ::read(told, &byte, 1);
+  } while (heard < 0 && errno == EINTR);
+  if (heard == 1) removeTemporariesAndExit(status, [] { complainLast("interrupted"); });
 }
 
 }  // namespace
 
-InterruptionGuard::InterruptionGuard(std::function<void()> stop) {
-  stopReading = std::move(stop);
-  for (const int signal : kSignals) {
-    // What is ignored already, as under nohup, stays so.
-    if (std::signal(signal, onSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+InterruptionGuard::InterruptionGuard(int status) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+    throw std::system_error(errno, std::generic_category(), "no pipe for signals can be made");
   }
+  told_ = ends[0];
+  ::fcntl(ends[1], F_SETFL, O_NONBLOCK);
+  tellWatcher = ends[1];
+  watcher_ = std::thread(watch, told_, status);
+  for (const int signal : kSignals) handle(signal, onSignal);
   for (const int signal : kReportedByWrites) std::signal(signal, SIG_IGN);
 }
 
 InterruptionGuard::~InterruptionGuard() {
-  for (const int signal : kSignals) {
-    if (std::signal(signal, SIG_DFL) == SIG_IGN) std::signal(signal, SIG_IGN);
-  }
-  stopReading = nullptr;
+  for (const int signal : kSignals) handle(signal, SIG_DFL);
+  ::close(tellWatcher.exchange(-1));
+  watcher_.join();
+  ::close(told_);
 }
-
-int interruptedBy() { return caught; }
-
-void RemoveOnSignal::arm(const std::string& path) {
-  if (path.size() >= halfWritten.size()) return;
-  std::memcpy(halfWritten.data(), path.c_str(), path.size() + 1);
-  armed = true;
-}
-
-RemoveOnSignal::~RemoveOnSignal() { armed = false; }
 
 }  // namespace workbench

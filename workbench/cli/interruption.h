@@ -1,34 +1,25 @@
 /// Signals that end the program early.
 #pragma once
 
-#include <functional>
-#include <string>
+#include <thread>
 
 namespace workbench {
 
-/// While it lives, SIGINT, SIGTERM and the like ask the running read to stop through `stop` (called
-/// in the signal handler, so it may only set flags) instead of ending the program; a second one
-/// ends it at once. Signals about writing are ignored: the write itself tells of a closed pipe or a
-/// file that may not grow.
+/// While it lives, SIGINT, SIGTERM and the like end the program at once, whatever it does or waits
+/// for, without leaving a temporary file or folder behind; a signal that was ignored when the
+/// program began stays ignored, as under nohup. Signals about writing are ignored: the write itself
+/// tells of a closed pipe or a file that may not grow. At most one at a time.
 class InterruptionGuard {
  public:
-  explicit InterruptionGuard(std::function<void()> stop);
+  /// `status`: the exit status of an interrupted program. Throws std::system_error.
+  explicit InterruptionGuard(int status);
   ~InterruptionGuard();
   InterruptionGuard(const InterruptionGuard&) = delete;
   InterruptionGuard& operator=(const InterruptionGuard&) = delete;
-};
 
-/// The signal that came, 0 when none did.
-int interruptedBy();
-
-/// Removes a half-written file when a signal ends the program at once. One at a time.
-class RemoveOnSignal {
- public:
-  RemoveOnSignal() = default;
-  ~RemoveOnSignal();
-  RemoveOnSignal(const RemoveOnSignal&) = delete;
-  RemoveOnSignal& operator=(const RemoveOnSignal&) = delete;
-  void arm(const std::string& path);
+ private:
+  int told_ = -1;  ///< where the watcher hears of signals
+  std::thread watcher_;
 };
 
 }  // namespace workbench

@@ -1,71 +1,156 @@
 #include "workbench/cli/options.h"
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
-#include <map>
-#include <optional>
 #include <sstream>
 #include <string_view>
 
+#include "workbench/cli/command_source.h"
+#include "workbench/cli/option_values.h"
+#include "workbench/text/nearest.h"
+
 namespace workbench {
 namespace {
-
-constexpr const char* kDescription =
-    "Confidence intervals and hypothesis tests for binomial proportions: one sample, paired "
-    "samples, "
-    "independent samples.";
-
-constexpr const char* kFooter =
-    "Example:\n"
-    "  proportions data.csv -c \"PROPORTIONS /ONESAMPLE smoker TESTVAL=0.2 CITYPES=ALL "
-    "TESTTYPES=ALL.\"\n"
-    "Exit status: 0 done (warnings allowed), 1 a command was refused or failed, 2 wrong usage, "
-    "unreadable data or\n"
-    "unwritable output.";
-
-std::string readAll(std::istream& in) {
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-std::string readCommandFile(const std::string& path) {
-  if (path == "-") return readAll(std::cin);
-  if (std::filesystem::is_directory(path)) {
-    throw UsageError("the command file " + path + " is a directory; name a text file");
-  }
-  std::ifstream in(path, std::ios::binary);
-  if (!in)
-    throw UsageError("the command file " + path + " cannot be read; check its name and rights");
-  return readAll(in);
-}
-
-/// Line ends of any system as a line feed.
-std::string withLineFeeds(const std::string& text) {
-  std::string result;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const bool isPair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
-    if (!isPair) result += text[i] == '\r' ? '\n' : text[i];
-  }
-  return result;
-}
-
-template <typename Value>
-CLI::CheckedTransformer choice(const std::map<std::string, Value>& values) {
-  return CLI::CheckedTransformer(values, CLI::ignore_case);
-}
 
 /// What the parser stores; the rest of the options follows from it.
 struct Raw {
   std::string command;
   std::string file;
-  std::string format;
+  std::vector<std::string> counts;
+  std::optional<Format> format;
   std::optional<std::string> missing;
   std::string delimiter;
-  std::string decimal = ".";
-  bool separate = false;
+  char decimal = '.';
 };
+
+constexpr long long kWidestWidth = 10'000;
+
+void declareData(CLI::App& app, DataOptions& data) {
+  app.add_option("DATA", data.data);
+  app.add_option("--query", data.query);
+  app.add_option("--table", data.table);
+  app.add_option("--schema", data.schema);
+  app.add_option("--weight", data.weight);
+  app.add_option("--split", data.split)
+      ->delimiter(',')
+      ->allow_extra_args(false);  // what follows is no further name: it may be DATA
+  app.add_option_function<std::string>(
+      "--split-layout", choice("--split-layout", Choices<bool>{{"rows", false}, {"tables", true}},
+                               data.separateTables));
+  app.add_option_function<std::string>(
+      "--collapse", choice("--collapse",
+                           Choices<CollapseMode>{{"auto", CollapseMode::kAuto},
+                                                 {"always", CollapseMode::kAlways},
+                                                 {"never", CollapseMode::kNever}},
+                           data.collapse));
+}
+
+void declareOutput(CLI::App& app, ProgramOptions& options, Raw& raw) {
+  app.add_option_function<std::string>("--format", [&raw](const std::string& name) {
+    raw.format = formatFromName(name);
+    if (!raw.format) throw UsageError("--format: '" + name + "' is not one of " + formatNames());
+  });
+  app.add_option("-o,--output", options.output);
+  RenderOptions& shown = options.shown;
+  app.add_option_function<std::string>(
+      "--width", wholeNumber("--width", kNarrowestWidth, kWidestWidth, shown.width));
+  app.add_option_function<std::string>("--digits",
+                                       wholeNumber("--digits", 0, kMostDigits, shown.digits));
+  app.add_flag("--percent", shown.percent);
+  app.add_flag("--plot", shown.plot);
+  app.add_flag("--sentences", shown.sentences);
+  app.add_option_function<std::string>(
+      "--advice",
+      choice("--advice", Choices<bool>{{"auto", true}, {"never", false}}, options.advise));
+  app.add_option_function<std::string>(
+      "--progress", choice("--progress",
+                           Choices<ProgressMode>{{"auto", ProgressMode::kAuto},
+                                                 {"always", ProgressMode::kAlways},
+                                                 {"never", ProgressMode::kNever}},
+                           options.progress));
+}
+
+void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
+  declareData(app, options.data);
+  app.add_option("--na", raw.missing);
+  app.add_option("--delimiter", raw.delimiter);
+  app.add_option_function<std::string>(
+      "--decimal", choice("--decimal", Choices<char>{{".", '.'}, {",", ','}}, raw.decimal));
+  app.add_option("--encoding", options.data.layout.encoding);
+  app.add_option("--counts", raw.counts)->expected(1, -1);
+  app.add_flag("--list", options.list);
+  app.add_option("-c,--command", raw.command);
+  app.add_option("-f,--file", raw.file);
+  app.add_option("--locale", options.locale);
+  declareOutput(app, options, raw);
+}
+
+/// Options that are looked for before all others.
+const std::vector<std::string> kOthers = {"--help", "--version"};
+
+/// What to say about arguments that are neither options nor DATA.
+std::string complaintAbout(const CLI::App& app, const std::vector<std::string>& extra) {
+  std::vector<std::string> names = kOthers;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  for (const std::string& argument : extra) {
+    if (argument.size() < 2 || argument[0] != '-') continue;
+    const std::string name = argument.substr(0, argument.find('='));
+    const std::string guess = nearest(name, names);
+    return "there is no option " + name + (guess.empty() ? "" : "; did you mean " + guess + "?");
+  }
+  return "'" + extra.front() + "' is one argument too many; DATA is one file or source";
+}
+
+/// What to say about an option with a wrong number of values.
+std::string complaintAbout(const CLI::App& app, const CLI::ArgumentMismatch& error) {
+  for (const CLI::Option* option : app.get_options()) {
+    if (option->get_items_expected_max() == 1 && option->count() > 1) {
+      return option->get_name() + " is given more than once";
+    }
+  }
+  const std::string text = error.what();
+  return text.substr(0, text.find(':')) + " needs a value";
+}
+
+void parse(CLI::App& app, std::vector<std::string> arguments) {
+  std::reverse(arguments.begin(), arguments.end());  // the library's order
+  try {
+    app.parse(arguments);
+  } catch (const CLI::ExtrasError&) {
+    throw UsageError(complaintAbout(app, app.remaining()));
+  } catch (const CLI::ArgumentMismatch& error) {
+    throw UsageError(complaintAbout(app, error));
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(error.what());
+  }
+}
+
+void chooseFormat(const Raw& raw, ProgramOptions& options) {
+  if (options.output.empty()) {
+    throw UsageError("-o names no file; give a path, or - for standard output");
+  }
+  if (raw.format) {
+    options.format = *raw.format;
+    return;
+  }
+  const std::string ending = std::filesystem::path(options.output).extension();
+  if (ending.empty()) return;
+  const std::optional<Format> told = formatFromEnding(options.output);
+  if (!told) {
+    throw UsageError("the ending " + ending + " of the output " + options.output +
+                     " tells no format; end it with " + formatEndings() +
+                     ", or choose with --format");
+  }
+  options.format = *told;
+}
 
 /// What the texts of --na, --delimiter and --decimal say.
 void chooseReading(const Raw& raw, DataOptions& data) {
@@ -74,13 +159,13 @@ void chooseReading(const Raw& raw, DataOptions& data) {
     std::istringstream texts(*raw.missing);
     for (std::string text; std::getline(texts, text, ',');) data.missingTexts->push_back(text);
   }
-  data.decimal = raw.decimal.front();
+  data.decimal = raw.decimal;
   if (raw.delimiter.empty()) return;
   if (raw.delimiter != "tab" && raw.delimiter != "\\t" && raw.delimiter.size() != 1) {
     throw UsageError("--delimiter is one character, or tab");
   }
   data.layout.delimiter = raw.delimiter.size() == 1 ? raw.delimiter.front() : '\t';
-  if (raw.delimiter == raw.decimal) {
+  if (data.layout.delimiter == raw.decimal) {
     throw UsageError("--delimiter and --decimal are the same sign; give another delimiter");
   }
   if (std::string_view("\"\r\n").find(data.layout.delimiter) != std::string_view::npos) {
@@ -88,16 +173,56 @@ void chooseReading(const Raw& raw, DataOptions& data) {
   }
 }
 
-void chooseFormat(const Raw& raw, ProgramOptions& options) {
-  if (!raw.format.empty()) {
-    options.format = *formatFromName(raw.format);
-  } else if (const auto told = formatFromEnding(options.output)) {
-    options.format = *told;
+/// Options that say something of data, which counts do without.
+const std::vector<std::string> kDataOptions = {
+    "DATA",        "--query",   "--table",    "--schema", "--na",    "--delimiter",
+    "--decimal",   "--encoding", "--weight",  "--split",  "--split-layout"};
+
+void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
+  if (app.count("--counts") == 0) {
+    if (app.count("DATA") == 0) {
+      throw UsageError("there are no data; name a file, or - for CSV on standard input");
+    }
+    return chooseReading(raw, options.data);
   }
+  for (const std::string& name : kDataOptions) {
+    if (app.count(name) == 0) continue;
+    throw UsageError("--counts stands in the place of data; " + name + " cannot be given as well");
+  }
+  try {
+    options.counts = readTypedCounts(raw.counts);
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(std::string("--counts ") + error.what());
+  }
+}
+
+/// The width that nobody chose: the terminal's on standard output, for a file always the same.
+size_t usualWidth(const std::string& output) {
+  const RenderOptions usual;
+  if (output != "-") return usual.width;
+  const char* told = std::getenv("COLUMNS");
+  const std::string text = told == nullptr ? "" : told;
+  size_t columns = 0;
+  std::from_chars(text.data(), text.data() + text.size(), columns);
+  winsize window{};
+  if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) == 0) columns = window.ws_col;
+  return columns == 0 ? usual.width : std::clamp<size_t>(columns, kNarrowestWidth, kWidestWidth);
 }
 
 void chooseCommand(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   const bool byText = app.count("--command") > 0, byFile = app.count("--file") > 0;
+  if (options.list) {
+    // What is listed is what there is: cases are neither weighted nor grouped.
+    options.data.weight.reset();
+    options.data.split.clear();
+    if (byText || byFile) throw UsageError("--list runs no command; leave -c and -f out");
+    if (options.format == Format::kText || options.format == Format::kJson) return;
+    throw UsageError("--list is written as text or json");
+  }
+  if (!byText && !byFile && options.counts) {
+    options.commandText = options.counts->command;
+    return;
+  }
   if (byText == byFile) {
     throw UsageError(
         byText ? "give the command text with -c or with -f, not with both"
@@ -106,78 +231,22 @@ void chooseCommand(const CLI::App& app, const Raw& raw, ProgramOptions& options)
   if (byFile && raw.file == "-" && options.data.data == "-") {
     throw UsageError("standard input cannot be both DATA and the command file");
   }
+  if (byFile) options.commandFile = raw.file;
   options.commandText = withLineFeeds(byText ? raw.command : readCommandFile(raw.file));
-}
-
-void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
-  DataOptions& data = options.data;
-  app.add_option("DATA", data.data,
-                 "a .csv, .tsv, .parquet, .json, .jsonl or .ndjson file (compressed ones too); - "
-                 "for CSV on standard "
-                 "input; duckdb:FILE for a database file")
-      ->required();
-  app.add_option("-c,--command", raw.command, "the command text");
-  app.add_option("-f,--file", raw.file, "a file of command text, - for standard input");
-  app.add_option("--query", data.query, "SQL that selects what to read (a file is the table data)");
-  app.add_option("--table", data.table, "the table of a database to read");
-  app.add_option("--schema", data.schema,
-                 "the variables' dictionary, or none (default: STEM.schema.json beside the data)");
-  app.add_option("--na", raw.missing,
-                 "texts that are missing, separated by commas, \"\" for none (default: NA in "
-                 "columns that are of one kind without it)")
-      ->type_name("TEXT[,TEXT...]");
-  app.add_option("--delimiter", raw.delimiter, "of CSV: one character or tab (default: found)");
-  app.add_option("--decimal", raw.decimal, "of CSV: the decimal sign (default: the point)")
-      ->check(CLI::IsMember({".", ","}));
-  app.add_option("--encoding", data.layout.encoding, "of CSV: its encoding (default: UTF-8)");
-  app.add_option("--weight", data.weight, "the weight variable");
-  app.add_option("--split", data.split, "the split-file variables, outermost first")
-      ->delimiter(',')
-      ->allow_extra_args(false);  // what follows is no further name: it may be DATA
-  app.add_option("--split-layout", raw.separate,
-                 "rows: split groups share the tables; tables: a set for each")
-      ->transform(choice(std::map<std::string, bool>{{"rows", false}, {"tables", true}}))
-      ->type_name("rows|tables");
-  app.add_option("--collapse", data.collapse, "count identical cases in the data engine")
-      ->transform(choice(std::map<std::string, CollapseMode>{{"auto", CollapseMode::kAuto},
-                                                             {"always", CollapseMode::kAlways},
-                                                             {"never", CollapseMode::kNever}}))
-      ->type_name("auto|always|never");
-  app.add_option("--format", raw.format,
-                 "the output format (default: from the ending of -o, else text)")
-      ->check(CLI::IsMember({"text", "markdown", "html", "json", "csv"}, CLI::ignore_case))
-      ->type_name("text|markdown|html|json|csv");
-  app.add_option("-o,--output", options.output, "the output file (default: standard output)");
-  app.add_option("--progress", options.progress, "progress on standard error")
-      ->transform(choice(std::map<std::string, ProgressMode>{{"auto", ProgressMode::kAuto},
-                                                             {"always", ProgressMode::kAlways},
-                                                             {"never", ProgressMode::kNever}}))
-      ->type_name("auto|always|never");
-  app.add_option("--advice", options.advise, "what a colleague would say, on standard error")
-      ->transform(choice(std::map<std::string, bool>{{"auto", true}, {"never", false}}))
-      ->type_name("auto|never");
-  app.set_version_flag("--version", "proportions " PROPORTIONS_VERSION);
-  app.footer(kFooter);
 }
 
 }  // namespace
 
-std::optional<ProgramOptions> readOptions(int argc, const char* const* argv) {
-  CLI::App app(kDescription, "proportions");
+ProgramOptions readOptions(const std::vector<std::string>& arguments) {
+  CLI::App app;
+  app.set_help_flag();
   ProgramOptions options;
   Raw raw;
   declare(app, options, raw);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::Success& shown) {
-    app.exit(shown);
-    return std::nullopt;
-  } catch (const CLI::ParseError& error) {
-    throw UsageError(error.what());
-  }
-  options.data.separateTables = raw.separate;
-  chooseReading(raw, options.data);
+  parse(app, arguments);
+  if (app.count("--width") == 0) options.shown.width = usualWidth(options.output);
   chooseFormat(raw, options);
+  chooseData(app, raw, options);
   chooseCommand(app, raw, options);
   return options;
 }

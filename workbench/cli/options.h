@@ -4,8 +4,10 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "workbench/dataset/source_dataset.h"
+#include "workbench/dataset/typed_counts.h"
 #include "workbench/render/render.h"
 
 namespace workbench {
@@ -14,10 +16,14 @@ enum class ProgressMode { kAuto, kAlways, kNever };
 
 struct ProgramOptions {
   DataOptions data;
+  std::optional<TypedCounts> counts;  ///< in the place of data
+  bool list = false;                  ///< the variables are listed, no command runs
   std::string commandText;
+  std::string commandFile;  ///< where the text was read from; empty: the command line
+  std::string locale = "und";
   Format format = Format::kText;
   RenderOptions shown;
-  std::string output;  ///< a path; empty: standard output
+  std::string output = "-";  ///< a path; "-": standard output
   ProgressMode progress = ProgressMode::kAuto;
   bool advise = true;
 };
@@ -27,8 +33,7 @@ struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Reads the command line, and the command text from a file or standard input. Nothing when help or
-/// the version was asked for and has been printed. Throws UsageError.
-std::optional<ProgramOptions> readOptions(int argc, const char* const* argv);
+/// Reads the command line, and the command text from a file or standard input. Throws UsageError.
+ProgramOptions readOptions(const std::vector<std::string>& arguments);
 
 }  // namespace workbench

@@ -1,150 +1,139 @@
 #include "workbench/cli/output_target.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <streambuf>
-#include <utility>
-#include <vector>
+#include <string_view>
 
-#include "workbench/cli/interruption.h"
+#include "workbench/cli/descriptor_stream.h"
+#include "workbench/cli/file_replacement.h"
 
 namespace workbench {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// A stream over a file descriptor with one large buffer; remembers what went wrong first.
-class DescriptorBuffer : public std::streambuf {
- public:
-  explicit DescriptorBuffer(int descriptor) : descriptor_(descriptor), buffer_(1 << 18) {
-    setp(buffer_.data(), buffer_.data() + buffer_.size());
-  }
-  int error() const { return error_; }
+/// As many links as the system itself would follow.
+constexpr int kMostLinks = 40;
 
- protected:
-  int overflow(int c) override {
-    if (sync() != 0) return traits_type::eof();
-    if (c != traits_type::eof()) sputc(static_cast<char>(c));
-    return 0;
+/// The number of the open descriptor that a path like /proc/self/fd/1 or /dev/fd/1 stands for;
+/// negative for any other path. What it leads to must not be taken for a file with a name: it may
+/// be open for appending, shared, or removed.
+int descriptorOf(const std::string& path) {
+  const std::string name = fs::path(path).filename();
+  if (name.empty() || name.size() > 9 || name.find_first_not_of("0123456789") != std::string::npos)
+    return -1;
+  std::error_code none;
+  const fs::path folder = fs::canonical(folderOf(path), none);
+  if (none) return -1;
+  for (const char* own : {"/proc/self/fd", "/proc/thread-self/fd"}) {
+    if (folder == fs::canonical(own, none)) return std::stoi(name);
   }
-  int sync() override {
-    const char* from = pbase();
-    while (from < pptr() && error_ == 0) {
-      const ssize_t written = ::write(descriptor_, from, static_cast<size_t>(pptr() - from));
-      if (written >= 0) {
-        from += written;
-      } else if (errno != EINTR) {
-        error_ = errno;
-      }
-    }
-    setp(buffer_.data(), buffer_.data() + buffer_.size());
-    return error_ == 0 ? 0 : -1;
-  }
-
- private:
-  int descriptor_;
-  std::vector<char> buffer_;
-  int error_ = 0;
-};
-
-/// 0, or what went wrong.
-int writeTo(int descriptor, const std::function<void(std::ostream&)>& write) {
-  DescriptorBuffer buffer(descriptor);
-  std::ostream out(&buffer);
-  write(out);
-  out.flush();
-  return buffer.error();
+  return -1;
 }
-
-[[noreturn]] void cannotWrite(const std::string& path, int error) {
-  throw OutputError("the output " + path + " cannot be written: " + std::strerror(error));
-}
-
-fs::path folderOf(const std::string& path) {
-  const fs::path folder = fs::path(path).parent_path();
-  return folder.empty() ? fs::path(".") : folder;
-}
-
-/// A named pipe or a device is written to as it is; there is nothing to rename.
-bool isSpecial(const std::string& path) {
-  std::error_code ignored;
-  const fs::file_status status = fs::status(path, ignored);
-  return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
-}
-
-/// What mkstemp asks for at the end of a name: it puts characters that no other file has there.
-constexpr const char* kMadeUnique = "XXXXXX";
-
-/// A file that goes again unless it is kept.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::string& path)
-      : path_((folderOf(path) / (std::string(".proportions-") + kMadeUnique)).string()) {
-    descriptor_ = ::mkstemp(path_.data());
-    if (descriptor_ < 0) cannotWrite(path, errno);
-    guard_.arm(path_);
-  }
-  ~TemporaryFile() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-    if (!path_.empty()) ::unlink(path_.c_str());
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  int descriptor() const { return descriptor_; }
-
-  /// 0, or what went wrong. Rights are those that a new file would have got.
-  int keepAs(const std::string& path) {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    if (::fchmod(descriptor_, 0666 & ~mask) != 0 || ::close(std::exchange(descriptor_, -1)) != 0)
-      return errno;
-    if (::rename(path_.c_str(), path.c_str()) != 0) return errno;
-    path_.clear();
-    return 0;
-  }
-
- private:
-  std::string path_;
-  RemoveOnSignal guard_;
-  int descriptor_ = -1;
-};
 
 }  // namespace
 
-void checkWritable(const std::string& path) {
-  if (fs::is_directory(path))
-    throw OutputError("the output " + path + " is a directory; name a file");
-  if (isSpecial(path)) return;
-  if (!fs::is_directory(folderOf(path))) {
-    throw OutputError("the output " + path + " cannot be written: there is no folder " +
-                      folderOf(path).string());
-  }
-  if (::access(folderOf(path).c_str(), W_OK) != 0) cannotWrite(path, errno);
-}
-
-void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
-  if (isSpecial(path)) {
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) cannotWrite(path, errno);
-    const int error = writeTo(::fileno(file), write);
-    std::fclose(file);
-    if (error != 0 && error != EPIPE) cannotWrite(path, error);
+OutputTarget::OutputTarget(const std::string& path) : path_(path == "-" ? "" : path) {
+  if (path_.empty()) {
+    kind_ = Kind::kDescriptor;
+    descriptor_ = STDOUT_FILENO;
     return;
   }
-  TemporaryFile file(path);
-  if (const int error = writeTo(file.descriptor(), write)) cannotWrite(path, error);
-  if (const int error = file.keepAs(path)) cannotWrite(path, error);
+  follow(path_);
+  if (kind_ == Kind::kDescriptor) checkDescriptor();
+  if (kind_ == Kind::kFile) checkFile();
 }
 
-void writeStandardOutput(const std::function<void(std::ostream&)>& write) {
-  const int error = writeTo(STDOUT_FILENO, write);
-  if (error != 0 && error != EPIPE) cannotWrite("(standard output)", error);
+void OutputTarget::follow(const std::string& path) {
+  file_ = path;
+  struct stat status {};
+  for (int links = 0; links <= kMostLinks; ++links) {
+    descriptor_ = descriptorOf(file_);
+    if (descriptor_ >= 0) {
+      kind_ = Kind::kDescriptor;
+      return;
+    }
+    const bool isThere = ::lstat(file_.c_str(), &status) == 0;
+    if (!isThere || !S_ISLNK(status.st_mode)) {
+      const bool isFile = !isThere || S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
+      kind_ = isFile ? Kind::kFile : Kind::kSpecial;
+      return;
+    }
+    std::error_code error;
+    const fs::path next = fs::read_symlink(file_, error);
+    if (error) fail(error.value());
+    file_ = next.is_absolute() ? next : folderOf(file_) / next;
+  }
+  fail(ELOOP);
+}
+
+void OutputTarget::checkDescriptor() const {
+  const int flags = ::fcntl(descriptor_, F_GETFL);
+  if (flags < 0) fail(errno);
+  if ((flags & O_ACCMODE) == O_RDONLY) fail(EBADF);
+}
+
+void OutputTarget::checkFile() const {
+  const fs::path folder = folderOf(file_);
+  struct stat status {};
+  if (::stat(file_.c_str(), &status) == 0) {
+    if (S_ISDIR(status.st_mode))
+      throw OutputError("the output " + path_ + " is a directory; name a file");
+    // Rights do not bind the superuser, but a file without any right to write is meant to stay.
+    constexpr mode_t kMayWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+    if ((status.st_mode & kMayWrite) == 0 || ::access(file_.c_str(), W_OK) != 0) {
+      throw OutputError("the output " + path_ +
+                        " is there already and read-only; name another file");
+    }
+    return;
+  }
+  if (errno != ENOENT && errno != ENOTDIR) fail(errno);
+  if (!fs::is_directory(folder)) {
+    throw OutputError("the output " + path_ + " cannot be written: there is no folder " +
+                      folder.string());
+  }
+  if (::access(folder.c_str(), W_OK) != 0) fail(errno);
+}
+
+std::optional<FileIdentity> OutputTarget::identity() const {
+  return kind_ == Kind::kDescriptor ? identityOf(descriptor_) : identityOf(file_);
+}
+
+void OutputTarget::write(const std::function<void(std::ostream&)>& write) const {
+  if (kind_ == Kind::kFile) return writeFile(write);
+  if (kind_ == Kind::kDescriptor) return writeAsItIs(descriptor_, write);
+  const int descriptor = ::open(file_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+  if (descriptor < 0) fail(errno);
+  try {
+    writeAsItIs(descriptor, write);
+  } catch (...) {
+    ::close(descriptor);
+    throw;
+  }
+  ::close(descriptor);
+}
+
+void OutputTarget::writeAsItIs(int descriptor,
+                               const std::function<void(std::ostream&)>& write) const {
+  const int error = writeTo(descriptor, write);
+  if (error != 0 && error != EPIPE) fail(error);
+}
+
+void OutputTarget::writeFile(const std::function<void(std::ostream&)>& write) const {
+  FileReplacement replacement(file_);
+  if (replacement.error() != 0) fail(replacement.error());
+  if (const int error = writeTo(replacement.descriptor(), write)) fail(error);
+  if (const int error = replacement.commit()) fail(error);
+}
+
+void OutputTarget::fail(int error) const {
+  throw OutputError("the output " + (path_.empty() ? std::string("(standard output)") : path_) +
+                    " cannot be written: " + std::strerror(error));
 }
 
 }  // namespace workbench

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
+
+#include "workbench/system/file_identity.h"
 
 namespace workbench {
 
@@ -13,15 +16,36 @@ struct OutputError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Throws OutputError unless a file of that name could be made: before any work is done for it.
-void checkWritable(const std::string& path);
+class OutputTarget {
+ public:
+  /// "-" is standard output; any other path is followed to where its links lead. Throws OutputError
+  /// unless it could be written to: before any work is done for it.
+  explicit OutputTarget(const std::string& path);
 
-/// Writes the file under another name in the same folder and renames it when it is complete. Throws
-/// OutputError, and then nothing is left behind.
-void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
+  /// Where a file is replaced, it keeps its mode, its owner and its other names. Devices, pipes and
+  /// open descriptors (/dev/stdout, /dev/fd/3) are written to as they are; there, a reader who has
+  /// closed the pipe ends the writing without an error. Throws OutputError, and then a file is as
+  /// it was before.
+  void write(const std::function<void(std::ostream&)>& write) const;
 
-/// Writes to standard output. A reader who has closed the pipe ends the writing without an error;
-/// anything else that goes wrong throws OutputError.
-void writeStandardOutput(const std::function<void(std::ostream&)>& write);
+  bool isStandardOutput() const { return path_.empty(); }
+  /// The file that would be changed, when it is there already.
+  std::optional<FileIdentity> identity() const;
+
+ private:
+  enum class Kind { kDescriptor, kSpecial, kFile };
+
+  void follow(const std::string& path);
+  void checkDescriptor() const;
+  void checkFile() const;
+  void writeAsItIs(int descriptor, const std::function<void(std::ostream&)>& write) const;
+  void writeFile(const std::function<void(std::ostream&)>& write) const;
+  [[noreturn]] void fail(int error) const;
+
+  std::string path_;  ///< as it was given; empty: standard output
+  Kind kind_ = Kind::kFile;
+  int descriptor_ = -1;
+  std::string file_;  ///< where the links lead
+};
 
 }  // namespace workbench

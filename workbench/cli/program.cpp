@@ -2,16 +2,25 @@
 
 #include <algorithm>
 #include <exception>
-#include <iostream>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "workbench/catalogue/catalogue.h"
+#include "workbench/cli/console.h"
+#include "workbench/cli/descriptor_stream.h"
+#include "workbench/cli/help.h"
+#include "workbench/cli/input_files.h"
 #include "workbench/cli/interruption.h"
 #include "workbench/cli/module_library.h"
 #include "workbench/cli/options.h"
 #include "workbench/cli/output_target.h"
 #include "workbench/cli/progress_line.h"
 #include "workbench/cli/run_command.h"
-#include "workbench/text/display_width.h"
+#include "workbench/listing/listing.h"
+#include "workbench/text/collation.h"
 
 namespace workbench {
 namespace {
@@ -20,14 +29,11 @@ constexpr int kDone = 0;
 constexpr int kRefused = 1;
 constexpr int kUnusable = 2;
 
-void complain(const std::string& text) { std::cerr << "proportions: " << text << '\n'; }
-
 /// Messages go to standard error when the results do not show them to somebody who watches.
 void echoMessages(const OutputDocument& document) {
   for (const auto& procedure : document.procedures()) {
     for (const DocumentMessage& message : procedure->messages) {
-      std::cerr << (message.severity == Severity::kError ? "Error: " : "Warning: ") << message.text
-                << '\n';
+      tell((message.severity == Severity::kError ? "Error: " : "Warning: ") + message.text);
     }
   }
 }
@@ -36,7 +42,7 @@ void echoMessages(const OutputDocument& document) {
 void echoAdvice(const OutputDocument& document) {
   for (const auto& procedure : document.procedures()) {
     for (const Advice& advice : procedure->advice) {
-      std::cerr << "Advice: " << printable(advice.text) << '\n';
+      tell("Advice: " + advice.text);
     }
   }
 }
@@ -46,38 +52,75 @@ bool allFailed(const OutputDocument& document) {
   return std::all_of(procedures.begin(), procedures.end(), [](const auto& p) { return p->failed; });
 }
 
-void deliver(const OutputDocument& document, const ProgramOptions& options) {
-  const auto write = [&](std::ostream& out) {
-    render(document, options.format, options.shown, out);
-  };
-  const bool refused = allFailed(document);
-  const bool carriesMessages = options.format == Format::kJson;
-  if (!options.output.empty()) {
-    echoMessages(document);
-    if (!refused) writeFile(options.output, write);
-  } else {
-    if (options.format == Format::kCsv || (refused && !carriesMessages)) echoMessages(document);
-    if (!refused || carriesMessages) writeStandardOutput(write);
-  }
-  if (!carriesMessages && options.format != Format::kHtml) echoAdvice(document);
+bool anyFailed(const OutputDocument& document) {
+  const auto& procedures = document.procedures();
+  return std::any_of(procedures.begin(), procedures.end(), [](const auto& p) { return p->failed; });
 }
 
-int runAll(const ProgramOptions& options) {
+void deliver(const OutputDocument& document, const ProgramOptions& options,
+             const OutputTarget& target) {
+  const bool refused = allFailed(document);
+  const bool toFile = !target.isStandardOutput();
+  const bool carriesMessages = options.format == Format::kJson && !toFile;
+  if (toFile || options.format == Format::kCsv || (refused && !carriesMessages)) {
+    echoMessages(document);
+  }
+  const bool carriesAdvice = options.format == Format::kJson || options.format == Format::kHtml;
+  if (!carriesAdvice) echoAdvice(document);
+  if (refused && !carriesMessages) return;
+  target.write([&](std::ostream& out) { render(document, options.format, options.shown, out); });
+}
+
+void chooseOrder(const std::string& locale) {
+  try {
+    orderStringsBy(locale);
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(std::string("--locale: ") + error.what());
+  }
+}
+
+/// `progress` outlives the reading.
+std::unique_ptr<ActiveDataset> openData(const ProgramOptions& options, ProgressLine& progress) {
+  if (options.counts) return std::make_unique<CountsDataset>(*options.counts);
+  std::unique_ptr<SourceDataset> dataset = openDataset(options.data);
+  dataset->setProgress([&progress](double percent, int64_t rows) { progress.show(percent, rows); });
+  return dataset;
+}
+
+int listData(const ProgramOptions& options, const OutputTarget& target) {
+  std::unique_ptr<ActiveDataset> dataset;
+  std::vector<ListedVariable> variables;
+  {
+    ProgressLine progress(options.progress);
+    dataset = openData(options, progress);
+    Session session;
+    session.dataset = dataset.get();
+    const SessionScope scope(session);
+    variables = listVariables(session);
+  }
+  if (dataset->failed()) {
+    complain(dataset->failure());
+    return kUnusable;
+  }
+  target.write([&](std::ostream& out) {
+    if (options.format == Format::kJson) return writeListingAsJson(*dataset, variables, out);
+    writeListingAsText(*dataset, variables, options.shown.width, out);
+  });
+  return kDone;
+}
+
+int runCommands(const ProgramOptions& options, const OutputTarget& target) {
   const std::vector<CommandTokens> commands = splitCommands(options.commandText);
   if (commands.empty()) {
     throw UsageError("the command text is empty; see the example of --help");
   }
-  if (!options.output.empty()) checkWritable(options.output);
-
   const ModuleLibrary module;
   const Catalogue catalogue = Catalogue::english();
-  const std::unique_ptr<SourceDataset> dataset = openDataset(options.data);
-  const InterruptionGuard guard([&dataset] { dataset->requestInterrupt(); });
+  std::unique_ptr<ActiveDataset> dataset;
   OutputDocument document;
   {
     ProgressLine progress(options.progress);
-    dataset->setProgress(
-        [&progress](double percent, int64_t rows) { progress.show(percent, rows); });
+    dataset = openData(options, progress);
     Session session;
     session.dataset = dataset.get();
     session.document = &document;
@@ -88,16 +131,16 @@ int runAll(const ProgramOptions& options) {
       if (dataset->failed()) break;
     }
   }
-  if (interruptedBy() != 0) {
-    complain("interrupted");
-    return kUnusable;
-  }
-  deliver(document, options);
+  deliver(document, options, target);
   if (dataset->failed()) return kUnusable;
-  const auto& procedures = document.procedures();
-  const bool anyFailed =
-      std::any_of(procedures.begin(), procedures.end(), [](const auto& p) { return p->failed; });
-  return anyFailed ? kRefused : kDone;
+  return anyFailed(document) ? kRefused : kDone;
+}
+
+int runAll(const ProgramOptions& options) {
+  chooseOrder(options.locale);
+  const OutputTarget target(options.output);
+  refuseToOverwrite(inputFiles(options), options.output, target.identity());
+  return options.list ? listData(options, target) : runCommands(options, target);
 }
 
 }  // namespace
@@ -106,8 +149,14 @@ int runAll(const ProgramOptions& options) {
 int runProgram(int argc, const char* const* argv) {
   using namespace workbench;
   try {
-    const std::optional<ProgramOptions> options = readOptions(argc, argv);
-    return options ? runAll(*options) : kDone;
+    holdStandardDescriptors();
+    const InterruptionGuard guard(kUnusable);
+    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    if (const auto text = askedText(arguments)) {
+      OutputTarget("-").write([&](std::ostream& out) { out << *text; });
+      return kDone;
+    }
+    return runAll(readOptions(arguments));
   } catch (const UsageError& error) {
     complain(std::string(error.what()) + "\nRun proportions --help for the options.");
   } catch (const std::bad_alloc&) {

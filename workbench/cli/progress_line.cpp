@@ -1,8 +1,9 @@
 #include "workbench/cli/progress_line.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include "workbench/cli/console.h"
 
 namespace workbench {
 
@@ -12,20 +13,13 @@ ProgressLine::ProgressLine(ProgressMode mode)
       next_(Clock::now() +
             (mode == ProgressMode::kAlways ? std::chrono::seconds(0) : std::chrono::seconds(1))) {}
 
-ProgressLine::~ProgressLine() {
-  if (shown_) std::fputs("\r\033[K", stderr);
-}
+ProgressLine::~ProgressLine() { clearStatus(); }
 
 void ProgressLine::show(double percent, int64_t rows) {
   if (!wanted_ || Clock::now() < next_) return;
   next_ = Clock::now() + std::chrono::milliseconds(100);
-  shown_ = true;
-  if (percent >= 0.0) {
-    std::fprintf(stderr, "\rreading: %3.0f %%\033[K", percent);
-  } else {
-    std::fprintf(stderr, "\rreading: %lld rows\033[K", static_cast<long long>(rows));
-  }
-  std::fflush(stderr);
+  showStatus(percent >= 0.0 ? fmt::format("reading: {:3.0f} %", percent)
+                            : fmt::format("reading: {} rows", rows));
 }
 
 }  // namespace workbench

@@ -22,7 +22,6 @@ class ProgressLine {
  private:
   using Clock = std::chrono::steady_clock;
   bool wanted_;
-  bool shown_ = false;
   Clock::time_point next_;
 };
 

@@ -38,7 +38,7 @@ void tellOfCases(DocumentProcedure& procedure, const CommandFacts& facts,
 
 }  // namespace
 
-void runCommand(Session& session, SourceDataset& dataset, const CommandTokens& command, bool advise,
+void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& command, bool advise,
                 const std::function<void()>& entry) {
   session.command = &command;
   CommandFacts facts;
@@ -56,8 +56,7 @@ void runCommand(Session& session, SourceDataset& dataset, const CommandTokens& c
   if (cases.isComplete() && !dataset.failed()) {
     tellOfCases(procedure, facts, dataset, cases, advise);
   }
-  const bool parsed = !document.current().notes.empty();
-  if (parsed && !dataset.failed() && dataset.caseCount() == 0) {
+  if (!dataset.failed() && dataset.caseCount() == 0) {
     report(Severity::kWarning, "No cases", {});
   }
   document.finishProcedure(&dataset);

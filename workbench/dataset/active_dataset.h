@@ -17,6 +17,10 @@ class ActiveDataset {
  public:
   virtual ~ActiveDataset() = default;
 
+  /// To be called before each command, with the variables that it may look at; weight and split
+  /// variables come by themselves. No feed may be open.
+  virtual void beginCommand(const std::vector<VarIndex>& /*mentioned*/) {}
+
   virtual int32_t variableCount() const = 0;
   /// The dictionary entry. For a string variable this may have to read the data, to know its width;
   /// after a failed read the width is 1 and failed() is true.
@@ -40,7 +44,8 @@ class ActiveDataset {
   /// more lines.
   virtual bool failed() const = 0;
   virtual const std::string& failure() const = 0;
-  /// Number of cases that the last complete pass read, dropped ones included; negative before.
+  /// Number of cases that the last complete pass of the running command read, dropped ones
+  /// included; negative before.
   virtual int64_t caseCount() const = 0;
 };
 

@@ -157,6 +157,7 @@ void SourceDataset::beginCommand(const std::vector<VarIndex>& mentioned) {
   wanted.erase(std::unique(wanted.begin(), wanted.end()), wanted.end());
   cursor_.reset();
   firstPassCases_ = -1;
+  caseCount_ = -1;
   // What was read for the command before serves again when it holds all that is wanted.
   if (store_ != nullptr &&
       std::includes(projection_.begin(), projection_.end(), wanted.begin(), wanted.end())) {

@@ -46,9 +46,7 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   explicit SourceDataset(const DataOptions& options);
   ~SourceDataset() override;
 
-  /// To be called before each command, with the variables that it may look at; weight and split
-  /// variables come by themselves. No feed may be open.
-  void beginCommand(const std::vector<VarIndex>& mentioned);
+  void beginCommand(const std::vector<VarIndex>& mentioned) override;
 
   /// Why a variable cannot be used by any command (a list, a structure); empty when it can. A
   /// command that names such a variable finds a string variable without values.

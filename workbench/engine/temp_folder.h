@@ -6,7 +6,7 @@
 namespace workbench {
 
 /// Made under TMPDIR (or /tmp), readable by its owner only, and removed with all that it holds when
-/// the object goes.
+/// the object goes or a signal ends the program.
 class TempFolder {
  public:
   /// Throws DataError when it cannot be made.

@@ -9,23 +9,31 @@ namespace {
 
 struct FormatEntry {
   std::string_view name;
-  std::array<std::string_view, 2> endings;
+  std::string_view ending;
   Format format;
   void (*render)(const OutputDocument&, const RenderOptions&, std::ostream&);
 };
 
 constexpr std::array<FormatEntry, 5> kFormats{
-    {{"text", {".txt", ".text"}, Format::kText, renderText},
-     {"markdown", {".md", ".markdown"}, Format::kMarkdown, renderMarkdown},
-     {"html", {".html", ".htm"}, Format::kHtml, renderHtml},
-     {"json", {".json", ".json"}, Format::kJson, renderJson},
-     {"csv", {".csv", ".csv"}, Format::kCsv, renderCsv}}};
+    {{"text", ".txt", Format::kText, renderText},
+     {"markdown", ".md", Format::kMarkdown, renderMarkdown},
+     {"html", ".html", Format::kHtml, renderHtml},
+     {"json", ".json", Format::kJson, renderJson},
+     {"csv", ".csv", Format::kCsv, renderCsv}}};
 
 std::string lowerCase(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
   return result;
+}
+
+std::string listOf(std::string_view FormatEntry::*text) {
+  std::string list;
+  for (const FormatEntry& entry : kFormats) {
+    list.append(list.empty() ? "" : ", ").append(entry.*text);
+  }
+  return list;
 }
 
 }  // namespace
@@ -41,15 +49,14 @@ std::optional<Format> formatFromName(std::string_view name) {
 std::optional<Format> formatFromEnding(std::string_view path) {
   const std::string lower = lowerCase(path);
   for (const FormatEntry& entry : kFormats) {
-    for (const std::string_view ending : entry.endings) {
-      const size_t length = ending.size();
-      if (lower.size() > length && lower.compare(lower.size() - length, length, ending) == 0) {
-        return entry.format;
-      }
-    }
+    if (lower.size() > entry.ending.size() && lower.ends_with(entry.ending)) return entry.format;
   }
   return std::nullopt;
 }
+
+std::string formatNames() { return listOf(&FormatEntry::name); }
+
+std::string formatEndings() { return listOf(&FormatEntry::ending); }
 
 void render(const OutputDocument& document, Format format, const RenderOptions& options,
             std::ostream& out) {

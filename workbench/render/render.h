@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 #include "workbench/output/output_document.h"
@@ -14,9 +15,12 @@ enum class Format { kText, kMarkdown, kHtml, kJson, kCsv };
 
 /// "text", "markdown", "html", "json" or "csv"; nothing for any other name.
 std::optional<Format> formatFromName(std::string_view name);
-/// The format that a file's ending tells: .txt, .text, .md, .markdown, .html, .htm, .json, .csv,
-/// whatever the case; nothing for any other.
+/// The names as a list for messages: "text, markdown, ...".
+std::string formatNames();
+/// The format that a file's ending tells, whatever the case; nothing for any other.
 std::optional<Format> formatFromEnding(std::string_view path);
+/// The endings that tell a format, as a list for messages: ".txt, .md, ...".
+std::string formatEndings();
 
 /// How results are shown. What a format has no use for, it ignores: the exact formats (JSON, CSV)
 /// never round.

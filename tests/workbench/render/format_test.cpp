@@ -18,11 +18,10 @@ TEST(Format, names) {
 TEST(Format, endings) {
   EXPECT_EQ(formatFromEnding("out.txt"), Format::kText);
   EXPECT_EQ(formatFromEnding("a/b.c/out.MD"), Format::kMarkdown);
-  EXPECT_EQ(formatFromEnding("out.markdown"), Format::kMarkdown);
   EXPECT_EQ(formatFromEnding("x.json"), Format::kJson);
   EXPECT_EQ(formatFromEnding("x.tar.csv"), Format::kCsv);
-  for (const char* path :
-       {"", "out", ".json", "out.xml", "out.xlsx", "csv", "out.csv.gz", "out.csvx"}) {
+  for (const char* path : {"", "out", ".json", "out.text", "out.markdown", "out.htm", "out.xml",
+                           "out.xlsx", "csv", "out.csv.gz", "out.csvx"}) {
     EXPECT_EQ(formatFromEnding(path), std::nullopt) << path;
   }
 }

@@ -1,0 +1,39 @@
+/// The variables of a data set at a glance.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "workbench/dataset/active_dataset.h"
+#include "workbench/session/session.h"
+
+namespace workbench {
+
+/// Values that are listed of a variable at most.
+inline constexpr size_t kListedValues = 20;
+
+struct ListedValue {
+  std::variant<double, std::string> value;
+  int64_t count;  ///< cases, not weighted
+};
+
+struct ListedVariable {
+  VarIndex variable;
+  std::vector<ListedValue> values;  ///< the smallest valid ones, in order
+  bool hasMore = false;             ///< there are more than are listed
+  int64_t missing = 0;              ///< cases whose value is missing, of whatever kind
+};
+
+/// Reads the session's data once. What fails shows in the data set.
+std::vector<ListedVariable> listVariables(Session& session);
+
+/// As proportions-variables/1.
+void writeListingAsJson(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,
+                        std::ostream& out);
+void writeListingAsText(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,
+                        size_t width, std::ostream& out);
+
+}  // namespace workbench

@@ -1,0 +1,113 @@
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "workbench/dataset/value_text.h"
+#include "workbench/listing/listing.h"
+#include "workbench/render/wrap.h"
+#include "workbench/text/display_width.h"
+#include "workbench/text/utf8.h"
+
+namespace workbench {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* nameOf(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::kNumber:
+      return "number";
+    case ValueKind::kBoolean:
+      return "boolean";
+    case ValueKind::kDate:
+      return "date";
+    case ValueKind::kTime:
+      return "time";
+    case ValueKind::kDateTime:
+      return "datetime";
+    case ValueKind::kString:
+      return "string";
+  }
+  return "";
+}
+
+Json numberOf(double value) {
+  constexpr double kExact = 9007199254740992;  // 2^53
+  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
+  if (std::trunc(value) == value && std::abs(value) <= kExact) return static_cast<int64_t>(value);
+  return value;
+}
+
+Json valueOf(const Variable& variable, const ListedValue& listed) {
+  if (const auto* text = std::get_if<std::string>(&listed.value)) return validUtf8(*text);
+  const double number = std::get<double>(listed.value);
+  const bool isPlain = variable.kind == ValueKind::kNumber || variable.kind == ValueKind::kBoolean;
+  return isPlain ? numberOf(number) : Json(valueText(variable, number));
+}
+
+const std::string* labelOf(const Variable& variable, const ListedValue& listed) {
+  if (const auto* text = std::get_if<std::string>(&listed.value)) return variable.findLabel(*text);
+  return variable.findLabel(std::get<double>(listed.value));
+}
+
+/// A label that is not there is null.
+Json labelText(const std::string* label) {
+  return label == nullptr || label->empty() ? Json() : Json(validUtf8(*label));
+}
+
+std::string shownText(const Variable& variable, const ListedValue& listed) {
+  const auto* text = std::get_if<std::string>(&listed.value);
+  std::string shown =
+      text != nullptr ? "'" + *text + "'" : valueText(variable, std::get<double>(listed.value));
+  if (const std::string* label = labelOf(variable, listed)) shown += " " + *label;
+  return printable(shown + " (" + std::to_string(listed.count) + ")");
+}
+
+}  // namespace
+
+void writeListingAsJson(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,
+                        std::ostream& out) {
+  Json list = Json::array();
+  for (const ListedVariable& listed : variables) {
+    const Variable& variable = dataset.declaration(listed.variable);
+    Json values = Json::array();
+    for (const ListedValue& value : listed.values) {
+      values.push_back({{"value", valueOf(variable, value)},
+                        {"label", labelText(labelOf(variable, value))},
+                        {"count", value.count}});
+    }
+    list.push_back({{"name", validUtf8(variable.name)},
+                    {"kind", nameOf(variable.kind)},
+                    {"label", labelText(&variable.label)},
+                    {"values", std::move(values)},
+                    {"missing", listed.missing}});
+  }
+  out << Json{{"schema", "proportions-variables/1"}, {"variables", std::move(list)}}.dump() << '\n';
+}
+
+void writeListingAsText(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,
+                        size_t width, std::ostream& out) {
+  constexpr size_t kIndent = 4;
+  for (const ListedVariable& listed : variables) {
+    const Variable& variable = dataset.declaration(listed.variable);
+    out << printable(variable.name) << ": " << nameOf(variable.kind);
+    if (!variable.label.empty()) out << ", " << printable(variable.label);
+    // What a proportion is made of.
+    if (listed.values.size() == 2 && !listed.hasMore) out << "; two values";
+    out << '\n';
+    std::string values;
+    for (const ListedValue& value : listed.values) {
+      values += (values.empty() ? "" : ", ") + shownText(variable, value);
+    }
+    if (listed.hasMore) values += ", and more";
+    if (listed.missing > 0) {
+      values += (values.empty() ? "" : "; ") + std::string("missing (") +
+                std::to_string(listed.missing) + ")";
+    }
+    if (values.empty()) values = "no values";
+    for (const std::string& line : wrapText(values, width - kIndent)) {
+      out << std::string(kIndent, ' ') << line << '\n';
+    }
+  }
+}
+
+}  // namespace workbench

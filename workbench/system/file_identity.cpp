@@ -1,0 +1,27 @@
+#include "workbench/system/file_identity.h"
+
+#include <sys/stat.h>
+
+namespace workbench {
+namespace {
+
+std::optional<FileIdentity> identityOf(const struct stat& status) {
+  if (!S_ISREG(status.st_mode)) return std::nullopt;
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+}  // namespace
+
+std::optional<FileIdentity> identityOf(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return identityOf(status);
+}
+
+std::optional<FileIdentity> identityOf(int descriptor) {
+  struct stat status {};
+  if (::fstat(descriptor, &status) != 0) return std::nullopt;
+  return identityOf(status);
+}
+
+}  // namespace workbench

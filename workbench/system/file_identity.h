@@ -1,0 +1,25 @@
+/// Which file a name stands for, whatever the name.
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+
+namespace workbench {
+
+/// Equal for two names exactly when they are one file: by symbolic links, hard links or mounts.
+struct FileIdentity {
+  dev_t device;
+  ino_t inode;
+  bool operator==(const FileIdentity&) const = default;
+};
+
+/// The regular file that a path leads to; nothing when there is none.
+std::optional<FileIdentity> identityOf(const std::string& path);
+
+/// The regular file that an open descriptor stands for; nothing for a pipe, a terminal and the
+/// like.
+std::optional<FileIdentity> identityOf(int descriptor);
+
+}  // namespace workbench
