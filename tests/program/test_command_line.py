@@ -1,10 +1,14 @@
 """Options, help, the order of strings, where the command comes from."""
 
+import fcntl
 import json
 import os
 import pathlib
+import pty
 import re
+import struct
 import subprocess
+import termios
 import unittest
 
 from program import PROGRAM, ProgramTest
@@ -48,6 +52,54 @@ class Options(CommandLine):
         expected = self.run_program("d.csv", "--split", "s,t", "-c", COMMAND).stdout
         self.assertEqual(self.run_program("d.csv", "--split", "s", "--split", "t", "-c", COMMAND).stdout, expected)
         self.assertEqual(self.run_program("--split", "s", "--split", "t", "d.csv", "-c", COMMAND).stdout, expected)
+
+
+class Width(CommandLine):
+    EVERY = "PROPORTIONS /ONESAMPLE x TESTTYPES=ALL CITYPES=ALL."
+
+    def widest(self, text):
+        """Of the lines of tables; notes have lines of their own."""
+        return max(len(line) for line in text.splitlines())
+
+    def on_a_terminal(self, columns, **environment):
+        terminal, program_side = pty.openpty()
+        fcntl.ioctl(program_side, termios.TIOCSWINSZ, struct.pack("HHHH", 40, columns, 0, 0))
+        program = subprocess.Popen([PROGRAM, "d.csv", "-c", self.EVERY], cwd=self.folder, stdout=program_side,
+                                   env={**{k: v for k, v in os.environ.items() if k != "COLUMNS"}, **environment})
+        os.close(program_side)
+        shown = b""
+        while True:
+            try:
+                block = os.read(terminal, 1 << 16)
+            except OSError:  # how Linux ends the reading of a terminal that nobody holds
+                break
+            if not block:
+                break
+            shown += block
+        os.close(terminal)
+        self.assertEqual(program.wait(), 0)
+        return shown.decode().replace("\r\n", "\n")
+
+    def written(self, *arguments, **environment):
+        done = subprocess.run([PROGRAM, "d.csv", "-c", self.EVERY, *arguments], cwd=self.folder, check=True, capture_output=True,
+                              env={**{k: v for k, v in os.environ.items() if k != "COLUMNS"}, **environment}, text=True)
+        return done.stdout
+
+    def test_the_terminals_width(self):
+        narrow, wide = self.on_a_terminal(60), self.on_a_terminal(160)
+        self.assertLessEqual(self.widest(narrow), 60)
+        self.assertGreater(self.widest(wide), 60)
+        self.assertEqual(narrow, self.written("--width", "60"))
+        self.assertEqual(self.on_a_terminal(160, COLUMNS="60"), narrow)
+
+    def test_elsewhere(self):
+        usual = self.written()
+        self.assertEqual(usual, self.written("--width", "100"))
+        self.assertEqual(self.written(COLUMNS="60"), self.written("--width", "60"))
+        for nonsense in ("", "x", "0", "-5"):
+            self.assertEqual(self.written(COLUMNS=nonsense), usual)
+        self.written("-o", "o.txt", COLUMNS="60")
+        self.assertEqual((self.folder / "o.txt").read_text(), usual)
 
 
 class Commands(CommandLine):

@@ -6,10 +6,10 @@
 #include "workbench/output/labels.h"
 #include "workbench/output/report.h"
 #include "workbench/output/template.h"
-#include "workbench/output/utf8.h"
 #include "workbench/parser/refusal_places.h"
 #include "workbench/parser/syntax_error.h"
 #include "workbench/parser/variable_names.h"
+#include "workbench/text/utf8.h"
 
 namespace workbench {
 namespace {
