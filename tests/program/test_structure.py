@@ -21,7 +21,7 @@ FLOORS = {
         ["driver"],
     ],
     "workbench": [
-        ["text", "distributions", "session", "catalogue", "pooling", "resampling"],
+        ["system", "text", "distributions", "session", "catalogue", "manual", "pooling", "resampling"],
         ["values", "display"],
         ["engine", "delimited"],
         ["json"],
@@ -29,6 +29,7 @@ FLOORS = {
         ["output"],
         ["parser", "results"],
         ["render", "advice"],
+        ["listing"],
         ["cli"],
     ],
 }
