@@ -49,6 +49,15 @@ class Inputs(OutputSafety):
         os.symlink("d.csv", self.path("symbolic.csv"))
         self.assertIn("symbolic.csv", self.refused_output("d.csv", "symbolic.csv", "-c", COMMAND))
 
+    def test_a_file_of_a_folder_or_a_pattern(self):
+        os.mkdir(self.path("all"))
+        for name in ("a.csv", "b.csv"):
+            self.write(f"all/{name}", "x\n1\n0\n")
+        for data in ("all", "all/*.csv"):
+            said = self.refused_output("all/b.csv", data, "-c", COMMAND)
+            self.assertIn("all/b.csv", said)
+            self.assertEqual(self.path("all/b.csv").read_text(), "x\n1\n0\n")
+
     def test_the_dictionary(self):
         self.schema("d.schema.json", {"name": "x", "type": "integer"})
         self.assertIn("the dictionary", self.refused_output("d.schema.json", "d.csv", "-c", COMMAND))

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "workbench/engine/source.h"
+#include "workbench/dataset/data_files.h"
 
 namespace workbench {
 namespace {
@@ -26,22 +26,32 @@ class Collector {
   std::vector<InputFile> files_;
 };
 
-void addData(const std::string& data, Collector& files) {
-  if (data == "-") return files.addStandardInput("the data on standard input");
-  if (data.compare(0, kDatabase.size(), kDatabase) != 0) return files.add("the data file", data);
-  const std::string file = data.substr(kDatabase.size());
-  files.add("the database", file);
-  files.add("the database's log", file + ".wal");
+/// The files of DATA, and the dictionary unless another one is given.
+void addData(const DataOptions& options, Collector& files) {
+  if (options.data.compare(0, kDatabase.size(), kDatabase) == 0) {
+    const std::string file = options.data.substr(kDatabase.size());
+    files.add("the database", file);
+    files.add("the database's log", file + ".wal");
+    return;
+  }
+  const DataFiles found = findFiles(options.data);
+  for (const DataFile& file : found.files) {
+    if (file.path == "-") {
+      files.addStandardInput("the data on standard input");
+    } else {
+      files.add("the data file", file.path);
+    }
+  }
+  if (!options.schema && !found.dictionary.empty()) files.add("the dictionary", found.dictionary);
 }
 
 }  // namespace
 
 std::vector<InputFile> inputFiles(const ProgramOptions& options) {
   Collector files;
-  if (!options.counts) addData(options.data.data, files);
-  const std::string beside = options.counts ? "" : dictionaryBeside(options.data.data);
-  const std::string dictionary = options.data.schema.value_or(beside);
-  if (!dictionary.empty() && dictionary != "none") files.add("the dictionary", dictionary);
+  if (!options.counts) addData(options.data, files);
+  const std::string dictionary = options.data.schema.value_or("none");
+  if (dictionary != "none") files.add("the dictionary", dictionary);
   if (options.commandFile == "-") {
     files.addStandardInput("the command text on standard input");
   } else if (!options.commandFile.empty()) {

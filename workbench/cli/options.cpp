@@ -175,8 +175,8 @@ void chooseReading(const Raw& raw, DataOptions& data) {
 
 /// Options that say something of data, which counts do without.
 const std::vector<std::string> kDataOptions = {
-    "DATA",        "--query",   "--table",    "--schema", "--na",    "--delimiter",
-    "--decimal",   "--encoding", "--weight",  "--split",  "--split-layout"};
+    "DATA",      "--query",    "--table",  "--schema", "--na",          "--delimiter",
+    "--decimal", "--encoding", "--weight", "--split",  "--split-layout"};
 
 void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   if (app.count("--counts") == 0) {
