@@ -157,6 +157,17 @@ TEST(Reading, RefusesWhatIsWrongFirst) {
   for (int i = 0; i < 20; ++i) EXPECT_EQ(refusalOf(text, how).rfind(", line 10051: ", 0), 0U);
 }
 
+TEST(Reading, CountsLinesAcrossBlocks) {
+  for (const char* text :
+       {"a,b\r\n1,2\r\n3,4\r\n5\r\n", "a,b\r\n1,2\r\n\"3\",4\r\n5\r\n", "a,b\r\n1,2\r3,4\n5\r"}) {
+    ReadAs how;
+    for (how.options.blockBytes = 1; how.options.blockBytes < 24; ++how.options.blockBytes) {
+      EXPECT_EQ(refusalOf(text, how).rfind(", line 4: ", 0), 0U)
+          << text << " in blocks of " << how.options.blockBytes;
+    }
+  }
+}
+
 TEST(Reading, RefusesRecordsThatAreTooLong) {
   ReadAs how;
   how.options.blockBytes = 100;
