@@ -28,6 +28,17 @@ double scripted(const std::string& answer) {
                                                   : std::strtod(answer.c_str(), nullptr);
 }
 
+/// What the search for a quantile finds. It throws for some enormous counts, whatever the policy:
+/// its root finder has one of its own. The host's functions never throw.
+template <typename Search>
+double quantile(const Search& search) {
+  try {
+    return search();
+  } catch (const boost::math::evaluation_error&) {
+    return kSystemMissing;
+  }
+}
+
 /// Ends a call that has no error flag.
 double finish(Call& call, double value) {
   return call.gives(call.answer() == nullptr ? nanAsMissing(value) : scripted(*call.answer()));
@@ -114,13 +125,13 @@ double MCDistFun::PdfBin(double k, double n, double p, int32_t& error) {
 double MCDistFun::IdfBeta(const double& q, const double& a, const double& b) {
   Call call("MCDistFun.IdfBeta", Call::May::kNotThrow, q, a, b);
   if (!(q >= 0 && q <= 1 && a > 0 && b > 0)) return finish(call, kSystemMissing);
-  return finish(call, boost::math::ibeta_inv(a, b, q, Quietly()));
+  return finish(call, quantile([&] { return boost::math::ibeta_inv(a, b, q, Quietly()); }));
 }
 
 double MCDistFun::IdfBetaUpper(const double& q, const double& a, const double& b) {
   Call call("MCDistFun.IdfBetaUpper", Call::May::kNotThrow, q, a, b);
   if (!(q >= 0 && q <= 1 && a > 0 && b > 0)) return finish(call, kSystemMissing);
-  return finish(call, boost::math::ibetac_inv(a, b, q, Quietly()));
+  return finish(call, quantile([&] { return boost::math::ibetac_inv(a, b, q, Quietly()); }));
 }
 
 double MCDistFun::CdfStdNorm(double z) {
