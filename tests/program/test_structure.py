@@ -21,15 +21,15 @@ FLOORS = {
         ["driver"],
     ],
     "workbench": [
-        ["system", "text", "distributions", "session", "catalogue", "manual", "pooling", "resampling"],
+        ["system", "text", "distributions", "session", "catalogue", "manual", "resampling"],
         ["values", "display"],
         ["engine", "delimited"],
         ["json"],
         ["dataset"],
         ["output"],
         ["parser", "results"],
-        ["render", "advice"],
-        ["listing"],
+        ["render", "advice", "pooling"],
+        ["listing", "bootstrap"],
         ["cli"],
     ],
 }

@@ -55,6 +55,9 @@ Reading
                        count identical cases while reading; the results are the
                        same
 
+  --bootstrap N        N bootstrap samples of the cases, their intervals as a
+                       table; --seed S makes them repeatable
+
 Results
   --list               the variables of DATA instead of a command
   --format text|markdown|html|json|csv

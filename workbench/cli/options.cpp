@@ -8,6 +8,8 @@
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
+#include <random>
 #include <sstream>
 #include <string_view>
 
@@ -30,6 +32,8 @@ struct Raw {
 };
 
 constexpr long long kWidestWidth = 10'000;
+constexpr long long kMostSamples = 1LL << 31;
+constexpr long long kLargestSeed = std::numeric_limits<long long>::max();
 
 void declareData(CLI::App& app, DataOptions& data) {
   app.add_option("DATA", data.data);
@@ -88,6 +92,10 @@ void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
   app.add_option("-c,--command", raw.command);
   app.add_option("-f,--file", raw.file);
   app.add_option("--locale", options.locale);
+  app.add_option_function<std::string>(
+      "--bootstrap", wholeNumber("--bootstrap", 2, kMostSamples, options.bootstrap.samples));
+  app.add_option_function<std::string>(
+      "--seed", wholeNumber("--seed", 0, kLargestSeed, options.bootstrap.seed));
   declareOutput(app, options, raw);
 }
 
@@ -209,6 +217,13 @@ size_t usualWidth(const std::string& output) {
   return columns == 0 ? usual.width : std::clamp<size_t>(columns, kNarrowestWidth, kWidestWidth);
 }
 
+void chooseSeed(const CLI::App& app, ProgramOptions& options) {
+  if (app.count("--bootstrap") == 0 && app.count("--seed") > 0) {
+    throw UsageError("--seed is one of samples; give their number with --bootstrap N");
+  }
+  if (app.count("--seed") == 0) options.bootstrap.seed = std::random_device()();
+}
+
 void chooseCommand(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   const bool byText = app.count("--command") > 0, byFile = app.count("--file") > 0;
   if (options.list) {
@@ -247,6 +262,7 @@ ProgramOptions readOptions(const std::vector<std::string>& arguments) {
   if (app.count("--width") == 0) options.shown.width = usualWidth(options.output);
   chooseFormat(raw, options);
   chooseData(app, raw, options);
+  chooseSeed(app, options);
   chooseCommand(app, raw, options);
   return options;
 }

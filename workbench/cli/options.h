@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "workbench/bootstrap/bootstrap.h"
 #include "workbench/dataset/source_dataset.h"
 #include "workbench/dataset/typed_counts.h"
 #include "workbench/render/render.h"
@@ -26,6 +27,7 @@ struct ProgramOptions {
   std::string output = "-";  ///< a path; "-": standard output
   ProgressMode progress = ProgressMode::kAuto;
   bool advise = true;
+  BootstrapOptions bootstrap;
 };
 
 /// A command line that cannot be run: what is wrong and what to do.

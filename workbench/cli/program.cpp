@@ -121,13 +121,15 @@ int runCommands(const ProgramOptions& options, const OutputTarget& target) {
   {
     ProgressLine progress(options.progress);
     dataset = openData(options, progress);
+    if (options.bootstrap.samples > 0) refuseBootstrapOf(*dataset);
     Session session;
     session.dataset = dataset.get();
     session.document = &document;
     session.catalogue = &catalogue;
     const SessionScope scope(session);
     for (const CommandTokens& command : commands) {
-      runCommand(session, *dataset, command, options.advise, [&module] { module.run(); });
+      runCommand(session, *dataset, command, {options.advise, options.bootstrap},
+                 [&module] { module.run(); });
       if (dataset->failed()) break;
     }
   }

@@ -1,5 +1,8 @@
 #include "workbench/cli/run_command.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "workbench/advice/advice.h"
 #include "workbench/advice/case_tally.h"
 #include "workbench/advice/cases_table.h"
@@ -9,6 +12,8 @@
 #include "workbench/parser/refusal_places.h"
 #include "workbench/parser/syntax_error.h"
 #include "workbench/parser/variable_names.h"
+#include "workbench/pooling/imputations.h"
+#include "workbench/pooling/pooled_tables.h"
 #include "workbench/text/utf8.h"
 
 namespace workbench {
@@ -36,25 +41,53 @@ void tellOfCases(DocumentProcedure& procedure, const CommandFacts& facts,
   if (advise) procedure.advice = adviceOn(facts, dataset, cases);
 }
 
+/// True when the imputations that the data are split into can be pooled; says what is wrong with
+/// them. Reads the data.
+bool imputationsAreUsable(ActiveDataset& dataset, size_t position) {
+  const ImputationCheck check = checkImputations(dataset, position);
+  if (dataset.failed()) return false;
+  if (check.imputations == 1) {
+    const VarIndex number = dataset.splitVariables()[position];
+    report(Severity::kError, "One imputation ^1 ...", {dataset.declaration(number).name});
+    return false;
+  }
+  if (check.imputations > 0 && check.originalMissing) {
+    report(Severity::kWarning, "Imputation without original data ...", {});
+  }
+  if (check.sizesDiffer) report(Severity::kWarning, "Imputations of different sizes ...", {});
+  return true;
+}
+
+bool hasError(const DocumentProcedure& procedure) {
+  return std::any_of(
+      procedure.messages.begin(), procedure.messages.end(),
+      [](const DocumentMessage& message) { return message.severity == Severity::kError; });
+}
+
 }  // namespace
 
-void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& command, bool advise,
-                const std::function<void()>& entry) {
+void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& command,
+                const RunOptions& options, const std::function<void()>& entry) {
   session.command = &command;
   CommandFacts facts;
   session.facts = &facts;
   OutputDocument& document = *session.document;
-  CaseTally cases(dataset, facts, advise);
+  CaseTally cases(dataset, facts, options.advise);
   session.observer = &cases;
   document.beginProcedure(kTitle, command.source());
   dataset.beginCommand(mentionedVariables(command, dataset));
-  entry();
+  const std::optional<size_t> imputation = imputationPosition(dataset);
+  if (!imputation || imputationsAreUsable(dataset, *imputation)) entry();
   session.observer = nullptr;
   session.facts = nullptr;
   DocumentProcedure& procedure = document.current();
   for (DocumentMessage& message : procedure.messages) showPlace(command, facts, message);
   if (cases.isComplete() && !dataset.failed()) {
-    tellOfCases(procedure, facts, dataset, cases, advise);
+    if (!hasError(procedure)) {
+      if (options.bootstrap.samples > 0) addBootstrap(session, facts, options.bootstrap, entry);
+      if (imputation) addPooledTables(session, *imputation, facts.level);
+    }
+    tellOfCases(procedure, facts, dataset, cases, options.advise);
   }
   if (!dataset.failed() && dataset.caseCount() == 0) {
     report(Severity::kWarning, "No cases", {});

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "workbench/bootstrap/bootstrap.h"
 #include "workbench/dataset/active_dataset.h"
 #include "workbench/output/output_document.h"
 #include "workbench/parser/command_text.h"
@@ -10,9 +11,16 @@
 
 namespace workbench {
 
-/// Opens a procedure in the session's document, runs `entry` and closes the procedure.
-/// What was read is counted; with `advise` there is advice, too.
-void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& command, bool advise,
-                const std::function<void()>& entry);
+/// What the host does beside running the procedure.
+struct RunOptions {
+  bool advise = true;
+  BootstrapOptions bootstrap;
+};
+
+/// Opens a procedure in the session's document, runs `entry` and closes the procedure. What was
+/// read is counted; imputations are pooled, and samples drawn, when there are results. Throws
+/// DataError when samples cannot be drawn.
+void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& command,
+                const RunOptions& options, const std::function<void()>& entry);
 
 }  // namespace workbench

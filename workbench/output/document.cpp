@@ -145,8 +145,9 @@ bool Table::setNote(size_t dimension, int32_t leaf, const CellNoteText& note) {
   locate(dimension, leaf);
   const uint32_t cell = findCell();
   if (cell == NumberIndex::kNone) return false;
-  auto known = std::find_if(notes_.begin(), notes_.end(),
-                            [&](const CellNoteText& entry) { return entry.key == note.key; });
+  auto known = std::find_if(notes_.begin(), notes_.end(), [&](const CellNoteText& entry) {
+    return entry.key == note.key && entry.text == note.text;
+  });
   if (known == notes_.end()) known = notes_.insert(notes_.end(), note);
   cells_[cell].note = static_cast<int32_t>(known - notes_.begin());
   return true;

@@ -60,18 +60,18 @@ bool hasKeyword(SubComObj* subcommand, const char* parameter, const char* keywor
 
 void readDesigns(CommandSpec& parsed, const ActiveDataset& dataset, CommandFacts& facts) {
   if (SubComObj* one = parsed.getSubComObj("ONESAMPLE")) {
-    facts.design = Design::kOneSample;
+    facts.design = CommandDesign::kOneSample;
     ParamObj* list = one->exportParamObj();
     if (list != nullptr) facts.tests = namedVariables(list->getTokenList(), dataset);
   }
   if (SubComObj* paired = parsed.getSubComObj("PAIREDSAMPLES")) {
-    facts.design = Design::kPaired;
+    facts.design = CommandDesign::kPaired;
     const auto [before, after] = splitAt(*paired, kOperatorWith);
     facts.tests = namedVariables(before, dataset);
     facts.second = namedVariables(after, dataset);
   }
   if (SubComObj* independent = parsed.getSubComObj("INDEPENDENTSAMPLES")) {
-    facts.design = Design::kIndependent;
+    facts.design = CommandDesign::kIndependent;
     const auto [before, after] = splitAt(*independent, kOperatorBy);
     facts.tests = namedVariables(before, dataset);
     const std::vector<VarIndex> grouping = namedVariables(after, dataset);

@@ -16,7 +16,7 @@
 
 namespace workbench {
 
-enum class Design : uint8_t { kNone, kOneSample, kPaired, kIndependent };
+enum class CommandDesign : uint8_t { kNone, kOneSample, kPaired, kIndependent };
 enum class ValueRule : uint8_t { kFirst, kLast, kMidpoint, kCutpoint, kLevel };
 
 /// A rule that tells the values that count, with what was written for it.
@@ -33,7 +33,7 @@ struct RuleFacts {
 };
 
 struct CommandFacts {
-  Design design = Design::kNone;  ///< the last one named, should there be several
+  CommandDesign design = CommandDesign::kNone;  ///< the last one named, should there be several
   std::vector<VarIndex> tests;    ///< the list before WITH or BY, each variable once
   std::vector<VarIndex> second;   ///< the list after WITH
   VarIndex grouping = -1;         ///< after BY; negative: none

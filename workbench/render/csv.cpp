@@ -5,7 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/render/csv_estimates.h"
 #include "workbench/render/csv_fields.h"
+#include "workbench/render/csv_subject.h"
 #include "workbench/render/render.h"
 #include "workbench/render/writer.h"
 #include "workbench/results/result_rows.h"
@@ -24,18 +26,6 @@ constexpr std::array<std::string_view, 20> kColumnsAfterSplits{
     "p_one_sided",    "p_two_sided", "level",      "lower",     "upper"};
 
 constexpr std::string_view kNote = "note";
-
-std::string_view nameOf(Design design) {
-  switch (design) {
-    case Design::kOneSample:
-      return "one-sample";
-    case Design::kPaired:
-      return "paired";
-    case Design::kIndependent:
-      break;
-  }
-  return "independent";
-}
 
 std::string_view nameOf(ResultKind kind) {
   switch (kind) {
@@ -68,42 +58,19 @@ Names splitColumns(const Names& variables) {
   return columns;
 }
 
-/// The texts of several values with bars between them; a bar within a value is doubled.
-std::string barred(const std::vector<LabelValue>& values) {
-  std::string result;
-  for (const LabelValue& value : values) {
-    if (&value != &values.front()) result += '|';
-    for (const char c : value.shown) result.append(c == '|' ? 2 : 1, c);
-  }
-  return result;
-}
-
-/// What a label says of its variable: the values, and how they are compared.
-std::string condition(const LabelData& label) {
-  std::string text(relationOf(label.key));
-  if (label.values.size() == 1 && !label.isValueList) {
-    text += label.values.front().shown;
-  } else {
-    text += barred(label.values);
-  }
-  if (label.twin > 1 && !label.values.empty()) text += " (" + std::to_string(label.twin) + ")";
-  return text;
-}
-
-std::string variableName(const LabelData& label, size_t position) {
-  return position < label.variables.size() ? label.variables[position] : "";
-}
-
 /// The rows of one table.
 class TableRows {
  public:
-  TableRows(const Table& table, std::string start, const Names& splits, std::string grouping)
+  /// `emptyColumns` is the number of columns before the notes that such rows never fill.
+  TableRows(const Table& table, std::string start, const Names& splits, std::string grouping,
+            size_t emptyColumns)
       : rows_(table, EmptyCategories::kAll),
         start_(std::move(start)),
         splits_(splits),
-        grouping_(csvText(grouping)) {
+        emptyColumns_(emptyColumns),
+        grouping_(std::move(grouping)) {
     start_ += ',';
-    start_ += nameOf(rows_.kind().design);
+    start_ += csvNameOf(rows_.kind().design);
     start_ += ',';
     start_ += nameOf(rows_.kind().kind);
     if (rows_.level()) level_ = csvNumber(*rows_.level());
@@ -120,7 +87,7 @@ class TableRows {
     for (size_t split = 0; split < splits_.size(); ++split) {
       out << ',' << csvText(splitText(row, split));
     }
-    writeSubject(rows_.subject(row), out);
+    writeCsvSubject(rows_.subject(row), grouping_, out);
     for (const Quantity quantity : {Quantity::kSuccesses, Quantity::kTrials, Quantity::kProportion})
       writeNumber(row, quantity, out);
     const bool hasCells = rows_.hasCells(row);
@@ -132,6 +99,7 @@ class TableRows {
     out << ',' << (hasCells ? level_ : "");
     writeNumber(row, Quantity::kLower, out);
     writeNumber(row, Quantity::kUpper, out);
+    for (size_t i = 0; i < emptyColumns_; ++i) out << ',';
     writeNotes(row, out);
     out << '\n';
   }
@@ -142,24 +110,6 @@ class TableRows {
     if (split >= rows_.splitDimensions().size()) return "";
     const LabelData* value = rows_.splitValue(row, split);
     return value == nullptr ? "" : value->text;
-  }
-
-  void writeSubject(const ResultSubject& subject, Writer& out) const {
-    const LabelData none;
-    const LabelData& first = subject.variable == nullptr ? none : *subject.variable;
-    const LabelData& second = subject.variable2 == nullptr ? none : *subject.variable2;
-    // The label of an interval's or a test's pair names both of its variables.
-    const std::string secondName =
-        subject.variable2 == nullptr ? variableName(first, 1) : variableName(second, 0);
-    out << ',' << csvText(variableName(first, 0)) << ',' << csvText(condition(first)) << ','
-        << csvText(secondName) << ',' << csvText(condition(second)) << ','
-        << (subject.measurement > 0 ? std::to_string(subject.measurement) : "") << ',' << grouping_
-        << ',' << (subject.group == nullptr ? "" : csvText(condition(*subject.group))) << ',';
-    if (subject.method != nullptr) {
-      out << subject.method->keyword;
-    } else if (subject.methodLabel != nullptr) {
-      out << csvText(subject.methodLabel->text);
-    }
   }
 
   void writeNumber(size_t row, Quantity quantity, Writer& out) const {
@@ -177,6 +127,7 @@ class TableRows {
   const ResultRows rows_;
   std::string start_;
   const Names& splits_;
+  size_t emptyColumns_;
   std::string grouping_;
   std::string level_;
   std::string testValue_;
@@ -212,6 +163,8 @@ void renderCsv(const OutputDocument& document, const RenderOptions&, std::ostrea
   for (const std::string_view name : kColumnsBeforeSplits) writeName(name);
   for (const std::string& name : splits) writeName(name);
   for (const std::string_view name : kColumnsAfterSplits) writeName(name);
+  const std::vector<std::string_view> added = estimateColumns(document);
+  for (const std::string_view name : added) writeName(name);
   writeName(kNote);
   out << '\n';
 
@@ -220,8 +173,11 @@ void renderCsv(const OutputDocument& document, const RenderOptions&, std::ostrea
     const std::string number = std::to_string(++command);
     const std::string grouping = groupingOf(*procedure);
     for (const auto& table : procedure->tables) {
-      if (!tableKindOf(table->title().key)) continue;
-      TableRows(*table, number, splits, grouping).write(out);
+      if (tableKindOf(table->title().key)) {
+        TableRows(*table, number, splits, grouping, added.size()).write(out);
+      } else if (isEstimateTable(*table)) {
+        writeEstimates(*table, *procedure, number, splits.size(), grouping, added, out);
+      }
     }
   }
   out.finish();

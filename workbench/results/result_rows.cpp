@@ -166,6 +166,10 @@ std::vector<const CellNoteText*> ResultRows::notes(size_t row) const {
   return notes;
 }
 
+const LabelData& ResultRows::splitVariable(size_t split) const {
+  return dimensionOf(grid_.rows(), table(), splits_[split]).label();
+}
+
 const LabelData* ResultRows::splitValue(size_t row, size_t split) const {
   const DimensionNode* found = node(row, splits_[split]);
   return found == nullptr ? nullptr : &found->label;

@@ -47,6 +47,8 @@ class ResultRows {
 
   /// Dimensions of the split groups that share the table, by position in its dimensions().
   const std::vector<size_t>& splitDimensions() const { return splits_; }
+  /// The split variable of splitDimensions()[split].
+  const LabelData& splitVariable(size_t split) const;
   /// The category of a row in splitDimensions()[split]; null without one.
   const LabelData* splitValue(size_t row, size_t split) const;
   /// Equal exactly for rows of the same split group, in all tables of a procedure.

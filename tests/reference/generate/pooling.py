@@ -75,4 +75,5 @@ def main():
                   + ",".join(nstr(value, 20) for value in numbers))
 
 
-main()
+if __name__ == "__main__":
+    main()

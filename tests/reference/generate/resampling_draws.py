@@ -117,4 +117,5 @@ def main():
                           f"{' '.join(map(str, drawn))}")
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,115 @@
+#include "workbench/bootstrap/sampled_results.h"
+
+#include <utility>
+
+#include "host/constants.h"
+
+namespace workbench {
+namespace {
+
+void append(std::string& key, std::string_view part) {
+  key += std::to_string(part.size());
+  key += ':';
+  key += part;
+}
+
+/// What a result is known by in all tables of all runs on the same data.
+std::string keyOf(const SampledResult& result) {
+  std::string key;
+  for (const LabelData& value : result.split) append(key, value.identity);
+  append(key,
+         result.subject.number ? std::to_string(*result.subject.number) : result.subject.identity);
+  key += static_cast<char>('A' + static_cast<int>(result.quantity));
+  if (result.member) append(key, result.member->identity);
+  return key;
+}
+
+void addNames(const LabelData* label, std::vector<std::string>& names) {
+  if (label == nullptr) return;
+  names.insert(names.end(), label->variables.begin(), label->variables.end());
+}
+
+/// The number of a sample as its category has it; negative when it shows none.
+int64_t sampleNumber(const LabelData* label) {
+  if (label == nullptr || label->values.empty()) return -1;
+  const auto* number = std::get_if<double>(&label->values.front().exact);
+  return number == nullptr || !(*number >= 0) ? -1 : static_cast<int64_t>(*number);
+}
+
+}  // namespace
+
+void SampledResults::add(const DocumentProcedure& procedure,
+                         const std::function<std::optional<size_t>(int64_t)>& slotOf) {
+  for (const auto& table : procedure.tables) {
+    if (tableKindOf(table->title().key)) addTable(*table, slotOf);
+  }
+  for (SampledResult& result : results_) {
+    if (result.subject.number) result.subject = pairs_.at(*result.subject.number);
+  }
+}
+
+void SampledResults::addTable(const Table& table,
+                              const std::function<std::optional<size_t>(int64_t)>& slotOf) {
+  const ResultRows rows(table, EmptyCategories::kReadable);
+  const size_t userSplits = rows.splitDimensions().size() - 1;
+  if (splitDimensions_.empty()) {
+    for (size_t i = 0; i < userSplits; ++i) splitDimensions_.push_back(rows.splitVariable(i));
+  }
+  for (size_t row = 0; row < rows.count(); ++row) {
+    if (!rows.hasCells(row)) continue;
+    const auto slot = slotOf(sampleNumber(rows.splitValue(row, userSplits)));
+    if (!slot) continue;
+    const ResultSubject subject = rows.subject(row);
+    SampledResult result;
+    for (size_t i = 0; i < userSplits; ++i) {
+      const LabelData* value = rows.splitValue(row, i);
+      result.split.push_back(value == nullptr ? LabelData() : *value);
+    }
+    addNames(subject.variable, result.variables);
+    addNames(subject.variable2, result.variables);
+    if (subject.pair != nullptr) {
+      result.subject = *subject.pair;
+      result.member = subject.measurement == 1 ? *subject.variable : *subject.variable2;
+    } else if (subject.variable != nullptr) {
+      result.subject = *subject.variable;
+    }
+    if (subject.group != nullptr) result.member = *subject.group;
+    store(rows, row, *slot, std::move(result));
+  }
+}
+
+/// A quantity that stands in several rows, one for each method, is taken from the first that has
+/// a value.
+void SampledResults::store(const ResultRows& rows, size_t row, size_t slot, SampledResult wanted) {
+  if (wanted.subject.number) {
+    // The intervals' label of a pair says more than that of its statistics.
+    LabelData& pair = pairs_.try_emplace(*wanted.subject.number, wanted.subject).first->second;
+    if (wanted.subject.variables.size() > pair.variables.size()) pair = wanted.subject;
+  }
+  const bool oneSample = rows.kind().design == Design::kOneSample;
+  for (const Quantity quantity :
+       {Quantity::kProportion, Quantity::kDifference, Quantity::kStandardError}) {
+    // Of one sample and of single measurements the standard error belongs to the method or table.
+    if (quantity == Quantity::kStandardError &&
+        (oneSample || rows.kind().kind == ResultKind::kStatistics)) {
+      continue;
+    }
+    if (rows.cell(row, quantity) == nullptr) continue;
+    wanted.quantity = quantity;
+    const auto [found, isNew] = byKey_.emplace(keyOf(wanted), results_.size());
+    if (isNew) {
+      results_.push_back(wanted);
+      results_.back().values.assign(slots_, kSystemMissing);
+    }
+    SampledResult& result = results_[found->second];
+    double& value = result.values[slot];
+    if (IsSystemMissing(value)) value = rows.value(row, quantity);
+  }
+}
+
+const SampledResult* SampledResults::find(const SampledResult& result) const {
+  const auto found = byKey_.find(keyOf(result));
+  return found == byKey_.end() ? nullptr : &results_[found->second];
+}
+
+}  // namespace workbench

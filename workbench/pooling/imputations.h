@@ -1,0 +1,29 @@
+/// Which split groups are imputations of which.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/dataset/active_dataset.h"
+
+namespace workbench {
+
+/// The position of the imputation number among the split variables: the last numeric one named
+/// Imputation_, whatever the case of its letters. Nothing: the data are not imputed.
+std::optional<size_t> imputationPosition(const ActiveDataset& dataset);
+
+/// What the groups of imputed data look like.
+struct ImputationCheck {
+  size_t imputations = 0;        ///< most that a group of the other split variables has
+  bool originalMissing = false;  ///< some group has no original data (imputation 0)
+  bool sizesDiffer = false;      ///< some imputations of one group differ in their weighted cases
+};
+
+/// Reads the groups of the data set, which has to be ready for a command. An imputation's number
+/// is the nearest whole number, halves up.
+ImputationCheck checkImputations(ActiveDataset& dataset, size_t position);
+
+}  // namespace workbench
