@@ -6,7 +6,12 @@ import re
 from program import ProgramTest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-OPTIONS = {"physicians_health": ["--weight", "freq"], "admissions": ["--weight", "freq"]}
+OPTIONS = {
+    "physicians_health": ["--weight", "freq"],
+    "admissions": ["--weight", "freq"],
+    "plebiscite": ["--weight", "freq", "--split", "Imputation_"],
+}
+BOOTSTRAP = ["--bootstrap", "2000", "--seed", "1990"]
 
 
 class Examples(ProgramTest):
@@ -17,6 +22,13 @@ class Examples(ProgramTest):
             with self.subTest(command.stem):
                 done = self.run_program(str(command.with_suffix(".csv")), "-f", str(command), *OPTIONS.get(command.stem, []))
                 self.assertEqual(done.stdout.decode(), (ROOT / "examples" / "output" / command.name).read_text())
+
+    def test_output_of_a_bootstrap(self):
+        done = self.run_program(str(ROOT / "examples" / "complete_response.csv"), "-c",
+                                "PROPORTIONS /PAIREDSAMPLES before WITH after (PAIRED) "
+                                "TESTTYPES=NONE CITYPES=BONETT_PRICE NEWCOMBE.", *BOOTSTRAP)
+        kept = ROOT / "examples" / "output" / "complete_response_bootstrap.txt"
+        self.assertEqual(done.stdout.decode(), kept.read_text())
 
     def test_every_method_has_its_section(self):
         for design in ("onesample", "paired", "independent"):
