@@ -42,7 +42,7 @@ class Examples(ProgramTest):
 
     def test_every_text_of_the_module_is_in_the_catalogue(self):
         catalogue = (ROOT / "workbench" / "catalogue" / "en.json").read_text()
-        texts = (ROOT / "module" / "output" / "texts.h").read_text()
+        texts = (ROOT / "module" / "model" / "texts.h").read_text()
         found = re.findall(r'\] =\s*"([^"]+)";', texts)
         self.assertGreater(len(found), 80)
         for text in found:
