@@ -1,7 +1,11 @@
-// Writes a CSV file of binary variables; the same for the same arguments.
+// Writes CSV files for the benchmarks; the same bytes for the same arguments.
 //
-//   make_data ROWS            v1 to v8, a group of two (arm) and a region of twelve
+//   make_data ROWS            fifteen columns: id, eight binary variables that hang together (v1 to
+//                             v8), a group of two (arm), a measure, an age, two weights (w whole,
+//                             wf fractional) and a region of twelve
 //   make_data ROWS VARIABLES  v1 to v<VARIABLES>, with proportions from 0.2 to 0.8
+#include <array>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -9,12 +13,14 @@
 
 namespace {
 
-class Bits {
+class Random {
  public:
   uint64_t next() {
     state_ = state_ * 6364136223846793005ull + 1442695040888963407ull;
     return state_ >> 33;
   }
+  /// From 0 to below 1.
+  double uniform() { return static_cast<double>(next()) / 2147483648.0; }
 
  private:
   uint64_t state_ = 20261121;
@@ -26,18 +32,32 @@ std::string header(long variables) {
   return names;
 }
 
-std::string groupedRow(Bits& random) {
-  uint64_t bits = random.next();
-  std::string row;
-  for (int v = 0; v < 8; ++v, bits >>= 1) {
-    row += static_cast<char>('0' + (bits & 1));
+/// A case's latent inclination moves all its variables, so that 12 regions hold some 50,000
+/// different combinations without repeating too readily.
+std::string studyRow(Random& random, long id) {
+  constexpr std::array<double, 8> kRates = {.50, .48, .12, .31, .76, .905, .20, .63};
+  constexpr double kMissing = 0.03;
+  const double inclination = random.uniform() - 0.5;
+  std::string row = std::to_string(id);
+  for (const double rate : kRates) {
     row += ',';
+    const double chance = rate + inclination * 2.0 * rate * (1.0 - rate);
+    const bool missing = random.uniform() < kMissing;
+    const bool success = random.uniform() < chance;
+    if (!missing) row += success ? '1' : '0';
   }
-  row += static_cast<char>('1' + (bits & 1));
-  return row + ",r" + std::to_string(10 + (bits >> 1) % 12) + '\n';
+  char numbers[96];
+  std::snprintf(numbers, sizeof numbers, ",%llu,%.4f,%llu,%llu,%.3f,region%02llu\n",
+                static_cast<unsigned long long>(1 + random.next() % 2),
+                50.0 + 20.0 * (random.uniform() + random.uniform() + inclination - 1.0),
+                static_cast<unsigned long long>(18 + random.next() % 70),
+                static_cast<unsigned long long>(1 + random.next() % 20),
+                0.25 + 4.0 * random.uniform(),
+                static_cast<unsigned long long>(1 + random.next() % 12));
+  return row + numbers;
 }
 
-std::string wideRow(Bits& random, long variables) {
+std::string wideRow(Random& random, long variables) {
   std::string row;
   for (long v = 0; v < variables; ++v) {
     const auto percent = static_cast<uint64_t>(20 + v * 60 / variables);
@@ -52,10 +72,11 @@ std::string wideRow(Bits& random, long variables) {
 int main(int argc, char** argv) {
   const long rows = argc > 1 ? std::atol(argv[1]) : 1000;
   const long variables = argc > 2 ? std::atol(argv[2]) : 0;
-  Bits random;
-  std::string out = variables > 0 ? header(variables) + "\n" : header(8) + ",arm,region\n";
+  Random random;
+  std::string out = variables > 0 ? header(variables) + "\n"
+                                  : "id," + header(8) + ",arm,measure,age,w,wf,region\n";
   for (long i = 0; i < rows; ++i) {
-    out += variables > 0 ? wideRow(random, variables) : groupedRow(random);
+    out += variables > 0 ? wideRow(random, variables) : studyRow(random, i + 1);
     if (out.size() > (1 << 20)) {
       std::fwrite(out.data(), 1, out.size(), stdout);
       out.clear();
