@@ -72,6 +72,14 @@ ADVICE = [
     ("weights-rounded", "/ONESAMPLE v", "v,m\n0,1.4\n1,1.6\n", None, ["--weight", "m"], []),  # it evens out
     ("weights-rounded", "/ONESAMPLE v", "v,m\n0,3\n1,2\n1,-100\n0,\n", None, ["--weight", "m"], []),
     ("weights-rounded", "/ONESAMPLE v", "v,m\n0,1.4\n1,1.4\n", None, [], []),
+    # mixed-type: at most one value in twenty, but at least one, is not of the kind of all others.
+    ("mixed-type", "/ONESAMPLE v", "v\n" + "1\n0\n" * 10 + "refused\n", None, [], ["v"]),
+    ("mixed-type", "/ONESAMPLE v", "v\n" + "1\n" * 19 + "x\n", None, [], ["v"]),
+    ("mixed-type", "/ONESAMPLE v", "v\n" + "1\n" * 18 + "x\n", None, [], []),
+    ("mixed-type", "/ONESAMPLE v", "v\n" + "2024-03-01\n" * 30 + "2024/03/01\n", None, [], ["v"]),
+    ("mixed-type", "/ONESAMPLE v", "v\n" + "yes\n" * 30 + "1\n", None, [], []),
+    ("mixed-type", "/ONESAMPLE v", "v\n" + "1\n0\n" * 10, None, [], []),
+    ("mixed-type", "/ONESAMPLE v", "v\n" + "1\n0\n" * 20 + "?\nx\n", None, [], []),  # missing-text
     # missing-text
     *[("missing-text", "/ONESAMPLE v", f"v\nyes\n{text}\nno\n", None, ["--na", ""], ["v"])
       for text in ("N/A", "n/a", "#N/A", "NULL", "null", "None", ".", "-", "?")],
@@ -130,6 +138,11 @@ class Advice(ProgramTest):
         self.assertIn("left out", text)
         text = self.advice("/ONESAMPLE v /CRITERIA CILEVEL=0.57")[0]["text"]
         self.assertIn("CILEVEL=57.", text)
+
+    def test_the_first_odd_value_is_named_with_its_line(self):
+        self.write("d.csv", "u,v\n" + "a,1\nb,0\n" * 30 + "a,12O\nb,l\n")
+        text = self.advice("/ONESAMPLE v")[0]["text"]
+        self.assertIn("'12O' (d.csv, line 62), which is not a number", text)
 
     def test_groups_that_differ_are_counted_and_named(self):
         rows = "".join(f"g{i},0\ng{i},1\n" for i in range(10)) + "h1,0\nh2,0\n"

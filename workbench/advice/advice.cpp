@@ -12,6 +12,7 @@
 #include "workbench/dataset/variable.h"
 #include "workbench/parser/level_reading.h"
 #include "workbench/text/nearest.h"
+#include "workbench/values/excerpt.h"
 
 namespace workbench {
 namespace {
@@ -97,6 +98,7 @@ class Adviser {
         adviseOnSuccess(variable, answers);
       }
       adviseOnTexts(variable, answers);
+      if (answers.missingLike.empty()) adviseOnOddText(variables[i]);
     }
     adviseOnLevel();
     adviseOnWeights();
@@ -252,6 +254,19 @@ class Adviser {
                     "a missing value, say so: --na '{}', or missingValues in the dictionary.",
                     variable.name, answers.missingLike.size() == 1 ? "text" : "texts", texts,
                     option));
+  }
+
+  void adviseOnOddText(VarIndex index) {
+    const OddText* odd = dataset_.oddText(index);
+    if (odd == nullptr) return;
+    const Variable& variable = dataset_.declaration(index);
+    add("mixed-type", variable.name,
+        fmt::format(
+            "{} is read as text because of a few values; the first is {} ({}), which is not "
+            "a {} as the others are. Correct it, or declare it missing: --na, or "
+            "missingValues in the dictionary.",
+            variable.name, writtenLevel(variable, excerpt(odd->text)), odd->place,
+            nameOf(odd->usual)));
   }
 
   void adviseOnLevel() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/data_source.h"
+#include "workbench/dataset/odd_text.h"
 #include "workbench/dataset/variable.h"
 
 namespace workbench {
@@ -39,6 +40,10 @@ class ActiveDataset {
   virtual std::unique_ptr<CaseFeed> openFeed() = 0;
   /// The values of the split variables in the group whose cases the newest feed delivered last.
   virtual const std::vector<SplitValue>& currentSplit() const = 0;
+
+  /// What made a column a string variable though nearly all of its values are of another kind; null
+  /// when nothing did, or when nobody knows.
+  virtual const OddText* oddText(VarIndex) const { return nullptr; }
 
   /// True from the first read error on; `failure` then says what, where and what to do, in one or
   /// more lines.

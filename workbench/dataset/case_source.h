@@ -3,12 +3,14 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "workbench/dataset/coded_cases.h"
+#include "workbench/dataset/odd_text.h"
 #include "workbench/dataset/variable.h"
 #include "workbench/engine/progress.h"
 
@@ -28,6 +30,9 @@ struct SourceVariable {
   bool untyped = false;   ///< its values are texts, so that a dictionary may make any kind of them
   /// Of an enumeration the texts in declared order; its numbers are 1, 2, ...
   std::vector<std::string> categories;
+  /// Of a column of texts, found by reading it: at most one value in twenty is not of the one other
+  /// kind that all the rest have.
+  std::optional<OddText> odd = {};
 };
 
 /// What a dictionary says about the values of a column.

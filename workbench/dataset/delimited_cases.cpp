@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -54,6 +55,7 @@ class DelimitedCaseSource final : public CaseSource {
   double categoryOf(std::string_view text, const ColumnRequest& wanted,
                     const std::string& place) const;
   std::string placeOf(const CodedColumn& column, size_t code) const;
+  std::optional<OddText> oddTextOf(const CodedColumn& column, const DelimitedCases& cases) const;
   [[noreturn]] void refuse(const std::string& place, const ColumnRequest& wanted,
                            std::string_view text, const std::string& why) const;
 
@@ -166,6 +168,43 @@ CaseColumn DelimitedCaseSource::converted(CodedColumn read, const ColumnRequest&
   return column;
 }
 
+/// The first value, in the order of the data, that is not of the kind of at least 95 % of them.
+std::optional<OddText> DelimitedCaseSource::oddTextOf(const CodedColumn& column,
+                                                      const DelimitedCases& cases) const {
+  const auto isOther = [](FieldKind kind) {
+    return kind != FieldKind::kText && kind != FieldKind::kMissing;
+  };
+  if (column.kind != FieldKind::kText ||
+      std::none_of(column.kinds.begin(), column.kinds.end(), isOther)) {
+    return {};
+  }
+  std::vector<int64_t> values(column.kinds.size(), 0);
+  for (size_t entry = 0; entry < cases.entries; ++entry) {
+    values[column.code(entry)] += entry < cases.repeats.size() ? cases.repeats[entry] : 1;
+  }
+  std::map<FieldKind, int64_t> ofKind;
+  int64_t all = 0;
+  for (size_t code = 1; code < values.size(); ++code) {  // code 0 is a missing value
+    ofKind[column.kinds[code]] += values[code];
+    all += values[code];
+  }
+  const auto usual =
+      std::max_element(ofKind.begin(), ofKind.end(),
+                       [](const auto& a, const auto& b) { return a.second < b.second; });
+  if (usual == ofKind.end() || !isOther(usual->first)) return {};
+  const int64_t odd = all - usual->second;
+  if (odd == 0 || odd * 20 > all) return {};
+  size_t first = 0;
+  const auto place = [&](size_t code) {
+    return std::pair(column.places[code].part, column.places[code].line);
+  };
+  for (size_t code = 1; code < values.size(); ++code) {
+    if (values[code] == 0 || column.kinds[code] == usual->first) continue;
+    if (first == 0 || place(code) < place(first)) first = code;
+  }
+  return OddText{column.texts[first], placeOf(column, first), usual->first};
+}
+
 CodedCases DelimitedCaseSource::read(const CaseRequest& request) {
   DelimitedCases found = data_->read(requestFor(request));
   CodedCases cases;
@@ -176,7 +215,9 @@ CodedCases DelimitedCaseSource::read(const CaseRequest& request) {
   for (size_t i = 0; i < request.columns.size(); ++i) {
     SourceVariable& variable = variables_[request.columns[i].column];
     variable.zoned = found.columns[i].kind == FieldKind::kZonedDateTime;
+    variable.odd.reset();
     if (found.complete) {
+      variable.odd = oddTextOf(found.columns[i], found);
       cases.columns.push_back(converted(std::move(found.columns[i]), request.columns[i]));
     } else {
       const bool ordered = !request.columns[i].type.codes.empty();

@@ -265,6 +265,11 @@ const std::vector<SplitValue>& SourceDataset::currentSplit() const {
   return cursor_ == nullptr || cursor_->values == nullptr ? none : *cursor_->values;
 }
 
+const OddText* SourceDataset::oddText(VarIndex index) const {
+  const std::optional<OddText>& odd = source_->variables()[static_cast<size_t>(index)].odd;
+  return odd ? &*odd : nullptr;
+}
+
 bool SourceDataset::mayContinue() {
   if (source_->interruptRequested()) fail(Interrupted().what());
   return !failed_;

@@ -72,6 +72,7 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   bool separateSplitLayout() const override { return separate_; }
   std::unique_ptr<CaseFeed> openFeed() override;
   const std::vector<SplitValue>& currentSplit() const override;
+  const OddText* oddText(VarIndex index) const override;
   bool failed() const override { return failed_; }
   const std::string& failure() const override { return failure_; }
   int64_t caseCount() const override { return caseCount_; }

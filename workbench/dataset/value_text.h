@@ -10,7 +10,8 @@
 namespace workbench {
 
 /// The shortest decimal text that reads back as the same double ("1", "2.5", "0.000001"), with an
-/// exponent only below 1e-9 and from 1e16 on ("1e-10", "1e+300"); "." for the system-missing value, "NaN", "Infinity" and "-Infinity" for those. Minus zero reads "0".
+/// exponent only below 1e-9 and from 1e16 on ("1e-10", "1e+300"); "." for the system-missing value,
+/// "NaN", "Infinity" and "-Infinity" for those. Minus zero reads "0".
 std::string shortestNumber(double value);
 
 /// A value without its label: numbers in shortest form, dates as 2026-01-31, times as 12:30:00
