@@ -198,6 +198,15 @@ std::string zstandard(const std::string& text) {
   return out;
 }
 
+std::string messageOf(const TextFile& file, const ReadAs& how) {
+  try {
+    columnsOf(file.path(), how);
+  } catch (const DataError& error) {
+    return error.what();
+  }
+  return "";
+}
+
 TEST(CompressedText, IsReadAndRefusedWhenItIsDamaged) {
   const std::string text = mixedText(20'000);
   const Columns expected = plainColumns(text);
@@ -207,7 +216,7 @@ TEST(CompressedText, IsReadAndRefusedWhenItIsDamaged) {
                                       std::pair(".CSV.ZST", zstandard(text))}) {
     EXPECT_TRUE(columnsOf(TextFile(bytes, ending).path(), how) == expected) << ending;
     const TextFile cut(std::string_view(bytes).substr(0, bytes.size() / 2), ending);
-    EXPECT_THROW(columnsOf(cut.path(), how), DataError) << ending;
+    EXPECT_NE(messageOf(cut, how).find("cut off"), std::string::npos) << ending;
     std::string damaged = bytes;
     for (size_t i = damaged.size() / 2; i < damaged.size() / 2 + 100; ++i) damaged[i] ^= 0x55;
     EXPECT_THROW(columnsOf(TextFile(damaged, ending).path(), how), DataError) << ending;
