@@ -2,6 +2,7 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/render/html_methods.h"
 #include "workbench/render/html_plot.h"
 #include "workbench/render/html_table.h"
 #include "workbench/render/html_text.h"
@@ -100,6 +101,7 @@ void writeProcedure(const DocumentProcedure& procedure, const RenderOptions& opt
     writeHtmlTable(*procedure.casesTable, options, id + "cases", out);
   }
   writeAdvice(procedure, out);
+  writeHtmlMethods(procedure, out);
   writeNotes(procedure, out);
   out << "</section>\n";
 }

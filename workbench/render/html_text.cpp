@@ -1,7 +1,8 @@
 #include "workbench/render/html_text.h"
 
 #include <algorithm>
-#include <vector>
+#include <cstdint>
+#include <utility>
 
 #include "workbench/text/display_width.h"
 
@@ -63,6 +64,59 @@ std::string inlineMarkup(std::string_view text) {
   return result;
 }
 
+/// Takes lines of Markdown one by one: paragraphs, lists and, indented by four blanks, formulas.
+class MarkdownReader {
+ public:
+  void add(std::string_view line) {
+    const size_t indent = std::min(line.find_first_not_of(' '), line.size());
+    const bool isBlank = line.size() == indent;
+    const bool isItem = line.substr(indent, 2) == "- ";
+    const bool isFormula = !isBlank && indent >= 4 && text_.empty();
+    if (isFormula) {
+      open(Block::kFormula);
+      result_ += htmlText(line.substr(4)) + '\n';
+      return;
+    }
+    if (isBlank || isItem) endText();
+    if (isBlank) open(Block::kNone);
+    if (isItem) open(Block::kList);
+    if (isBlank) return;
+    if (block_ == Block::kFormula) open(Block::kNone);
+    if (!text_.empty()) text_ += ' ';
+    text_ += line.substr(isItem ? indent + 2 : indent);
+  }
+
+  std::string take() {
+    endText();
+    open(Block::kNone);
+    return std::move(result_);
+  }
+
+ private:
+  enum class Block : uint8_t { kNone, kList, kFormula };
+
+  /// Closes the block at hand unless it is of that kind, and opens one of that kind.
+  void open(Block block) {
+    if (block == block_) return;
+    if (block_ == Block::kList) result_ += "</ul>";
+    if (block_ == Block::kFormula) result_ += "</pre>";
+    if (block == Block::kList) result_ += "<ul>";
+    if (block == Block::kFormula) result_ += "<pre>";
+    block_ = block;
+  }
+
+  void endText() {
+    if (text_.empty()) return;
+    const bool isItem = block_ == Block::kList;
+    result_ += (isItem ? "<li>" : "<p>") + inlineMarkup(text_) + (isItem ? "</li>" : "</p>");
+    text_.clear();
+  }
+
+  Block block_ = Block::kNone;
+  std::string text_;  // of the paragraph or item at hand
+  std::string result_;
+};
+
 }  // namespace
 
 std::string htmlEscaped(std::string_view printableText) {
@@ -82,38 +136,13 @@ std::string htmlEscaped(std::string_view printableText) {
 std::string htmlText(std::string_view text) { return htmlEscaped(printable(text)); }
 
 std::string htmlFromMarkdown(std::string_view markdown) {
-  std::string result;
-  std::string paragraph;
-  bool inList = false;
-  const auto endParagraph = [&] {
-    if (paragraph.empty()) return;
-    result += (inList ? "<li>" : "<p>") + inlineMarkup(paragraph) + (inList ? "</li>" : "</p>");
-    paragraph.clear();
-  };
-  const auto endList = [&] {
-    if (inList) result += "</ul>";
-    inList = false;
-  };
+  MarkdownReader reader;
   for (size_t start = 0; start <= markdown.size();) {
     const size_t end = std::min(markdown.find('\n', start), markdown.size());
-    std::string_view line = markdown.substr(start, end - start);
+    reader.add(markdown.substr(start, end - start));
     start = end + 1;
-    const size_t indent = std::min(line.find_first_not_of(' '), line.size());
-    const bool isItem = line.substr(indent, 2) == "- ";
-    if (line.size() == indent || isItem) endParagraph();
-    if (line.size() == indent) endList();
-    if (isItem) {
-      if (!inList) result += "<ul>";
-      inList = true;
-      line.remove_prefix(2);
-    }
-    line.remove_prefix(indent);
-    if (!paragraph.empty() && !line.empty()) paragraph += ' ';
-    paragraph += line;
   }
-  endParagraph();
-  endList();
-  return result;
+  return reader.take();
 }
 
 }  // namespace workbench

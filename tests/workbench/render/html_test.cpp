@@ -18,6 +18,8 @@ TEST(HtmlText, markdownOfTheDocuments) {
             "<p>Two</p>");
   EXPECT_EQ(htmlFromMarkdown("- one\n  more\n- two\n\nEnd"),
             "<ul><li>one more</li><li>two</li></ul><p>End</p>");
+  EXPECT_EQ(htmlFromMarkdown("Let\n\n    a < b,\n    c\n\n- Source: *X*"),
+            "<p>Let</p><pre>a &lt; b,\nc\n</pre><ul><li>Source: <em>X</em></li></ul>");
   EXPECT_EQ(htmlFromMarkdown("2 * 3 <b>"), "<p>2 * 3 &lt;b&gt;</p>");
   EXPECT_EQ(htmlFromMarkdown(""), "");
 }
