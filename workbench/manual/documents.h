@@ -4,6 +4,7 @@
 namespace workbench {
 
 extern const char* const kCommandDocument;
+extern const char* const kMethodsDocument;
 extern const char* const kOneSampleDocument;
 extern const char* const kPairedDocument;
 extern const char* const kIndependentDocument;

@@ -54,7 +54,10 @@ ManualDesign designOf(std::string_view document, const std::string& subcommand) 
   design.subcommand = subcommand;
   std::string part;
   for (const LeveledSection& section : sectionsOf(document)) {
-    if (section.level == kTitle) design.title = section.heading;
+    if (section.level == kTitle) {
+      design.title = section.heading;
+      design.notation = section.text;
+    }
     if (section.level == kPart) part = section.heading;
     if (section.level == kPart && section.heading.starts_with("Which ")) {
       design.choice = section.text;
@@ -100,6 +103,15 @@ const std::vector<ManualSection>& commandSections() {
     return std::vector<ManualSection>(found.begin(), found.end());
   }();
   return sections;
+}
+
+const std::string& sharedNotation() {
+  // Behind the links to the pages of the designs.
+  static const std::string text = [] {
+    const std::string page = sectionsOf(kMethodsDocument).front().text;
+    return page.substr(std::min(page.find("\n\n"), page.size()));
+  }();
+  return text;
 }
 
 const std::vector<ManualDesign>& manualDesigns() {

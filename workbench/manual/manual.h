@@ -26,9 +26,13 @@ struct ManualMethod {
 struct ManualDesign {
   std::string title;       ///< "One sample"
   std::string subcommand;  ///< "ONESAMPLE"
+  std::string notation;    ///< what the letters of its formulas mean
   std::string choice;      ///< which method to take
   std::vector<ManualMethod> methods;
 };
+
+/// What the formulas of all designs have in common.
+const std::string& sharedNotation();
 
 /// One sample, paired samples, independent samples.
 const std::vector<ManualDesign>& manualDesigns();

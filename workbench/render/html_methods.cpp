@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "workbench/manual/manual.h"
 #include "workbench/render/html_text.h"
 #include "workbench/results/method_pages.h"
 

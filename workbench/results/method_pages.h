@@ -1,4 +1,4 @@
-/// What the documents in docs/methods say, as Markdown; the library holds them itself.
+/// What the manual says of the methods that results come from.
 #pragma once
 
 #include <string_view>
@@ -7,13 +7,10 @@
 
 namespace workbench {
 
-/// What the letters mean that the formulas of all designs share.
-std::string_view sharedNotation();
-
-/// What the letters of a design's formulas mean.
+/// What the letters of a design's formulas mean, as Markdown.
 std::string_view notationOf(Design design);
 
-/// Formula, source and limits of a method; empty when no page knows it.
+/// Formula, source and limits of a method, as Markdown; empty when the manual does not know it.
 std::string_view describedMethod(const Method& method);
 
 }  // namespace workbench
