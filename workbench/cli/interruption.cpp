@@ -21,10 +21,12 @@ constexpr int kReportedByWrites[] = {SIGPIPE, SIGXFSZ};
 
 /// Where the handler tells the watcher; negative while nobody watches.
 std::atomic<int> tellWatcher{-1};
+std::atomic<bool> signalCame{false};
 
 /// All that is safe in a handler: what is to be done is done by a thread.
 void onSignal(int) {
   const int saved = errno;
+  signalCame = true;
   const char byte = 0;
   // A pipe that is full has told already.
   [[maybe_unused]] const ssize_t written = ::write(tellWatcher, &byte, 1);
@@ -53,6 +55,10 @@ void watch(int told, int status) {
 }
 
 }  // namespace
+
+void stopIfInterrupted() {
+  while (signalCame) ::pause();  // the watcher ends the program
+}
 
 InterruptionGuard::InterruptionGuard(int status) {
   std::array<int, 2> ends{};

@@ -22,4 +22,8 @@ class InterruptionGuard {
   std::thread watcher_;
 };
 
+/// Does not return once a signal has come, even if its watcher has not had its turn yet: to be
+/// called before results are written.
+void stopIfInterrupted();
+
 }  // namespace workbench

@@ -68,6 +68,7 @@ void deliver(const OutputDocument& document, const ProgramOptions& options,
   const bool carriesAdvice = options.format == Format::kJson || options.format == Format::kHtml;
   if (!carriesAdvice) echoAdvice(document);
   if (refused && !carriesMessages) return;
+  stopIfInterrupted();
   target.write([&](std::ostream& out) { render(document, options.format, options.shown, out); });
 }
 
