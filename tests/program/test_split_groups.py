@@ -144,9 +144,9 @@ class Resamples(ProgramTest):
 
     def test_first_of_two_base_groups_wins(self):
         # Both base groups carry the user split value a; resamples copy from the one that stands first.
-        self.write("d.csv", "x,Imputation_,g\n0,0,a\n3,0,a\n0,0.2,a\n5,0.2,a\n3,1,a\n5,1,a\n")
+        self.write("d.csv", "x,Imputation_,g\n0,0,a\n3,0,a\n0,0.2,a\n5,0.2,a\n3,1,a\n5,1,a\n3,2,a\n")
         p = self.procedure(self.COMMAND, "d.csv", "--split", "Imputation_,g")
-        self.assertEqual(self.successes(p), {"0": 1, "0.2": 1, "1": 1})
+        self.assertEqual(self.successes(p), {"0": 1, "0.2": 1, "1": 1, "2": 1})
 
     def test_inconsistent_and_invalid(self):
         self.write("d.csv", "x,Imputation_,g\n0,0,1\n1,0,1\n0,1,1\n1,1,2\n")

@@ -41,21 +41,23 @@ void tellOfCases(DocumentProcedure& procedure, const CommandFacts& facts,
   if (advise) procedure.advice = adviceOn(facts, dataset, cases);
 }
 
-/// True when the imputations that the data are split into can be pooled; says what is wrong with
-/// them. Reads the data.
-bool imputationsAreUsable(ActiveDataset& dataset, size_t position) {
+/// Pools the results of imputations, or refuses to when there is one only; says what looks wrong
+/// with them. The procedure's own checks have come before. Reads the data.
+void poolImputations(Session& session, size_t position, double level) {
+  ActiveDataset& dataset = *session.dataset;
   const ImputationCheck check = checkImputations(dataset, position);
-  if (dataset.failed()) return false;
+  if (dataset.failed()) return;
   if (check.imputations == 1) {
     const VarIndex number = dataset.splitVariables()[position];
     report(Severity::kError, "One imputation ^1 ...", {dataset.declaration(number).name});
-    return false;
+    session.document->current().tables.clear();
+    return;
   }
   if (check.imputations > 0 && check.originalMissing) {
     report(Severity::kWarning, "Imputation without original data ...", {});
   }
   if (check.sizesDiffer) report(Severity::kWarning, "Imputations of different sizes ...", {});
-  return true;
+  addPooledTables(session, position, level);
 }
 
 bool hasError(const DocumentProcedure& procedure) {
@@ -77,7 +79,7 @@ void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& c
   document.beginProcedure(kTitle, command.source());
   dataset.beginCommand(mentionedVariables(command, dataset));
   const std::optional<size_t> imputation = imputationPosition(dataset);
-  if (!imputation || imputationsAreUsable(dataset, *imputation)) entry();
+  entry();
   session.observer = nullptr;
   session.facts = nullptr;
   DocumentProcedure& procedure = document.current();
@@ -85,7 +87,7 @@ void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& c
   if (cases.isComplete() && !dataset.failed()) {
     if (!hasError(procedure)) {
       if (options.bootstrap.samples > 0) addBootstrap(session, facts, options.bootstrap, entry);
-      if (imputation) addPooledTables(session, *imputation, facts.level);
+      if (imputation) poolImputations(session, *imputation, facts.level);
     }
     tellOfCases(procedure, facts, dataset, cases, options.advise);
   }

@@ -99,20 +99,23 @@ void OutputDocument::setSplit(const ActiveDataset& dataset) {
 
 void OutputDocument::finishProcedure(const ActiveDataset* dataset) {
   DocumentProcedure& procedure = current();
-  if (dataset != nullptr && dataset->failed()) {
-    report(Severity::kError, "Data could not be read ^1", {dataset->failure()});
-    procedure.tables.clear();
-  }
+  std::vector<std::string> splitVariables;
   if (dataset != nullptr) {
     for (const VarIndex variable : dataset->splitVariables()) {
-      procedure.splitVariables.push_back(validUtf8(dataset->declaration(variable).name));
+      splitVariables.push_back(validUtf8(dataset->declaration(variable).name));
     }
   }
-  procedure.failed = errors_ > 0;
+  if (dataset != nullptr && dataset->failed()) procedure.tables.clear();
   procedure.tables.erase(std::remove_if(procedure.tables.begin(), procedure.tables.end(),
                                         [](const auto& table) { return table->cellCount() == 0; }),
                          procedure.tables.end());
   for (const auto& table : procedure.tables) distinguishLabels(*table);
+  // The last that may fail, so that a repetition does not say it again.
+  if (dataset != nullptr && dataset->failed()) {
+    report(Severity::kError, "Data could not be read ^1", {dataset->failure()});
+  }
+  procedure.splitVariables = std::move(splitVariables);
+  procedure.failed = errors_ > 0;
   handles_.reset();
 }
 
