@@ -34,9 +34,9 @@ struct RuleFacts {
 
 struct CommandFacts {
   CommandDesign design = CommandDesign::kNone;  ///< the last one named, should there be several
-  std::vector<VarIndex> tests;    ///< the list before WITH or BY, each variable once
-  std::vector<VarIndex> second;   ///< the list after WITH
-  VarIndex grouping = -1;         ///< after BY; negative: none
+  std::vector<VarIndex> tests;                  ///< the list before WITH or BY, each variable once
+  std::vector<VarIndex> second;                 ///< the list after WITH
+  VarIndex grouping = -1;                       ///< after BY; negative: none
   RuleFacts success;
   RuleFacts groups{ValueRule::kLevel, {}, {}};  ///< LEVEL without values: 1 and 2
   double level = 95.0;                          ///< of the intervals, in percent
