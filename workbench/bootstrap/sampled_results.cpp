@@ -69,7 +69,7 @@ void SampledResults::addTable(const Table& table,
     addNames(subject.variable2, result.variables);
     if (subject.pair != nullptr) {
       result.subject = *subject.pair;
-      result.member = subject.measurement == 1 ? *subject.variable : *subject.variable2;
+      if (const LabelData* member = subject.measured()) result.member = *member;
     } else if (subject.variable != nullptr) {
       result.subject = *subject.variable;
     }

@@ -152,7 +152,7 @@ class ImputationReader {
     const ResultSubject subject = rows.subject(row);
     if (subject.pair != nullptr) {
       estimate.subject = *subject.pair;
-      estimate.member = subject.measurement == 1 ? *subject.variable : *subject.variable2;
+      if (const LabelData* member = subject.measured()) estimate.member = *member;
     } else if (subject.variable != nullptr) {
       estimate.subject = *subject.variable;
     }

@@ -23,6 +23,9 @@ struct ResultSubject {
   const LabelData* group = nullptr;      ///< of group statistics: the side of the grouping
   const LabelData* methodLabel = nullptr;
   const Method* method = nullptr;  ///< null when the label is not one of a known method
+
+  /// The variable that the row itself describes.
+  const LabelData* measured() const { return measurement == 2 ? variable2 : variable; }
 };
 
 class ResultRows {

@@ -126,7 +126,7 @@ class Reporter {
       if (subject.group != nullptr) {
         name = rows.grouping()->text + ' ' + subject.group->text;
       } else {
-        const LabelData* own = subject.measurement == 2 ? subject.variable2 : subject.variable;
+        const LabelData* own = subject.measured();
         if (own != nullptr) name = own->text;
       }
       statistics_[identityOf(rows, row, subject)].push_back(observedIn(rows, row, std::move(name)));
