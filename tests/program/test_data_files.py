@@ -64,6 +64,13 @@ class GoodData(ProgramTest):
         self.assertEqual(len(set(labels)), 2)
         self.assertIn("[x]", labels[0])
 
+    def test_ordered_categories_whose_labels_are_other_categories(self):
+        self.write("d.csv", "x\na\nb\nc\n")
+        self.schema("d.schema.json", {"name": "x", "type": "string", "categoriesOrdered": True, "categories": [
+            {"value": "a", "label": "b"}, {"value": "b", "label": "c"}, {"value": "c", "label": "d"}]})
+        listed = json.loads(self.run_program("--list", "--format", "json", "d.csv").stdout)["variables"][0]
+        self.assertEqual([v["label"] for v in listed["values"]], ["b", "c", "d"])
+
     def test_no_cases(self):
         self.write("d.csv", "x,y\n")
         p = self.procedure(COMMAND, "d.csv")
@@ -170,6 +177,30 @@ class BadData(ProgramTest):
                             ("SELECT * FROM glob('*')", ""), ("SELECT content AS x FROM read_text('other.csv')", "")):
             self.refuse(("d.csv", "--query", query), said)
         self.assertEqual(sorted(os.listdir(self.folder)), ["d.csv", "other.csv"])
+
+    def test_columns_that_no_command_can_name(self):
+        self.write("d.json", '[{"x":1,"n":[1],"o":{"k":1}},{"x":0,"n":[0],"o":{"k":0}}]')
+        self.write("case.json", '[{"x":1,"a":1},{"x":0,"A":0}]')
+        self.write("d.csv", "x,k\n1,1\n0,2\n")
+        query = ("--query", "SELECT x, k, 'b'::BLOB AS n, [k] AS o FROM data")
+        for list_of_names in ("n", "x n", "x TO o", "ALL"):
+            said = self.refused(f"PROPORTIONS /ONESAMPLE {list_of_names}.", "d.json")["text"]
+            self.assertIn("n holds lists or objects (line 1)", said)
+            said = self.refused(f"PROPORTIONS /ONESAMPLE {list_of_names}.", "d.csv", query)["text"]
+            self.assertIn("n holds lists, structures, bytes or intervals", said)
+        self.assertIn("o holds", self.refused("PROPORTIONS /INDEPENDENTSAMPLES x BY o.", "d.json")["text"])
+        self.assertIn("o holds", self.refused("PROPORTIONS /PAIREDSAMPLES x WITH o.", "d.csv", query)["text"])
+        for name in ("a", "A"):
+            said = self.refused(f"PROPORTIONS /ONESAMPLE {name}.", "case.json")["text"]
+            self.assertIn("the keys a and A (line 1) differ in the case", said)
+        for name, arguments in (("d.json", ()), ("case.json", ()), ("d.csv", query)):
+            self.assertEqual(self.procedure(COMMAND, name, *arguments)["status"], "ok")
+
+    def test_nul_bytes_behind_json(self):
+        for name, content in (("d.json", '[{"x":1}]\0'), ("e.json", '[{"x":1}]\0,{"x":0}]'),
+                              ("f.jsonl", '{"x":1}\0\n{"x":0}\n'), ("g.jsonl", '{"x":1}\n{"x":0}\n\0')):
+            self.write(name, content)
+            self.refuse((name,), name, "there is a NUL byte")
 
     def test_dictionaries(self):
         self.write("d.csv", "x\n1\n0\nfour\n")

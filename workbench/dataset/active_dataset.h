@@ -31,6 +31,8 @@ class ActiveDataset {
   /// By name, whatever the case of the letters (full Unicode case folding); an exact match wins.
   /// Negative: none.
   virtual VarIndex find(std::string_view name) const = 0;
+  /// Why no command may name the variable, as a sentence without its end; empty when it may.
+  virtual std::string unusableBecause(VarIndex) const { return {}; }
 
   virtual const std::vector<VarIndex>& splitVariables() const = 0;  ///< outermost first
   virtual VarIndex weightVariable() const = 0;                      ///< negative: unweighted

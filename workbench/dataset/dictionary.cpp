@@ -348,9 +348,10 @@ Variable Dictionary::variable(Variable variable, const ColumnType& type) const {
   variable = titled(std::move(variable));
   if (!type.codes.empty()) {
     for (auto& [code, label] : variable.numberLabels) {
+      const std::string value = label;  // a label may be the text of another category
       for (const auto* entries : {&field->categories, &field->missing}) {
         for (const Entry& each : *entries) {
-          if (each.labelled && trimmed(each.text) == label) label = each.label;
+          if (each.labelled && trimmed(each.text) == value) label = each.label;
         }
       }
     }

@@ -114,7 +114,7 @@ VarIndex SourceDataset::findOrRefuse(const std::string& name, const char* option
     throw DataError(fmt::format("{}: the data have no variable {}{}", option, name,
                                 guess.empty() ? "." : "; did you mean " + guess + "?"));
   }
-  const std::string& reason = unusableBecause(index);
+  const std::string reason = unusableBecause(index);
   if (!reason.empty()) throw DataError(fmt::format("{}: {}.", option, reason));
   return index;
 }
@@ -134,7 +134,7 @@ void SourceDataset::chooseVariables(const DataOptions& options) {
   }
 }
 
-const std::string& SourceDataset::unusableBecause(VarIndex index) const {
+std::string SourceDataset::unusableBecause(VarIndex index) const {
   return unusable_[static_cast<size_t>(index)];
 }
 

@@ -48,9 +48,8 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
 
   void beginCommand(const std::vector<VarIndex>& mentioned) override;
 
-  /// Why a variable cannot be used by any command (a list, a structure); empty when it can. A
-  /// command that names such a variable finds a string variable without values.
-  const std::string& unusableBecause(VarIndex index) const;
+  /// A list or a structure, say.
+  std::string unusableBecause(VarIndex index) const override;
 
   /// Makes the read that is under way, and all later ones, fail. May be called from a signal
   /// handler.

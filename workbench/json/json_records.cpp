@@ -26,6 +26,11 @@ class Bytes {
 
   bool atEnd() { return at_ == filled_ && !fill(); }
   char current() const { return block_[at_]; }
+  /// The parser would take a NUL byte for the end of the text.
+  char currentOfText() const {
+    if (current() == '\0') refuseNul();
+    return current();
+  }
   void next() {
     const char passed = block_[at_++];
     // CR, LF and CR LF end a line each.
@@ -56,6 +61,11 @@ class Bytes {
     throw DataError(fmt::format("{}, line 1: the bytes at the beginning are not UTF-8.", label_));
   }
 
+  [[noreturn]] void refuseNul() const {
+    throw DataError(
+        fmt::format("{}, line {}: there is a NUL byte, so this is not valid JSON.", label_, line_));
+  }
+
   TextStream& text_;
   const std::string& label_;
   std::string block_;
@@ -76,7 +86,7 @@ struct ByteIterator {
   Bytes* bytes = nullptr;  // null: the end
   bool lineOnly = false;
 
-  char operator*() const { return bytes->current(); }
+  char operator*() const { return bytes->currentOfText(); }
   ByteIterator& operator++() {
     bytes->next();
     return *this;

@@ -100,6 +100,8 @@ bool VarSpecObj::Impl::add(VarIndex index, const TokenInfoObj& token) {
   if (valid.size() >= kMostEntries) {
     return fail(token, "The list names more than a million variables, repeats included.");
   }
+  const std::string reason = currentSession().dataset->unusableBecause(index);
+  if (!reason.empty()) return fail(token, reason + ".");
   valid.push_back(index);
   positions.push_back(token.position());
   return true;
@@ -266,8 +268,7 @@ VarIndex VarSpecObj::ValidateVariable(const TokenInfoObj& token) {
   VarIndex index = -1;
   impl_->clear();
   if (!impl_->resolve(token, index)) return -1;
-  impl_->add(index, token);
-  return index;
+  return impl_->add(index, token) ? index : -1;
 }
 
 bool VarSpecObj::SetVariables(const std::vector<VarIndex>& variables, int) {
