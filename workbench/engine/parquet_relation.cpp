@@ -21,7 +21,7 @@ namespace {
 /// the engine would take its name for a pattern, or as a copy when it can be read only once.
 std::string enginePath(const ParquetFile& file, size_t number, EngineHolder& engine) {
   namespace fs = std::filesystem;
-  const std::string own = fmt::format("{}/data{}.parquet", engine.folder(), number);
+  std::string own = fmt::format("{}/data{}.parquet", engine.folder(), number);
   std::error_code error;
   if (!fs::is_regular_file(file.path, error)) {
     std::ifstream from(file.path, std::ios::binary);
@@ -40,7 +40,7 @@ std::string enginePath(const ParquetFile& file, size_t number, EngineHolder& eng
     }
     return own;
   }
-  const std::string path = fs::absolute(file.path).string();
+  std::string path = fs::absolute(file.path).string();
   if (path.find_first_of("*?[") == std::string::npos) return path;
   fs::create_symlink(path, own);
   return own;

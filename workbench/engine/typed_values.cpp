@@ -99,7 +99,8 @@ bool convertTicks(const Chunk& chunk, size_t column, double* out, TypedColumn::F
         flaw.reason = kTooFine;
         return false;
       }
-      number = static_cast<double>(ticks / 1000) / kMicroseconds;
+      const int64_t microseconds = ticks / 1000;
+      number = static_cast<double>(microseconds) / kMicroseconds;
     } else {
       number = static_cast<double>(ticks) / static_cast<double>(ticksPerSecond);
     }
