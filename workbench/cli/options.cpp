@@ -99,12 +99,9 @@ void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
   declareOutput(app, options, raw);
 }
 
-/// Options that are looked for before all others.
-const std::vector<std::string> kOthers = {"--help", "--version"};
-
 /// What to say about arguments that are neither options nor DATA.
 std::string complaintAbout(const CLI::App& app, const std::vector<std::string>& extra) {
-  std::vector<std::string> names = kOthers;
+  std::vector<std::string> names = {"--help", "--version"};  // looked for before all others
   for (const CLI::Option* option : app.get_options()) {
     for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
   }
@@ -182,7 +179,7 @@ void chooseReading(const Raw& raw, DataOptions& data) {
 }
 
 /// Options that say something of data, which counts do without.
-const std::vector<std::string> kDataOptions = {
+constexpr const char* kDataOptions[] = {
     "DATA",      "--query",    "--table",  "--schema", "--na",          "--delimiter",
     "--decimal", "--encoding", "--weight", "--split",  "--split-layout"};
 
@@ -193,9 +190,10 @@ void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
     }
     return chooseReading(raw, options.data);
   }
-  for (const std::string& name : kDataOptions) {
+  for (const char* name : kDataOptions) {
     if (app.count(name) == 0) continue;
-    throw UsageError("--counts stands in the place of data; " + name + " cannot be given as well");
+    throw UsageError(std::string("--counts stands in the place of data; ") + name +
+                     " cannot be given as well");
   }
   try {
     options.counts = readTypedCounts(raw.counts);

@@ -81,7 +81,7 @@ size_t find(const char* data, size_t size, char delimiter, bool quotes, uint32_t
 }
 
 template <class Lanes>
-constexpr StructureFunctions functionsOf(const char* name) {
+constexpr StructureFunctions functionsOf(const char* name) noexcept {
   return {name, &survey<Lanes>, &find<Lanes>};
 }
 
