@@ -179,9 +179,9 @@ void chooseReading(const Raw& raw, DataOptions& data) {
 }
 
 /// Options that say something of data, which counts do without.
-constexpr const char* kDataOptions[] = {
-    "DATA",      "--query",    "--table",  "--schema", "--na",          "--delimiter",
-    "--decimal", "--encoding", "--weight", "--split",  "--split-layout"};
+constexpr const char* kDataOptions[] = {"DATA",     "--query",     "--table",       "--schema",
+                                        "--na",     "--delimiter", "--decimal",     "--encoding",
+                                        "--weight", "--split",     "--split-layout"};
 
 void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   if (app.count("--counts") == 0) {
