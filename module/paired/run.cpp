@@ -23,13 +23,14 @@ void countCase(PropZPairSamp& record, const UsedCase& used, const std::vector<Co
   cell += used.weight;
 }
 
-/// Counts the four cells of every pair. `total` is the weight of the group's valid cases.
+/// Counts the four cells of every pair. `total` is the weight of the group's valid cases; a sum of
+/// ones goes no further than kAllWhole, so that one which got there may stand for more.
 void countCells(PRPAlgorithm& analysis, ProcDSIterator& iterator, double total) {
   CaseReader reader(analysis, iterator);
   UsedCase used;
   std::vector<PropZPairSamp>& records = analysis.pairedRecords;
   const CommandSettings& settings = analysis.settings;
-  if (records.size() >= kManyPairs && total <= kAllWhole) {
+  if (records.size() >= kManyPairs && total < kAllWhole) {
     PairCounter counter(settings.testVarIndices.size(), settings.secondVarIndices.size(), records);
     while (reader.nextUsedCase(used)) counter.add(used.first, used.second, used.weight);
     counter.finish();
