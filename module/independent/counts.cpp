@@ -5,12 +5,24 @@
 #include "module/math/arithmetic.h"
 
 namespace proportions::independent {
+namespace {
+
+/// A power of two that keeps the products of two groups' counts finite: 1 for all but the most
+/// enormous weights.
+double unit(const Sample& sample) { return sample.n < 0x1p500 ? 1.0 : 0x1p-520; }
+
+}  // namespace
 
 double Counts::crossDifference() const {
-  return differenceOfProducts(first.x, second.n, second.x, first.n);
+  const double u1 = unit(first), u2 = unit(second);
+  return differenceOfProducts(u1 * first.x, u2 * second.n, u2 * second.x, u1 * first.n);
 }
 
-double Counts::difference() const { return crossDifference() / first.n / second.n; }
+double Counts::perTrials(double cross) const {
+  return cross / (unit(first) * first.n) / (unit(second) * second.n);
+}
+
+double Counts::difference() const { return perTrials(crossDifference()); }
 
 double Counts::variance(double less) const {
   return second.variance(second.n - less) + first.variance(first.n - less);
@@ -21,8 +33,13 @@ double Counts::pooledVariance() const {
   return (1.0 / first.n + 1.0 / second.n) * (all.p() * all.q());
 }
 
-double Counts::waldCorrection() const { return first.n + second.n; }
+double Counts::waldCorrection() const {
+  const double units = unit(first) * unit(second);
+  return units * first.n + units * second.n;
+}
 
-double Counts::hauckAndersonCorrection() const { return std::max(first.n, second.n); }
+double Counts::hauckAndersonCorrection() const {
+  return unit(first) * unit(second) * std::max(first.n, second.n);
+}
 
 }  // namespace proportions::independent

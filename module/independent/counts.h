@@ -10,8 +10,11 @@ struct Counts {
   Sample first;
   Sample second;
 
-  /// x1·n2 - x2·n1, the difference over 1 / (n1·n2).
+  /// x1·n2 - x2·n1, the difference over 1 / (n1·n2). It and the corrections below are a power of
+  /// two smaller where these products would exceed the largest number.
   double crossDifference() const;
+  /// What such a cross difference is as a difference of proportions.
+  double perTrials(double cross) const;
   /// p1 - p2 from the counts, so that nearly equal proportions keep the digits of their difference.
   double difference() const;
   /// (1 - p1)·p1 / (n1 - less) + (1 - p2)·p2 / (n2 - less), the variance of the difference at the

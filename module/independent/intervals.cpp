@@ -17,10 +17,9 @@ Bounds combine(double difference, const ScoreDistances& one, const ScoreDistance
 /// The difference ± (half + the correction), the correction put to the difference while both are
 /// whole numbers, so that what is left of them has all its digits.
 Bounds corrected(const Counts& counts, double half, double correction) {
-  const double n1 = counts.first.n, n2 = counts.second.n;
   const double twice = 2.0 * counts.crossDifference();
-  return clip({(twice - correction) / (2.0 * n1) / n2 - half,
-               (twice + correction) / (2.0 * n1) / n2 + half},
+  return clip({counts.perTrials(0.5 * (twice - correction)) - half,
+               counts.perTrials(0.5 * (twice + correction)) + half},
               kDifferenceRange);
 }
 

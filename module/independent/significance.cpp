@@ -15,7 +15,7 @@ TestResult correctedTest(const Counts& counts, double correction, double varianc
   const double rest = 2.0 * std::fabs(cross) - correction;
   if (rest < 0.0) return normalTest(0.0);
   const double moved = cross > 0.0 ? rest : 0.0 - rest;  // a tie is 0, not -0
-  return zTest(moved / (2.0 * counts.first.n) / counts.second.n, variance);
+  return zTest(counts.perTrials(0.5 * moved), variance);
 }
 
 }  // namespace
