@@ -1,6 +1,8 @@
 #include "module/syntax/success_subcommand.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_set>
 
 #include "module/model/designs.h"
 #include "module/model/success_rule.h"
@@ -23,18 +25,16 @@ struct ListName {
   const char* subcommand;
 };
 
-/// Numbers compare with numbers and texts with texts; a number never equals a text.
-bool sameLevel(const TokenInfoObj& a, const TokenInfoObj& b) {
-  if (a.isNumber() != b.isNumber()) return false;
-  return a.isNumber() ? a.getNumber() == b.getNumber() : a.getText() == b.getText();
-}
-
-/// The distinct tokens in the order of their first occurrence.
+/// The distinct tokens in the order of their first occurrence. Numbers compare with numbers and
+/// texts with texts; a number never equals a text, and a NaN no number.
 Tokens distinctLevels(const Tokens& tokens) {
+  std::unordered_set<double> numbers;
+  std::unordered_set<std::string> words;
   Tokens kept;
   for (const TokenInfoObj& token : tokens) {
-    const auto same = [&token](const TokenInfoObj& earlier) { return sameLevel(earlier, token); };
-    if (std::none_of(kept.begin(), kept.end(), same)) kept.push_back(token);
+    const bool isNew = token.isNumber() ? numbers.insert(token.getNumber()).second
+                                        : words.insert(token.getText()).second;
+    if (isNew) kept.push_back(token);
   }
   return kept;
 }

@@ -218,6 +218,12 @@ class Help(CommandLine):
         with open("/dev/full", "wb") as full:
             self.assertEqual(subprocess.run([PROGRAM, "--help"], stdout=full, stderr=subprocess.DEVNULL).returncode, 2)
 
+    def test_a_delimiter_is_one_character_or_tab(self):
+        self.write("d.csv", "x;y\n1;0\n")
+        for sign in ("", ";;", "tabs"):
+            self.assertIn("--delimiter is one character, or tab",
+                          self.unusable("d.csv", "--delimiter", sign, "-c", "PROPORTIONS /ONESAMPLE x."))
+
 
 if __name__ == "__main__":
     unittest.main()

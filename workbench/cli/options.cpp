@@ -27,7 +27,7 @@ struct Raw {
   std::vector<std::string> counts;
   std::optional<Format> format;
   std::optional<std::string> missing;
-  std::string delimiter;
+  std::optional<std::string> delimiter;
   char decimal = '.';
 };
 
@@ -165,11 +165,12 @@ void chooseReading(const Raw& raw, DataOptions& data) {
     for (std::string text; std::getline(texts, text, ',');) data.missingTexts->push_back(text);
   }
   data.decimal = raw.decimal;
-  if (raw.delimiter.empty()) return;
-  if (raw.delimiter != "tab" && raw.delimiter != "\\t" && raw.delimiter.size() != 1) {
+  if (!raw.delimiter) return;
+  const std::string& sign = *raw.delimiter;
+  if (sign != "tab" && sign != "\\t" && sign.size() != 1) {
     throw UsageError("--delimiter is one character, or tab");
   }
-  data.layout.delimiter = raw.delimiter.size() == 1 ? raw.delimiter.front() : '\t';
+  data.layout.delimiter = sign.size() == 1 ? sign.front() : '\t';
   if (data.layout.delimiter == raw.decimal) {
     throw UsageError("--delimiter and --decimal are the same sign; give another delimiter");
   }
