@@ -209,3 +209,10 @@ class BadData(ProgramTest):
             with self.subTest(content):
                 self.write("d.schema.json", content)
                 self.run_program("d.csv", "-c", COMMAND, status=2)
+
+    def test_a_dictionary_may_list_values_with_the_data_s_decimal_comma(self):
+        self.write("d.csv", "x;y\n1,5;a\n2,0;b\n3,25;b\n")
+        self.schema("d.schema.json", {"name": "x", "type": "number", "missingValues": ["2,0", "3.25"]})
+        procedure = self.procedure("PROPORTIONS /ONESAMPLE x.", "d.csv", "--decimal", ",")
+        self.assertEqual(procedure["cases"]["variables"],
+                         [{"name": "x", "valid": 1, "userMissing": 2, "systemMissing": 0}])

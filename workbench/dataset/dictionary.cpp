@@ -17,6 +17,7 @@
 #include "workbench/dataset/variable.h"
 #include "workbench/text/nearest.h"
 #include "workbench/values/data_error.h"
+#include "workbench/values/field.h"
 
 namespace workbench {
 
@@ -258,7 +259,7 @@ Dictionary::~Dictionary() = default;
 Dictionary::Dictionary(Dictionary&&) noexcept = default;
 Dictionary& Dictionary::operator=(Dictionary&&) noexcept = default;
 
-Dictionary::Dictionary(const std::string& file) : file_(file) {
+Dictionary::Dictionary(const std::string& file, char decimal) : file_(file), decimal_(decimal) {
   const Reader reader(file);
   const Json document = reader.load();
   if (!document.is_object()) refuse(file, "", "a Table Schema (an object with fields) is expected");
@@ -362,6 +363,15 @@ Variable Dictionary::variable(Variable variable, const ColumnType& type) const {
   return variable;
 }
 
+/// A value as the data spell it, or as values are written everywhere else.
+std::optional<double> Dictionary::valueOf(const Variable& variable, const std::string& text) const {
+  if (decimal_ != '.' && variable.kind == ValueKind::kNumber) {
+    const FieldValue value = interpretNumber(text, decimal_);
+    if (value.kind == FieldKind::kNumber && value.flaw == NumberFlaw::kNone) return value.number;
+  }
+  return parseValue(variable, text);
+}
+
 void Dictionary::addCategories(const DictionaryField& field, Variable& variable) const {
   const Variable plain = variable;  // categories' texts are read without their own labels
   bool ownLabels = false;
@@ -378,7 +388,7 @@ void Dictionary::addCategories(const DictionaryField& field, Variable& variable)
       variable.stringLabels.emplace_back(value, each.label);
       continue;
     }
-    const std::optional<double> value = parseValue(plain, each.text);
+    const std::optional<double> value = valueOf(plain, each.text);
     if (!value) {
       refuse(file_, each.place,
              fmt::format("'{}' is no value of '{}', which is not a string variable", each.text,
@@ -402,7 +412,7 @@ void Dictionary::addMissing(const DictionaryField& field, Variable& variable) co
       if (each.labelled && variable.findLabel(trimmed(each.text)) == nullptr) {
         variable.stringLabels.emplace_back(trimmed(each.text), each.label);
       }
-    } else if (const std::optional<double> value = parseValue(plain, each.text)) {
+    } else if (const std::optional<double> value = valueOf(plain, each.text)) {
       variable.missingNumbers.push_back(*value);
       if (each.labelled && variable.findLabel(*value) == nullptr) {
         variable.numberLabels.emplace_back(*value, each.label);

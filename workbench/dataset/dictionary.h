@@ -20,7 +20,8 @@ class Dictionary {
   Dictionary();
   /// Throws DataError that names the file and the place in it when the file cannot be read, is
   /// larger than 64 MiB, is no JSON or no Table Schema, or says about values what is not supported.
-  explicit Dictionary(const std::string& file);
+  /// `decimal` is the sign that the data's numbers have; a listed value may be spelt with it.
+  explicit Dictionary(const std::string& file, char decimal = '.');
   ~Dictionary();
   Dictionary(Dictionary&&) noexcept;
   Dictionary& operator=(Dictionary&&) noexcept;
@@ -43,10 +44,12 @@ class Dictionary {
 
  private:
   const DictionaryField* find(const std::string& name) const;
+  std::optional<double> valueOf(const Variable& variable, const std::string& text) const;
   void addCategories(const DictionaryField& field, Variable& variable) const;
   void addMissing(const DictionaryField& field, Variable& variable) const;
 
   std::string file_;
+  char decimal_ = '.';
   std::map<std::string, std::unique_ptr<DictionaryField>> fields_;
 };
 

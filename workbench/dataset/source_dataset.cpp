@@ -42,14 +42,15 @@ SourceDataset::~SourceDataset() = default;
 void SourceDataset::openDictionary(const DataOptions& options, const std::string& beside) {
   if (options.schema == "none") return;
   if (options.schema) {
-    dictionary_ = Dictionary(*options.schema);
+    dictionary_ = Dictionary(*options.schema, options.decimal);
     std::vector<std::string> names;
     for (const SourceVariable& column : source_->variables()) names.push_back(column.variable.name);
     dictionary_.refuseUnknown(names);
     return;
   }
   std::error_code error;
-  if (!beside.empty() && std::filesystem::exists(beside, error)) dictionary_ = Dictionary(beside);
+  if (!beside.empty() && std::filesystem::exists(beside, error))
+    dictionary_ = Dictionary(beside, options.decimal);
 }
 
 namespace {
