@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/diagnostics/display_lines.h"
+#include "tests/diagnostics/record_templates.h"
 
 namespace diagnostics {
 namespace {
@@ -24,55 +25,19 @@ class Dump : public testing::Test {
   BpProcedure procedure_{"Proportions", 10};
   PRPValidSpecs specs_{source_};
 
-  void expectLines(const std::string& block) {
-    EXPECT_EQ(displayLines(host_.transcript()), linesOf(block));
-  }
-  /// The dump of an analysis object with nothing but some records, less what comes before them.
-  void expectRecords(const PRPAlgorithm& analysis, const std::string& block) {
+  void expectLines(const Lines& lines) { EXPECT_EQ(displayLines(host_.transcript()), lines); }
+  /// What stands behind the banner.
+  void expectDump(const Lines& lines) { expectLines(joined(linesOf(kBanner), lines)); }
+  /// The dump of an analysis object with nothing but some records.
+  void expectRecords(const PRPAlgorithm& analysis, const Lines& records) {
     dumpAlgorithm(analysis);
-    std::vector<std::string> lines = displayLines(host_.transcript());
-    constexpr ptrdiff_t kBefore = 4 + 1 + 22;  // the banner, the start line and the fields
-    ASSERT_GT(lines.size(), static_cast<size_t>(kBefore));
-    EXPECT_EQ(lines.back(), "PRPAlgorithm display end");
-    EXPECT_EQ(std::vector<std::string>(lines.begin() + kBefore, lines.end() - 1), linesOf(block));
+    expectDump(withRecords(freshAnalysis(), records));
   }
 };
 
 TEST_F(Dump, SpecificationAsItIsMade) {
   dumpSpecification(specs_);
-  expectLines(std::string(kBanner) + R"(
-    PRPValidSpecs display start
-    Variable valid specifications are not defined
-    S Model Type = "One Sample"
-    IV Vector of Test Variable indices = []
-    Test Variable Vector Info Elements display start
-    Test Variable Vector Info Elements display end
-    IV Second Vector of Test Variable indices = []
-    Second Variable Vector Info Elements display start
-    Second Variable Vector Info Elements display end
-    D Test Value = 0.5
-    B Flag for Ordered Pair option = false
-    I Group Variable Index = -1
-    Group Info Element not defined
-    B Scope Analysis = true
-    B User Missing Included = false
-    Success Info Element display start
-    BinInfoElem display start
-    S Binomial Option = "Last Category"
-    B Categorical Variable = true
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Success Info Element display end
-    B Ignore Case indicator = false
-    B Print Upper Case indicator = true
-    B Print Category Order = true
-    D Confidence Interval Level as percent = 95
-    BV Test Type Option flags = []
-    BV CI Type Option flags = []
-    PRPValidSpecs display end
-  )");
+  expectDump(freshSpecification());
 }
 
 BinInfoElem element(SuccessRule rule, std::vector<double> numbers) {
@@ -106,51 +71,37 @@ TEST_F(Dump, SpecificationFilled) {
   specs_.testTypes() = {true, false};
   specs_.ciTypes() = {false, true, true};
   dumpSpecification(specs_);
-  const auto elementBlock = [](const std::string& rule, const std::string& numbers) {
-    return "BinInfoElem display start\n S Binomial Option = \"" + rule +
-           "\"\n B Categorical Variable = true\n DV Numeric Values = " + numbers +
-           "\n SV String Values = []\n I OBS length = 1\n BinInfoElem display end\n";
+  const auto ruleOf = [](const std::string& rule) {
+    return with(freshElement(), "S Binomial Option = \"" + rule + "\"");
   };
-  expectLines(std::string(kBanner) + R"(
-    PRPValidSpecs display start
-    Variable valid specifications are not defined
+  Lines lines = freshSpecification(with(freshElement(), R"(
+    S Binomial Option = "Undefined"
+    B Categorical Variable = false
+    SV String Values = ["a", "long level"]
+    I OBS length = 2
+  )"));
+  lines = with(lines, R"(
     S Model Type = "Independent"
     IV Vector of Test Variable indices = [3, 1]
-    Test Variable Vector Info Elements display start
-  )" + elementBlock("First Category", "[]") +
-              elementBlock("Middle Point", "[]") + R"(
-    Test Variable Vector Info Elements display end
     IV Second Vector of Test Variable indices = [2]
-    Second Variable Vector Info Elements display start
-  )" + elementBlock("Cut Point", "[2.5]") +
-              R"(
-    Second Variable Vector Info Elements display end
     D Test Value = 0.25
     B Flag for Ordered Pair option = true
     I Group Variable Index = 4
-    Group Info Element display start
-  )" + elementBlock("Category Levels", "[1, 2]") +
-              R"(
-    Group Info Element display end
     B Scope Analysis = false
     B User Missing Included = true
-    Success Info Element display start
-    BinInfoElem display start
-    S Binomial Option = "Undefined"
-    B Categorical Variable = false
-    DV Numeric Values = []
-    SV String Values = ["a", "long level"]
-    I OBS length = 2
-    BinInfoElem display end
-    Success Info Element display end
     B Ignore Case indicator = true
     B Print Upper Case indicator = false
     B Print Category Order = false
     D Confidence Interval Level as percent = 99
     BV Test Type Option flags = [1, 0]
     BV CI Type Option flags = [0, 1, 1]
-    PRPValidSpecs display end
   )");
+  lines = inserted(lines, "Test Variable Vector Info Elements display start",
+                   joined(ruleOf("First Category"), ruleOf("Middle Point")));
+  lines = inserted(lines, "Second Variable Vector Info Elements display start",
+                   with(ruleOf("Cut Point"), "DV Numeric Values = [2.5]"));
+  expectDump(
+      withGroupElement(lines, with(ruleOf("Category Levels"), "DV Numeric Values = [1, 2]")));
 }
 
 class ModelType : public Dump,
@@ -170,32 +121,7 @@ INSTANTIATE_TEST_SUITE_P(Codes, ModelType,
 TEST_F(Dump, AnalysisAsItIsMade) {
   const PRPAlgorithm analysis(source_, procedure_, specs_);
   dumpAlgorithm(analysis);
-  expectLines(std::string(kBanner) + R"(
-    PRPAlgorithm display start
-    B Initial data pass indicator = true
-    Weight variable is not defined
-    B Split file indicator = false
-    B Splits as Rows indicator = false
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    I Number of all cases = 0
-    I Number of valid cases = 0
-    I Number of invalid cases = 0
-    D Weighted number of all cases = 0
-    D Weighted number of valid cases = 0
-    D Weighted number of invalid cases = 0
-    D Alpha level = 0.050000000000000044
-    D IDF Normal value of adjusted confidence level = 0
-    B Need aggregation flag = false
-    B Need success aggregation flag = false
-    B Need select aggregation flag = false
-    B Bootstrapping flag = false
-    B Multiple Imputation flag = false
-    I Pooling Variable Index = -1
-    I Pooling Sample Index = 0
-    User Split Indices are not defined
-    PRPAlgorithm display end
-  )");
+  expectDump(freshAnalysis());
 }
 
 TEST_F(Dump, AnalysisFilled) {
@@ -223,10 +149,8 @@ TEST_F(Dump, AnalysisFilled) {
   analysis.poolingSampleIndex = 2;
   analysis.userSplitIndices = {4, 6};
   dumpAlgorithm(analysis);
-  expectLines(std::string(kBanner) + R"(
-    PRPAlgorithm display start
+  Lines lines = with(freshAnalysis(), R"(
     B Initial data pass indicator = false
-    I Weight variable index = 5
     B Split file indicator = true
     B Splits as Rows indicator = true
     B Good Data indicator = false
@@ -246,29 +170,16 @@ TEST_F(Dump, AnalysisFilled) {
     B Multiple Imputation flag = true
     I Pooling Variable Index = 8
     I Pooling Sample Index = 2
-    IV User Split Indices = [4, 6]
-    PRPAlgorithm display end
   )");
+  lines = replaced(lines, "Weight variable is not defined", {"I Weight variable index = 5"});
+  expectDump(
+      replaced(lines, "User Split Indices are not defined", {"IV User Split Indices = [4, 6]"}));
 }
 
 TEST_F(Dump, CategoriesAsTheyAreMade) {
   PRPAlgorithm analysis(source_, procedure_, specs_);
   analysis.testVarCats.push_back(std::make_unique<VarCatInfo>());
-  expectRecords(analysis, R"(
-    VarCatInfo display start
-    DV Numeric Categorical Values = []
-    IV Category Counts = []
-    I Total Category Count = 0
-    DV Weighted Category Counts = []
-    D Weighted Total Category Count = 0
-    B Has valid value flag = false
-    D Minimum numeric value = missing
-    D Maximum numeric value = missing
-    D Middle point = missing
-    S Minimum string value = ""
-    S Maximum string value = ""
-    VarCatInfo display end
-  )");
+  expectRecords(analysis, freshCategories());
 }
 
 TEST_F(Dump, CategoriesFilled) {
@@ -288,9 +199,9 @@ TEST_F(Dump, CategoriesFilled) {
   cats.minString = "first";
   cats.maxString = "last";
   analysis.groupCats = std::make_unique<VarCatInfo>(cats);
-  expectRecords(analysis, R"(
-    VarCatInfo display start
-    SV String Categorical Values = ["a", "b"]
+  const Lines ofStrings = replaced(freshCategories(), "DV Numeric Categorical Values = []",
+                                   {R"(SV String Categorical Values = ["a", "b"])"});
+  expectRecords(analysis, with(ofStrings, R"(
     IV Category Counts = [1, 2]
     I Total Category Count = 3
     DV Weighted Category Counts = [1.5, 2.5]
@@ -301,8 +212,7 @@ TEST_F(Dump, CategoriesFilled) {
     D Middle point = 6
     S Minimum string value = "first"
     S Maximum string value = "last"
-    VarCatInfo display end
-  )");
+  )"));
 }
 
 TEST_F(Dump, CategoriesOfBothListsThenOfTheGroupingVariableThenTheRecords) {
@@ -336,7 +246,7 @@ TEST_F(Dump, ValuesOfBothKinds) {
   dumpValue(VarValue());
   dumpValue(VarValue::number(2.5));
   dumpValue(VarValue::text("yes"));
-  expectLines(R"(
+  expectLines(linesOf(R"(
     VarValue display start
     D Numeric Value = missing
     VarValue display end
@@ -346,26 +256,13 @@ TEST_F(Dump, ValuesOfBothKinds) {
     VarValue display start
     S String Value = "yes"
     VarValue display end
-  )");
+  )"));
 }
 
 TEST_F(Dump, OneSampleRecords) {
   PRPAlgorithm analysis(source_, procedure_, specs_);
   analysis.oneSampleRecords = {PropZOneSamp{}, PropZOneSamp{1, 2, 3, 4, 5, 6, 7, 8, false, false}};
-  expectRecords(analysis, R"(
-    PropZOneSamp display start
-    I Local variable index = -1
-    D Number of successes = 0
-    D Number of failures = 0
-    D Number of trials = 0
-    D Population proportion = missing
-    D Estimated difference = missing
-    D _aseDiff0 = missing
-    D _aseDiff1 = missing
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    PropZOneSamp display end
-    PropZOneSamp display start
+  expectRecords(analysis, joined(freshOneSampleRecord(), with(freshOneSampleRecord(), R"(
     I Local variable index = 1
     D Number of successes = 2
     D Number of failures = 3
@@ -376,8 +273,7 @@ TEST_F(Dump, OneSampleRecords) {
     D _aseDiff1 = 8
     B Good Data indicator = false
     B Complete Data indicator = false
-    PropZOneSamp display end
-  )");
+  )")));
 }
 
 TEST_F(Dump, PairedRecords) {
@@ -385,35 +281,7 @@ TEST_F(Dump, PairedRecords) {
   analysis.pairedRecords = {PropZPairSamp{},
                             PropZPairSamp{1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11,    12,   13,
                                           14, 15, 16, 17, 18, 19, 20, 21, 22, 23, false, false}};
-  expectRecords(analysis, R"(
-    PropZPairSamp display start
-    I Variable pair index = -1
-    I First local variable index = -1
-    I Second local variable index = -1
-    D _n11 = 0
-    D _n10 = 0
-    D _n01 = 0
-    D _n00 = 0
-    D _n1p = 0
-    D _np1 = 0
-    D _n0p = 0
-    D _np0 = 0
-    D Number of observations = 0
-    D _p11 = missing
-    D _p10 = missing
-    D _p01 = missing
-    D _p00 = missing
-    D Proportion for the first measurement = missing
-    D Proportion for the second measurement = missing
-    D Estimated difference = missing
-    D Asymtotic standard error for the first proportion = missing
-    D Asymtotic standard error for the second proportion = missing
-    D _aseDiff0 = missing
-    D _aseDiff1 = missing
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    PropZPairSamp display end
-    PropZPairSamp display start
+  expectRecords(analysis, joined(freshPairedRecord(), with(freshPairedRecord(), R"(
     I Variable pair index = 1
     I First local variable index = 2
     I Second local variable index = 3
@@ -439,35 +307,14 @@ TEST_F(Dump, PairedRecords) {
     D _aseDiff1 = 23
     B Good Data indicator = false
     B Complete Data indicator = false
-    PropZPairSamp display end
-  )");
+  )")));
 }
 
 TEST_F(Dump, IndependentRecords) {
   PRPAlgorithm analysis(source_, procedure_, specs_);
   analysis.independentRecords = {PropZIndSamp{}, PropZIndSamp{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12,
                                                               13, 14, 15, false, false}};
-  expectRecords(analysis, R"(
-    PropZIndSamp display start
-    I Local variable index = -1
-    D Number of successes for group 1 = 0
-    D Number of failures for group 1 = 0
-    D Number of trials for group 1 = 0
-    D Number of successes for group 2 = 0
-    D Number of failures for group 2 = 0
-    D Number of trials for group 2 = 0
-    D Number of observations = 0
-    D Population proportion for group 1 = missing
-    D Population proportion for group 2 = missing
-    D Estimated difference = missing
-    D Asymtotic standard error for the first proportion = missing
-    D Asymtotic standard error for the second proportion = missing
-    D _aseDiff0 = missing
-    D _aseDiff1 = missing
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    PropZIndSamp display end
-    PropZIndSamp display start
+  expectRecords(analysis, joined(freshIndependentRecord(), with(freshIndependentRecord(), R"(
     I Local variable index = 1
     D Number of successes for group 1 = 2
     D Number of failures for group 1 = 3
@@ -485,8 +332,7 @@ TEST_F(Dump, IndependentRecords) {
     D _aseDiff1 = 15
     B Good Data indicator = false
     B Complete Data indicator = false
-    PropZIndSamp display end
-  )");
+  )")));
 }
 
 }  // namespace

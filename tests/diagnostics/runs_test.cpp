@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tests/diagnostics/dumped_run.h"
+#include "tests/diagnostics/record_templates.h"
 
 namespace diagnostics {
 namespace {
@@ -17,89 +18,39 @@ std::vector<std::string> dumpOf(const DumpedRun& run, const std::string& record,
   return {begin, end + 1};
 }
 
+Lines cutpoint() {
+  return with(freshElement(), R"(
+    S Binomial Option = "Cut Point"
+    B Categorical Variable = false
+  )");
+}
+
+/// Of a numeric variable with these extremes.
+Lines numbersBetween(const std::string& least, const std::string& middle,
+                     const std::string& largest) {
+  return with(freshCategories(),
+              "B Has valid value flag = true\n D Minimum numeric value = " + least +
+                  "\n D Maximum numeric value = " + largest + "\n D Middle point = " + middle);
+}
+
 TEST(Runs, OneSampleSpecification) {
-  EXPECT_EQ(dumpOf(runWithDumps(oneSampleScript()), "PRPValidSpecs"), linesOf(R"(
-    PRPValidSpecs display start
-    Variable valid specifications are not defined
-    S Model Type = "One Sample"
+  Lines lines = with(freshSpecification(cutpoint()), R"(
     IV Vector of Test Variable indices = [0]
-    Test Variable Vector Info Elements display start
-    BinInfoElem display start
-    S Binomial Option = "Cut Point"
-    B Categorical Variable = false
-    DV Numeric Values = [0.5]
-    SV String Values = ["0.5"]
-    I OBS length = 1
-    BinInfoElem display end
-    Test Variable Vector Info Elements display end
-    IV Second Vector of Test Variable indices = []
-    Second Variable Vector Info Elements display start
-    Second Variable Vector Info Elements display end
     D Test Value = 0.25
-    B Flag for Ordered Pair option = false
-    I Group Variable Index = -1
-    Group Info Element not defined
-    B Scope Analysis = true
-    B User Missing Included = false
-    Success Info Element display start
-    BinInfoElem display start
-    S Binomial Option = "Cut Point"
-    B Categorical Variable = false
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Success Info Element display end
-    B Ignore Case indicator = false
-    B Print Upper Case indicator = true
-    B Print Category Order = true
     D Confidence Interval Level as percent = 75
     BV Test Type Option flags = [1, 0, 0, 0, 0, 1]
     BV CI Type Option flags = [0, 0, 0, 0, 1, 0, 0, 0, 0]
-    PRPValidSpecs display end
+  )");
+  lines = inserted(lines, "Test Variable Vector Info Elements display start", with(cutpoint(), R"(
+    DV Numeric Values = [0.5]
+    SV String Values = ["0.5"]
   )"));
+  EXPECT_EQ(dumpOf(runWithDumps(oneSampleScript()), "PRPValidSpecs"), lines);
 }
 
 // 12 successes of 16: p = 0.75, p - p0 = 0.5, sqrt(0.1875 / 16) = 0.10825... twice.
 TEST(Runs, OneSampleAnalysis) {
-  EXPECT_EQ(dumpOf(runWithDumps(oneSampleScript()), "PRPAlgorithm"), linesOf(R"(
-    PRPAlgorithm display start
-    B Initial data pass indicator = false
-    I Weight variable index = 1
-    B Split file indicator = false
-    B Splits as Rows indicator = false
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    I Number of all cases = 3
-    I Number of valid cases = 2
-    I Number of invalid cases = 1
-    D Weighted number of all cases = 16
-    D Weighted number of valid cases = 16
-    D Weighted number of invalid cases = 0
-    D Alpha level = 0.25
-    D IDF Normal value of adjusted confidence level = 1.5
-    B Need aggregation flag = false
-    B Need success aggregation flag = false
-    B Need select aggregation flag = false
-    B Bootstrapping flag = false
-    B Multiple Imputation flag = false
-    I Pooling Variable Index = -1
-    I Pooling Sample Index = 0
-    User Split Indices are not defined
-    VarCatInfo display start
-    DV Numeric Categorical Values = []
-    IV Category Counts = []
-    I Total Category Count = 0
-    DV Weighted Category Counts = []
-    D Weighted Total Category Count = 0
-    B Has valid value flag = true
-    D Minimum numeric value = 0
-    D Maximum numeric value = 1
-    D Middle point = 0.5
-    S Minimum string value = ""
-    S Maximum string value = ""
-    VarCatInfo display end
-    PropZOneSamp display start
+  const Lines record = with(freshOneSampleRecord(), R"(
     I Local variable index = 0
     D Number of successes = 12
     D Number of failures = 4
@@ -108,118 +59,51 @@ TEST(Runs, OneSampleAnalysis) {
     D Estimated difference = 0.5
     D _aseDiff0 = 0.10825317547305482
     D _aseDiff1 = 0.10825317547305482
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    PropZOneSamp display end
-    PRPAlgorithm display end
-  )"));
+  )");
+  Lines lines = with(freshAnalysis(), R"(
+    B Initial data pass indicator = false
+    I Number of all cases = 3
+    I Number of valid cases = 2
+    I Number of invalid cases = 1
+    D Weighted number of all cases = 16
+    D Weighted number of valid cases = 16
+    D Alpha level = 0.25
+    D IDF Normal value of adjusted confidence level = 1.5
+  )");
+  lines = replaced(lines, "Weight variable is not defined", {"I Weight variable index = 1"});
+  EXPECT_EQ(dumpOf(runWithDumps(oneSampleScript()), "PRPAlgorithm"),
+            withRecords(lines, joined(numbersBetween("0", "0.5", "1"), record)));
 }
 
 TEST(Runs, PairedSpecification) {
-  EXPECT_EQ(dumpOf(runWithDumps(pairedScript()), "PRPValidSpecs"), linesOf(R"(
-    PRPValidSpecs display start
-    Variable valid specifications are not defined
+  Lines lines = with(freshSpecification(), R"(
     S Model Type = "Related"
     IV Vector of Test Variable indices = [0]
-    Test Variable Vector Info Elements display start
-    BinInfoElem display start
-    S Binomial Option = "Last Category"
-    B Categorical Variable = true
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Test Variable Vector Info Elements display end
     IV Second Vector of Test Variable indices = [1]
-    Second Variable Vector Info Elements display start
-    BinInfoElem display start
-    S Binomial Option = "Last Category"
-    B Categorical Variable = true
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Second Variable Vector Info Elements display end
-    D Test Value = 0.5
     B Flag for Ordered Pair option = true
-    I Group Variable Index = -1
-    Group Info Element not defined
     B Scope Analysis = false
     B User Missing Included = true
-    Success Info Element display start
-    BinInfoElem display start
-    S Binomial Option = "Last Category"
-    B Categorical Variable = true
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Success Info Element display end
-    B Ignore Case indicator = false
-    B Print Upper Case indicator = true
-    B Print Category Order = true
     D Confidence Interval Level as percent = 50
     BV Test Type Option flags = [0, 0, 0, 0, 0, 0]
     BV CI Type Option flags = [0, 0, 0, 0, 0]
-    PRPValidSpecs display end
-  )"));
+  )");
+  lines = inserted(lines, "Test Variable Vector Info Elements display start", freshElement());
+  lines = inserted(lines, "Second Variable Vector Info Elements display start", freshElement());
+  EXPECT_EQ(dumpOf(runWithDumps(pairedScript()), "PRPValidSpecs"), lines);
 }
 
 // 6, 3, 1 and 6 of 16 cases: p1 = 9/16, p2 = 7/16; the first error is sqrt(9·7 / 256 / 9), the
 // second sqrt(9·7 / 256 / 7) = 3/16, and the variances of the difference are 4/256 and
 // (1/4 - 1/64) / 16.
 TEST(Runs, PairedAnalysis) {
-  EXPECT_EQ(dumpOf(runWithDumps(pairedScript()), "PRPAlgorithm"), linesOf(R"(
-    PRPAlgorithm display start
-    B Initial data pass indicator = false
-    Weight variable is not defined
-    B Split file indicator = false
-    B Splits as Rows indicator = false
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    I Number of all cases = 18
-    I Number of valid cases = 16
-    I Number of invalid cases = 2
-    D Weighted number of all cases = 18
-    D Weighted number of valid cases = 16
-    D Weighted number of invalid cases = 2
-    D Alpha level = 0.5
-    D IDF Normal value of adjusted confidence level = 1.5
-    B Need aggregation flag = false
-    B Need success aggregation flag = false
-    B Need select aggregation flag = false
-    B Bootstrapping flag = false
-    B Multiple Imputation flag = false
-    I Pooling Variable Index = -1
-    I Pooling Sample Index = 0
-    User Split Indices are not defined
-    VarCatInfo display start
-    SV String Categorical Values = []
-    IV Category Counts = []
-    I Total Category Count = 0
-    DV Weighted Category Counts = []
-    D Weighted Total Category Count = 0
+  Lines strings = with(freshCategories(), R"(
     B Has valid value flag = true
-    D Minimum numeric value = missing
-    D Maximum numeric value = missing
-    D Middle point = missing
     S Minimum string value = "no"
     S Maximum string value = "yes"
-    VarCatInfo display end
-    VarCatInfo display start
-    DV Numeric Categorical Values = []
-    IV Category Counts = []
-    I Total Category Count = 0
-    DV Weighted Category Counts = []
-    D Weighted Total Category Count = 0
-    B Has valid value flag = true
-    D Minimum numeric value = 0
-    D Maximum numeric value = 1
-    D Middle point = 0.5
-    S Minimum string value = ""
-    S Maximum string value = ""
-    VarCatInfo display end
-    PropZPairSamp display start
+  )");
+  strings = replaced(strings, "DV Numeric Categorical Values = []",
+                     {"SV String Categorical Values = []"});
+  const Lines record = with(freshPairedRecord(), R"(
     I Variable pair index = 0
     I First local variable index = 0
     I Second local variable index = 0
@@ -243,11 +127,21 @@ TEST(Runs, PairedAnalysis) {
     D Asymtotic standard error for the second proportion = 0.1875
     D _aseDiff0 = 0.125
     D _aseDiff1 = 0.12103072956898178
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    PropZPairSamp display end
-    PRPAlgorithm display end
-  )"));
+  )");
+  const Lines lines = with(freshAnalysis(), R"(
+    B Initial data pass indicator = false
+    I Number of all cases = 18
+    I Number of valid cases = 16
+    I Number of invalid cases = 2
+    D Weighted number of all cases = 18
+    D Weighted number of valid cases = 16
+    D Weighted number of invalid cases = 2
+    D Alpha level = 0.5
+    D IDF Normal value of adjusted confidence level = 1.5
+  )");
+  const Lines categories = joined(strings, numbersBetween("0", "0.5", "1"));
+  EXPECT_EQ(dumpOf(runWithDumps(pairedScript()), "PRPAlgorithm"),
+            withRecords(lines, joined(categories, record)));
 }
 
 TEST(Runs, LevelsOfAStringHaveNoNumbers) {
@@ -255,122 +149,36 @@ TEST(Runs, LevelsOfAStringHaveNoNumbers) {
   script.addString("s", 9);
   script.addCase({"yes"});
   script.command = "PROPORTIONS /ONESAMPLE s /SUCCESS VALUE=LEVEL('yes' 1).";
-  EXPECT_EQ(dumpOf(runWithDumps(script), "BinInfoElem"), linesOf(R"(
-    BinInfoElem display start
+  EXPECT_EQ(dumpOf(runWithDumps(script), "BinInfoElem"), with(freshElement(), R"(
     S Binomial Option = "Category Levels"
-    B Categorical Variable = true
     DV Numeric Values = [missing, 1]
     SV String Values = ["yes", "1"]
     I OBS length = 2
-    BinInfoElem display end
   )"));
 }
 
 TEST(Runs, IndependentSpecification) {
-  EXPECT_EQ(dumpOf(runWithDumps(independentScript()), "PRPValidSpecs"), linesOf(R"(
-    PRPValidSpecs display start
-    Variable valid specifications are not defined
+  Lines lines = with(freshSpecification(), R"(
     S Model Type = "Independent"
     IV Vector of Test Variable indices = [0]
-    Test Variable Vector Info Elements display start
-    BinInfoElem display start
-    S Binomial Option = "Last Category"
-    B Categorical Variable = true
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Test Variable Vector Info Elements display end
-    IV Second Vector of Test Variable indices = []
-    Second Variable Vector Info Elements display start
-    Second Variable Vector Info Elements display end
-    D Test Value = 0.5
-    B Flag for Ordered Pair option = false
     I Group Variable Index = 1
-    Group Info Element display start
-    BinInfoElem display start
-    S Binomial Option = "Middle Point"
-    B Categorical Variable = false
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Group Info Element display end
-    B Scope Analysis = true
-    B User Missing Included = false
-    Success Info Element display start
-    BinInfoElem display start
-    S Binomial Option = "Last Category"
-    B Categorical Variable = true
-    DV Numeric Values = []
-    SV String Values = []
-    I OBS length = 1
-    BinInfoElem display end
-    Success Info Element display end
-    B Ignore Case indicator = false
-    B Print Upper Case indicator = true
-    B Print Category Order = true
     D Confidence Interval Level as percent = 50
     BV Test Type Option flags = [0, 0, 0, 1, 0]
     BV CI Type Option flags = [1, 1, 1, 1, 1, 1, 1]
-    PRPValidSpecs display end
-  )"));
+  )");
+  lines = inserted(lines, "Test Variable Vector Info Elements display start", freshElement());
+  const Lines group = with(freshElement(), R"(
+    S Binomial Option = "Middle Point"
+    B Categorical Variable = false
+  )");
+  EXPECT_EQ(dumpOf(runWithDumps(independentScript()), "PRPValidSpecs"),
+            withGroupElement(lines, group));
 }
 
 // 6 of 8 against 2 of 8: each error is sqrt(0.1875 / 8), that of the difference sqrt(2) times as
 // large, and under equal proportions, pooled 1/2, sqrt(2 · 0.25 / 8).
 TEST(Runs, IndependentAnalysisOfTheBaseData) {
-  EXPECT_EQ(dumpOf(runWithDumps(independentScript()), "PRPAlgorithm"), linesOf(R"(
-    PRPAlgorithm display start
-    B Initial data pass indicator = false
-    Weight variable is not defined
-    B Split file indicator = true
-    B Splits as Rows indicator = true
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    I Number of all cases = 16
-    I Number of valid cases = 16
-    I Number of invalid cases = 0
-    D Weighted number of all cases = 16
-    D Weighted number of valid cases = 16
-    D Weighted number of invalid cases = 0
-    D Alpha level = 0.5
-    D IDF Normal value of adjusted confidence level = 1.5
-    B Need aggregation flag = true
-    B Need success aggregation flag = true
-    B Need select aggregation flag = true
-    B Bootstrapping flag = true
-    B Multiple Imputation flag = false
-    I Pooling Variable Index = 2
-    I Pooling Sample Index = 0
-    IV User Split Indices = [3]
-    VarCatInfo display start
-    DV Numeric Categorical Values = []
-    IV Category Counts = []
-    I Total Category Count = 0
-    DV Weighted Category Counts = []
-    D Weighted Total Category Count = 0
-    B Has valid value flag = true
-    D Minimum numeric value = 0
-    D Maximum numeric value = 1
-    D Middle point = 0.5
-    S Minimum string value = ""
-    S Maximum string value = ""
-    VarCatInfo display end
-    VarCatInfo display start
-    DV Numeric Categorical Values = []
-    IV Category Counts = []
-    I Total Category Count = 0
-    DV Weighted Category Counts = []
-    D Weighted Total Category Count = 0
-    B Has valid value flag = true
-    D Minimum numeric value = 1
-    D Maximum numeric value = 5
-    D Middle point = 3
-    S Minimum string value = ""
-    S Maximum string value = ""
-    VarCatInfo display end
-    PropZIndSamp display start
+  const Lines record = with(freshIndependentRecord(), R"(
     I Local variable index = 0
     D Number of successes for group 1 = 6
     D Number of failures for group 1 = 2
@@ -386,11 +194,27 @@ TEST(Runs, IndependentAnalysisOfTheBaseData) {
     D Asymtotic standard error for the second proportion = 0.15309310892394862
     D _aseDiff0 = 0.25
     D _aseDiff1 = 0.21650635094610965
-    B Good Data indicator = true
-    B Complete Data indicator = true
-    PropZIndSamp display end
-    PRPAlgorithm display end
-  )"));
+  )");
+  Lines lines = with(freshAnalysis(), R"(
+    B Initial data pass indicator = false
+    B Split file indicator = true
+    B Splits as Rows indicator = true
+    I Number of all cases = 16
+    I Number of valid cases = 16
+    D Weighted number of all cases = 16
+    D Weighted number of valid cases = 16
+    D Alpha level = 0.5
+    D IDF Normal value of adjusted confidence level = 1.5
+    B Need aggregation flag = true
+    B Need success aggregation flag = true
+    B Need select aggregation flag = true
+    B Bootstrapping flag = true
+    I Pooling Variable Index = 2
+  )");
+  lines = replaced(lines, "User Split Indices are not defined", {"IV User Split Indices = [3]"});
+  const Lines categories = joined(numbersBetween("0", "0.5", "1"), numbersBetween("1", "3", "5"));
+  EXPECT_EQ(dumpOf(runWithDumps(independentScript()), "PRPAlgorithm"),
+            withRecords(lines, joined(categories, record)));
 }
 
 TEST(Runs, AResampleShowsItsNumberAndTheValuesOfItsBase) {
