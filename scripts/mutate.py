@@ -109,7 +109,8 @@ class Copy:
         self.copy_sources()
         self.adapt_build()
         self.run(["cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                  "-DCMAKE_CXX_FLAGS_RELEASE=-O0"])
+                  "-DCMAKE_CXX_FLAGS_RELEASE=-O0"]
+                 + (["-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld"] if shutil.which("ld.lld") else []))
         self.cases = sorted(self.tree.glob("tests/transcripts/**/*.case"))
 
     def copy_sources(self):
@@ -148,10 +149,23 @@ class Copy:
         return subprocess.run(command, capture_output=True).returncode == 0
 
     def objects(self):
+        """Each object of the module and of the test programs, and when it was made."""
+        folders = [self.build / "tests" / "CMakeFiles" / "module_checked.dir"]
+        folders += [self.build / "tests" / name for name in ("module", "diagnostics", "transcripts")]
         return {
-            file: file.read_bytes()
-            for file in (self.build / "tests" / "CMakeFiles" / "module_checked.dir").rglob("*.o")
+            file: (file.read_bytes(), file.stat().st_mtime_ns)
+            for folder in folders
+            for file in folder.rglob("*.o")
         }
+
+    def put_back(self, source, text, times, objects):
+        """The source and the objects as they were, so that only the next mutant needs a compiler."""
+        source.write_text(text)
+        os.utime(source, ns=times)
+        for file, (content, made) in objects.items():
+            if not file.exists() or file.stat().st_mtime_ns != made:
+                file.write_bytes(content)
+                os.utime(file, ns=(made, made))
 
     def commands(self, program):
         binary = str(self.build / "bin" / program)
@@ -191,19 +205,23 @@ class Hunt:
     def outcome(self, mutant):
         """What became of a mutant: the program that noticed it, 'survivor', or None if it is none."""
         file = self.copy.tree / mutant.path
-        original = file.read_text()
+        original, status = file.read_text(), file.stat()
         file.write_text(mutant.applied(original))
         try:
             for position, program in enumerate(PROGRAMS):
                 if not self.copy.compiles(program):
                     return None
-                if position == 0 and self.copy.objects() == self.objects:
+                if position == 0 and not self.changes_objects():
                     return None
                 if not self.copy.passes(program, self.limits[program]):
                     return program
             return "survivor"
         finally:
-            file.write_text(original)
+            self.copy.put_back(file, original, (status.st_atime_ns, status.st_mtime_ns), self.objects)
+
+    def changes_objects(self):
+        now = self.copy.objects()
+        return any(now[file][0] != content for file, (content, _) in self.objects.items())
 
 
 def main():
