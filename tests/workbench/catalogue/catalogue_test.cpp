@@ -49,7 +49,7 @@ void expectEntries(const std::set<std::string>& keys, size_t atLeast) {
   for (const std::string& key : keys) EXPECT_TRUE(catalogue.contains(key)) << key;
 }
 
-TEST(Catalogue, holdsTheFileThatItWasBuiltFrom) {
+TEST(Catalogue, HoldsTheFileThatItWasBuiltFrom) {
   const Catalogue built = Catalogue::english();
   const std::string json = contentOf(kRoot / "workbench/catalogue/en.json");
   const Catalogue read = Catalogue::parse(json);
@@ -63,7 +63,7 @@ TEST(Catalogue, holdsTheFileThatItWasBuiltFrom) {
   EXPECT_GT(entries, 100u);
 }
 
-TEST(Catalogue, everyTextOfTheModuleHasAnEntry) {
+TEST(Catalogue, EveryTextOfTheModuleHasAnEntry) {
   std::set<std::string> keys = capturesIn(kRoot / "module/model/texts.h",
                                           "inline constexpr char k\\w+\\[\\] =\\s*\"([^\"]+)\"");
   keys.erase("PROPORTIONS");  // the command's own name and title are no keys
@@ -71,11 +71,11 @@ TEST(Catalogue, everyTextOfTheModuleHasAnEntry) {
   expectEntries(keys, 70);
 }
 
-TEST(Catalogue, everyMethodHasAnEntry) {
+TEST(Catalogue, EveryMethodHasAnEntry) {
   expectEntries(captures(kRoot / "module", "\\{\"[A-Z0-9_]+\", \"([^\"]+)\", (?:true|false)"), 20);
 }
 
-TEST(Catalogue, everyMessageOfTheHostHasAnEntry) {
+TEST(Catalogue, EveryMessageOfTheHostHasAnEntry) {
   expectEntries(captures(kRoot / "workbench",
                          "report\\(\\s*(?:workbench::)?Severity::k\\w+,\\s*"
                          "\"([^\"]+)\""),
@@ -83,18 +83,18 @@ TEST(Catalogue, everyMessageOfTheHostHasAnEntry) {
   expectEntries(captures(kRoot / "workbench/output", "BpComposite text\\(\"([^\"]+)\"\\)"), 1);
 }
 
-TEST(Catalogue, noTextIsEmptyOrStillAKey) {
+TEST(Catalogue, NoTextIsEmptyOrStillAKey) {
   const std::string json = contentOf(kRoot / "workbench/catalogue/en.json");
   EXPECT_EQ(json.find(": \"\""), std::string::npos);
   EXPECT_EQ(json.find("...\",\n"), std::string::npos) << "a text ends like a key";
 }
 
-TEST(Catalogue, aKeyWithoutAnEntryIsShownAsItIs) {
+TEST(Catalogue, AKeyWithoutAnEntryIsShownAsItIs) {
   EXPECT_EQ(Catalogue::english().text("No such key ^1 ..."), "No such key ^1 ...");
   EXPECT_EQ(Catalogue::parse("{}").text("Wald"), "Wald");
 }
 
-TEST(Catalogue, aBrokenOneIsRefused) {
+TEST(Catalogue, ABrokenOneIsRefused) {
   for (const char* content : {"{", "", "[1]", "{\"a\": 1}", "null", "{\"a\": \"\xFF\"}"}) {
     EXPECT_THROW(Catalogue::parse(content), std::runtime_error) << content;
   }

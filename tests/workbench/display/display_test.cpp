@@ -29,7 +29,7 @@ std::string displayed(Write write) {
   return {content, size};
 }
 
-TEST(Display, textStandsAsItIsAndEndsItsLine) {
+TEST(Display, TextStandsAsItIsAndEndsItsLine) {
   EXPECT_EQ(displayed([] { BP_ToFront("a%d\nb"); }), "a%d\nb\n");
   EXPECT_EQ(displayed([] {
               BP_ToFront("a\n");
@@ -39,14 +39,14 @@ TEST(Display, textStandsAsItIsAndEndsItsLine) {
             "a\n\nb\n");
 }
 
-TEST(Display, oneLinePerValue) {
+TEST(Display, OneLinePerValue) {
   EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayB("flag", true); }), "flag: true\n");
   EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayI("i", -2147483647 - 1); }),
             "i: -2147483648\n");
   EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayS("s", "x\"y"); }), "s: \"x\"y\"\n");
 }
 
-TEST(Display, doublesReadBack) {
+TEST(Display, DoublesReadBack) {
   EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayD("d", 0.1); }), "d: 0.10000000000000001\n");
   for (const double value : {1.0 / 3, 5e-324, -std::numeric_limits<double>::max() / 2, 95.0}) {
     const std::string line = displayed([&] { ACACommonDisplay::DisplayD("", value); });
@@ -54,7 +54,7 @@ TEST(Display, doublesReadBack) {
   }
 }
 
-TEST(Display, theMissingValueIsNoNumber) {
+TEST(Display, TheMissingValueIsNoNumber) {
   EXPECT_EQ(displayed([] { ACACommonDisplay::DisplayD("d", kSystemMissing); }), "d: missing\n");
   EXPECT_EQ(displayed([] {
               ACACommonDisplay::DisplayDV("d", {1, kSystemMissing});
@@ -62,7 +62,7 @@ TEST(Display, theMissingValueIsNoNumber) {
             "d: [1, missing]\n");
 }
 
-TEST(Display, everyLineIsWrittenAtOnce) {
+TEST(Display, EveryLineIsWrittenAtOnce) {
   char* content = nullptr;
   size_t size = 0;
   Session session;
@@ -76,7 +76,7 @@ TEST(Display, everyLineIsWrittenAtOnce) {
   std::free(content);
 }
 
-TEST(Display, listsInBrackets) {
+TEST(Display, ListsInBrackets) {
   EXPECT_EQ(displayed([] {
               ACACommonDisplay::DisplayBV("b", {true, false});
             }),

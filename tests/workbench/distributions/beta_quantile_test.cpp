@@ -14,7 +14,7 @@ constexpr double kTinyShapeTolerance = 2e-14;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(BetaQuantile, agreesWithTheReference) {
+TEST(BetaQuantile, AgreesWithTheReference) {
   for (const auto& row : referenceRows("beta_quantile.csv", 5)) {
     const double q = numberOf(row[0]), a = numberOf(row[1]), b = numberOf(row[2]);
     const double bound = a < 0.5 || b < 0.5 ? kTinyShapeTolerance : kTolerance;
@@ -25,7 +25,7 @@ TEST(BetaQuantile, agreesWithTheReference) {
   }
 }
 
-TEST(BetaQuantile, endsOfTheRange) {
+TEST(BetaQuantile, EndsOfTheRange) {
   for (const double a : {0.001, 0.5, 1.0, 1e15}) {
     EXPECT_EQ(MCDistFun::IdfBeta(0.0, a, 3.0), 0);
     EXPECT_EQ(MCDistFun::IdfBeta(1.0, a, 3.0), 1);
@@ -34,13 +34,13 @@ TEST(BetaQuantile, endsOfTheRange) {
   }
 }
 
-TEST(BetaQuantile, uniformShapesGiveTheProbability) {
+TEST(BetaQuantile, UniformShapesGiveTheProbability) {
   for (const double q : {5e-324, 1e-300, 1e-9, 0.1, 0.25, 0.5, 0.7, 0.999}) {
     EXPECT_LE(distance(MCDistFun::IdfBeta(q, 1.0, 1.0), q), kTolerance) << q;
   }
 }
 
-TEST(BetaQuantile, impossibleArgumentsGiveTheMissingValue) {
+TEST(BetaQuantile, ImpossibleArgumentsGiveTheMissingValue) {
   const double missing = MCMV::Missing();
   const double refused[][3] = {{kNan, 1, 1},        {0.5, kNan, 1},      {0.5, 1, kNan},
                                {0.5, 0, 1},         {0.5, 1, 0},         {0.5, -1, 1},
@@ -54,7 +54,7 @@ TEST(BetaQuantile, impossibleArgumentsGiveTheMissingValue) {
   }
 }
 
-TEST(BetaQuantile, growsWithTheProbability) {
+TEST(BetaQuantile, GrowsWithTheProbability) {
   for (const double a : {0.01, 0.5, 3.0, 1e4, 1e9}) {
     for (const double b : {0.01, 0.5, 40.0, 1e6}) {
       double last = 0;

@@ -37,7 +37,7 @@ double pdf(double k, double n, double p) {
   return value;
 }
 
-TEST(Binomial, agreesWithTheReference) {
+TEST(Binomial, AgreesWithTheReference) {
   for (const auto& row : referenceRows("binomial.csv", 6)) {
     const double k = numberOf(row[0]), n = numberOf(row[1]), p = numberOf(row[2]);
     const std::string where = "k " + row[0] + " n " + row[1] + " p " + row[2];
@@ -47,7 +47,7 @@ TEST(Binomial, agreesWithTheReference) {
   }
 }
 
-TEST(Binomial, countsBelowZeroAreNoError) {
+TEST(Binomial, CountsBelowZeroAreNoError) {
   for (const double k : {-1.0, -0.5, -1e300, -kInfinity}) {
     EXPECT_EQ(cdf(k, 10, 0.3), 0);
     EXPECT_EQ(upper(k, 10, 0.3), 1);
@@ -55,7 +55,7 @@ TEST(Binomial, countsBelowZeroAreNoError) {
   }
 }
 
-TEST(Binomial, countsAtOrAboveTheTrials) {
+TEST(Binomial, CountsAtOrAboveTheTrials) {
   for (const double k : {10.0, 11.0, 1e300, kInfinity}) {
     EXPECT_EQ(cdf(k, 10, 0.3), 1);
     EXPECT_EQ(upper(k, 10, 0.3), 0);
@@ -63,7 +63,7 @@ TEST(Binomial, countsAtOrAboveTheTrials) {
   EXPECT_EQ(pdf(11, 10, 0.3), 0);
 }
 
-TEST(Binomial, noTrials) {
+TEST(Binomial, NoTrials) {
   for (const double p : {0.0, 0.5, 1.0}) {
     EXPECT_EQ(pdf(0, 0, p), 1);
     EXPECT_EQ(pdf(1, 0, p), 0);
@@ -74,7 +74,7 @@ TEST(Binomial, noTrials) {
   }
 }
 
-TEST(Binomial, certainProportions) {
+TEST(Binomial, CertainProportions) {
   EXPECT_EQ(pdf(0, 5, 0), 1);
   EXPECT_EQ(pdf(1, 5, 0), 0);
   EXPECT_EQ(pdf(5, 5, 1), 1);
@@ -85,13 +85,13 @@ TEST(Binomial, certainProportions) {
   EXPECT_EQ(upper(4, 5, 1), 1);
 }
 
-TEST(Binomial, fractionalCountsHaveNoMassAndCountDownwards) {
+TEST(Binomial, FractionalCountsHaveNoMassAndCountDownwards) {
   EXPECT_EQ(pdf(2.5, 10, 0.3), 0);
   EXPECT_EQ(cdf(2.5, 10, 0.3), cdf(2, 10, 0.3));
   EXPECT_EQ(upper(2.5, 10, 0.3), upper(2, 10, 0.3));
 }
 
-TEST(Binomial, impossibleArgumentsAreErrorsAndGiveTheMissingValue) {
+TEST(Binomial, ImpossibleArgumentsAreErrorsAndGiveTheMissingValue) {
   const double missing = MCMV::Missing();
   const double refused[][3] = {{kNan, 10, 0.5},   {3, kNan, 0.5},     {3, 10, kNan},
                                {3, -1, 0.5},      {3, 10, -1e-300},   {3, 10, 1.0000000000000002},
@@ -106,7 +106,7 @@ TEST(Binomial, impossibleArgumentsAreErrorsAndGiveTheMissingValue) {
   }
 }
 
-TEST(Binomial, successLeavesTheErrorFlag) {
+TEST(Binomial, SuccessLeavesTheErrorFlag) {
   for (const auto function : kAll) {
     for (const double k : {-1.0, 0.0, 4.0, 10.0, 11.0}) {
       int32_t error = kUntouched;
@@ -117,7 +117,7 @@ TEST(Binomial, successLeavesTheErrorFlag) {
 }
 
 // The terms of a whole distribution, added up: independent of any reference table.
-TEST(Binomial, massesAddUpToTheDistributionFunction) {
+TEST(Binomial, MassesAddUpToTheDistributionFunction) {
   for (const double p : {0.5, 0.01, 0.93}) {
     double sum = 0;
     for (double k = 0; k <= 3000; ++k) {
@@ -128,7 +128,7 @@ TEST(Binomial, massesAddUpToTheDistributionFunction) {
   }
 }
 
-TEST(Binomial, mirrorsWhenSuccessAndFailureSwap) {
+TEST(Binomial, MirrorsWhenSuccessAndFailureSwap) {
   for (double k = 0; k < 40; ++k) {
     EXPECT_LE(distance(cdf(k, 40, 0.25), upper(39 - k, 40, 0.75)), kTolerance);
     EXPECT_LE(distance(pdf(k, 40, 0.25), pdf(40 - k, 40, 0.75)), kTolerance);

@@ -15,7 +15,7 @@ constexpr double kBound = 4e-12;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(Noncentrality, agreesWithTheReference) {
+TEST(Noncentrality, AgreesWithTheReference) {
   for (const auto& row : referenceRows("noncentrality.csv", 4)) {
     const double want = numberOf(row[3]);
     const double got = MCDistFun::FindNCParamT(numberOf(row[0]), numberOf(row[1]), numberOf(row[2]),
@@ -26,7 +26,7 @@ TEST(Noncentrality, agreesWithTheReference) {
 }
 
 // At t = 0 the sign of the normal numerator decides, so that d is a normal quantile for any df.
-TEST(Noncentrality, atZeroItIsANormalQuantile) {
+TEST(Noncentrality, AtZeroItIsANormalQuantile) {
   for (const double df : {0.5, 1.0, 5.0, 300.0, 1e6, 1e12, 1e18}) {
     for (const double p : {1e-10, 0.025, 0.3, 0.5, 0.9, 0.999999}) {
       EXPECT_NEAR(MCDistFun::FindNCParamT(0, df, p, kStep, kTolerance), -MCDistFun::IdfStdNorm(p),
@@ -37,7 +37,7 @@ TEST(Noncentrality, atZeroItIsANormalQuantile) {
 }
 
 // With one degree of freedom and no noncentrality t is a Cauchy variable.
-TEST(Noncentrality, isZeroAtTheCentralProbability) {
+TEST(Noncentrality, IsZeroAtTheCentralProbability) {
   constexpr double kPi = 3.14159265358979323846;
   for (const double t : {-30.0, -1.0, 0.25, 4.0}) {
     const double p = 0.5 + std::atan(t) / kPi;
@@ -45,7 +45,7 @@ TEST(Noncentrality, isZeroAtTheCentralProbability) {
   }
 }
 
-TEST(Noncentrality, tendsToTheNormalShift) {
+TEST(Noncentrality, TendsToTheNormalShift) {
   for (const double t : {-3.0, 0.5, 2.0}) {
     const double normal = t - MCDistFun::IdfStdNorm(0.2);
     // The variance of t / sqrt(chi^2 / df) adds t^2 / (2 df).
@@ -54,7 +54,7 @@ TEST(Noncentrality, tendsToTheNormalShift) {
   }
 }
 
-TEST(Noncentrality, refusedArgumentsGiveTheMissingValue) {
+TEST(Noncentrality, RefusedArgumentsGiveTheMissingValue) {
   const double missing = MCMV::Missing();
   const double refused[][5] = {{kNan, 5, 0.5, kStep, kTolerance},
                                {kInfinity, 5, 0.5, kStep, kTolerance},

@@ -13,7 +13,7 @@ constexpr double kTolerance = 2.3e-16;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(Normal, agreesWithTheReference) {
+TEST(Normal, AgreesWithTheReference) {
   for (const auto& row : referenceRows("normal.csv", 3)) {
     const double argument = numberOf(row[1]);
     const double got =
@@ -22,7 +22,7 @@ TEST(Normal, agreesWithTheReference) {
   }
 }
 
-TEST(Normal, exactValues) {
+TEST(Normal, ExactValues) {
   EXPECT_EQ(MCDistFun::CdfStdNorm(0), 0.5);
   EXPECT_EQ(MCDistFun::CdfStdNorm(-0.0), 0.5);
   EXPECT_EQ(MCDistFun::CdfStdNorm(-kInfinity), 0);
@@ -34,7 +34,7 @@ TEST(Normal, exactValues) {
   EXPECT_EQ(MCDistFun::IdfStdNorm(1), kInfinity);
 }
 
-TEST(Normal, refusedArgumentsGiveTheMissingValue) {
+TEST(Normal, RefusedArgumentsGiveTheMissingValue) {
   const double missing = MCMV::Missing();
   EXPECT_EQ(MCDistFun::CdfStdNorm(kNan), missing);
   EXPECT_EQ(MCDistFun::CdfStdNorm(missing), missing);
@@ -43,13 +43,13 @@ TEST(Normal, refusedArgumentsGiveTheMissingValue) {
   }
 }
 
-TEST(Normal, quantileIsOdd) {
+TEST(Normal, QuantileIsOdd) {
   for (const double p : {0.25, 0.375, 0.4375, 0.0078125, std::ldexp(1, -40)}) {
     EXPECT_EQ(MCDistFun::IdfStdNorm(p), -MCDistFun::IdfStdNorm(1 - p)) << p;
   }
 }
 
-TEST(Normal, quantileOfTheLeastDoubles) {
+TEST(Normal, QuantileOfTheLeastDoubles) {
   // Phi of the result is compared, because that is what a quantile promises.
   for (const double p : {5e-324, 1e-320, 1e-310}) {
     EXPECT_NEAR(MCDistFun::CdfStdNorm(MCDistFun::IdfStdNorm(p)) / p, 1, 0.01) << p;

@@ -50,7 +50,7 @@ std::vector<std::size_t> inOrder() {
   return order;
 }
 
-TEST(Purity, resultsDoNotDependOnTheCallsBefore) {
+TEST(Purity, ResultsDoNotDependOnTheCallsBefore) {
   auto order = inOrder();
   const auto expected = bitsInOrder(order);
   std::mt19937 random(20240607);
@@ -60,7 +60,7 @@ TEST(Purity, resultsDoNotDependOnTheCallsBefore) {
   }
 }
 
-TEST(Purity, resultsDoNotDependOnOtherThreads) {
+TEST(Purity, ResultsDoNotDependOnOtherThreads) {
   const auto order = inOrder();
   const auto expected = bitsInOrder(order);
   std::vector<std::uint64_t> one, two;

@@ -11,7 +11,7 @@ bool isProbability(double value) { return value >= 0 && value <= 1; }
 
 using BinomialFunction = double (*)(double, double, double, int32_t&);
 
-TEST(Robustness, binomialFunctionsAnswerEverything) {
+TEST(Robustness, BinomialFunctionsAnswerEverything) {
   const BinomialFunction functions[] = {MCDistFun::CdfBin, MCDistFun::CdfBinUpper,
                                         MCDistFun::PdfBin};
   for (const double k : kNasty) {
@@ -28,7 +28,7 @@ TEST(Robustness, binomialFunctionsAnswerEverything) {
   }
 }
 
-TEST(Robustness, betaQuantileAnswersEverything) {
+TEST(Robustness, BetaQuantileAnswersEverything) {
   for (const double q : kNasty) {
     for (const double a : kNasty) {
       for (const double b : kNasty) {
@@ -43,7 +43,7 @@ TEST(Robustness, betaQuantileAnswersEverything) {
   }
 }
 
-TEST(Robustness, normalFunctionsAnswerEverything) {
+TEST(Robustness, NormalFunctionsAnswerEverything) {
   for (const double x : kNasty) {
     const double tail = MCDistFun::CdfStdNorm(x);
     EXPECT_TRUE(isProbability(tail) || tail == MCMV::Missing()) << x;
@@ -51,7 +51,7 @@ TEST(Robustness, normalFunctionsAnswerEverything) {
   }
 }
 
-TEST(Robustness, noncentralityAnswersEverything) {
+TEST(Robustness, NoncentralityAnswersEverything) {
   for (const double t : kNasty) {
     for (const double df : kNasty) {
       for (const double p : {1e-300, 1e-17, 0.001, 0.5, 0.75, 0.9999999999999999}) {

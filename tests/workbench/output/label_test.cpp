@@ -10,9 +10,9 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-class LabelTest : public OutputTest {};
+class Labels : public OutputTest {};
 
-TEST_F(LabelTest, variablesAndValuesAreShownByTheirLabels) {
+TEST_F(Labels, VariablesAndValuesAreShownByTheirLabels) {
   const VarIndex labelled = data.addNumber("v1", "Age group", {{1, "young"}, {2, "old"}});
   const VarIndex bare = data.addNumber("v2");
   EXPECT_EQ(describe(BpVariable(labelled, 2)).text, "Age group");
@@ -29,7 +29,7 @@ TEST_F(LabelTest, variablesAndValuesAreShownByTheirLabels) {
       "Age group = 7");
 }
 
-TEST_F(LabelTest, stringsAreShownByTheirLabelsToo) {
+TEST_F(Labels, StringsAreShownByTheirLabelsToo) {
   const VarIndex arm = data.addString("arm", "", {{"c", "control"}});
   const auto shown = [&](const std::string& value, int preference) {
     return describe(composite("= ^1", BpDataValue(arm, value, preference))).text;
@@ -40,7 +40,7 @@ TEST_F(LabelTest, stringsAreShownByTheirLabelsToo) {
   EXPECT_EQ(shown("  c", 2), "=   c");
 }
 
-TEST_F(LabelTest, numbersAreInShortestForm) {
+TEST_F(Labels, NumbersAreInShortestForm) {
   const VarIndex x = data.addNumber("x");
   const auto number = [](double value) {
     return describe(composite("^1", labelNumber(value))).text;
@@ -56,7 +56,7 @@ TEST_F(LabelTest, numbersAreInShortestForm) {
   EXPECT_EQ(number(kNaN), "NaN");
 }
 
-TEST_F(LabelTest, identityIsStructure) {
+TEST_F(Labels, IdentityIsStructure) {
   const VarIndex a = data.addNumber("a", "Same", {{1, "yes"}, {2, "yes"}});
   const VarIndex b = data.addNumber("b", "Same", {{1, "yes"}, {2, "yes"}});
   const VarIndex s = data.addString("s");
@@ -81,7 +81,7 @@ TEST_F(LabelTest, identityIsStructure) {
   EXPECT_NE(identityOf(composite("^1", labelNumber(95))), identityOf(composite("^1", count(96))));
 }
 
-TEST_F(LabelTest, partsOfAnIdentityDoNotRunIntoEachOther) {
+TEST_F(Labels, PartsOfAnIdentityDoNotRunIntoEachOther) {
   const VarIndex s = data.addString("s");
   const auto pairOf = [&](const char* first, const char* second) {
     return identityOf(composite("^1^2", BpDataValue(s, first, 2), BpDataValue(s, second, 2)));
@@ -100,7 +100,7 @@ TEST_F(LabelTest, partsOfAnIdentityDoNotRunIntoEachOther) {
   EXPECT_NE(identityOf(inList), identityOf(beside));
 }
 
-TEST_F(LabelTest, sublistIsOneItem) {
+TEST_F(Labels, SublistIsOneItem) {
   const VarIndex x = data.addNumber("x", "", {{2, "two"}});
   BpComposite label("^1 = [%1:, ^1:]2");
   label.Add(BpVariable(x, 2));
@@ -119,7 +119,7 @@ TEST_F(LabelTest, sublistIsOneItem) {
   EXPECT_EQ(std::get<double>(shown.values[1].exact), 2.0);
 }
 
-TEST_F(LabelTest, catalogueGivesTextsAndTheKeyStays) {
+TEST_F(Labels, CatalogueGivesTextsAndTheKeyStays) {
   catalogue = Catalogue::parse(R"({"Pair ^1 vars ^2 ^3 ...": "Pair ^1: ^2 - ^3", "Wald": "W"})");
   const VarIndex a = data.addNumber("a"), b = data.addNumber("b");
   const LabelData pair =
@@ -131,7 +131,7 @@ TEST_F(LabelTest, catalogueGivesTextsAndTheKeyStays) {
   EXPECT_EQ(describe(text("Unknown ...")).text, "Unknown ...");
 }
 
-TEST_F(LabelTest, tellsWhetherAMissingValueShows) {
+TEST_F(Labels, TellsWhetherAMissingValueShows) {
   const VarIndex x = data.addNumber("x"), s = data.addString("s");
   EXPECT_TRUE(describe(composite("^1", BpDataValue(x, kSystemMissing, 2))).showsMissing);
   EXPECT_TRUE(describe(composite("^1", BpDataValue(s, "  ", 2))).showsMissing);
@@ -140,7 +140,7 @@ TEST_F(LabelTest, tellsWhetherAMissingValueShows) {
   EXPECT_FALSE(describe(text(".")).showsMissing);
 }
 
-TEST_F(LabelTest, bytesThatAreNoUtf8AreReplaced) {
+TEST_F(Labels, BytesThatAreNoUtf8AreReplaced) {
   const VarIndex x = data.addString("bad\xFFname", "la\xC3");
   EXPECT_EQ(describe(BpVariable(x, 2)).text, "la\xEF\xBF\xBD");
   EXPECT_EQ(describe(BpVariable(x, 2)).key, "bad\xEF\xBF\xBDname");
@@ -148,7 +148,7 @@ TEST_F(LabelTest, bytesThatAreNoUtf8AreReplaced) {
   EXPECT_EQ(describe(text("gr\xC3\xBC\xC3\x9F")).text, "grüß");
 }
 
-TEST_F(LabelTest, labelsAreCopied) {
+TEST_F(Labels, LabelsAreCopied) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpDimension& rows = dimensionAt(pivot(procedure, "T"), text("Rows"), 0);
@@ -177,24 +177,24 @@ std::vector<std::string> distinguished(std::vector<std::pair<std::string, std::s
 
 using Texts = std::vector<std::string>;
 
-TEST(Distinguish, leavesDifferentLabelsAlone) {
+TEST(Distinguish, LeavesDifferentLabelsAlone) {
   EXPECT_EQ(distinguished({{"a", "v"}, {"b", "v"}}), (Texts{"a", "b"}));
 }
 
-TEST(Distinguish, addsTheVariablesName) {
+TEST(Distinguish, AddsTheVariablesName) {
   EXPECT_EQ(distinguished({{"Age = 1", "v1"}, {"Age = 1", "v2"}, {"Sex = 1", "v3"}}),
             (Texts{"Age = 1 [v1]", "Age = 1 [v2]", "Sex = 1"}));
   EXPECT_EQ(distinguished({{"Variables", ""}, {"Variables", "arm"}}),
             (Texts{"Variables", "Variables [arm]"}));
 }
 
-TEST(Distinguish, addsANumberWhereNamesDoNotHelp) {
+TEST(Distinguish, AddsANumberWhereNamesDoNotHelp) {
   EXPECT_EQ(distinguished({{"x = Yes", "x"}, {"x = Yes", "x"}, {"x = Yes", "x"}}),
             (Texts{"x = Yes [x]", "x = Yes [x] (2)", "x = Yes [x] (3)"}));
   EXPECT_EQ(distinguished({{"a", ""}, {"a", ""}}), (Texts{"a", "a (2)"}));
 }
 
-TEST(Distinguish, neverMakesANewClash) {
+TEST(Distinguish, NeverMakesANewClash) {
   const Texts texts =
       distinguished({{"a", ""}, {"a (2)", ""}, {"a", ""}, {"a [v]", ""}, {"a", "v"}});
   for (size_t i = 0; i < texts.size(); ++i) {

@@ -49,9 +49,9 @@ void operator delete(void* memory, size_t) noexcept { operator delete(memory); }
 namespace workbench {
 namespace {
 
-class MemoryTest : public OutputTest {
+class Ownership : public OutputTest {
  protected:
-  MemoryTest() {
+  Ownership() {
     x_ = data.addNumber("variable with a long name", "A label that no short string can hold");
     region_ = data.addString("region of the country", "Region of the country");
     data.splitVariablesNow = {region_};
@@ -117,7 +117,7 @@ class MemoryTest : public OutputTest {
   std::unique_ptr<BpProcedure> procedure_;
 };
 
-TEST_F(MemoryTest, everyAllocationMayFail) {
+TEST_F(Ownership, EveryAllocationMayFail) {
   size_t failures = 0;
   for (const auto& call : calls()) {
     for (size_t k = 0;; ++k) {
@@ -135,7 +135,7 @@ TEST_F(MemoryTest, everyAllocationMayFail) {
   expectWhole(finish());
 }
 
-TEST_F(MemoryTest, aReportThatFailsLeavesNoHalfMessage) {
+TEST_F(Ownership, AReportThatFailsLeavesNoHalfMessage) {
   begin();
   size_t failures = 0;
   for (size_t k = 0;; ++k) {
@@ -156,7 +156,7 @@ TEST_F(MemoryTest, aReportThatFailsLeavesNoHalfMessage) {
   EXPECT_FALSE(done.failed);
 }
 
-TEST_F(MemoryTest, finishingMayFailAndBeRepeated) {
+TEST_F(Ownership, FinishingMayFailAndBeRepeated) {
   for (const auto& call : calls()) call();
   data.failureNow = "the disk was taken away in the middle of the run";
   size_t failures = 0;
@@ -175,7 +175,7 @@ TEST_F(MemoryTest, finishingMayFailAndBeRepeated) {
   EXPECT_EQ(document.procedures().back()->messages.size(), 1u);
 }
 
-TEST_F(MemoryTest, nothingIsLeftOfADocument) {
+TEST_F(Ownership, NothingIsLeftOfADocument) {
   const size_t before = bytesInUse;
   {
     OutputDocument other;
@@ -186,7 +186,7 @@ TEST_F(MemoryTest, nothingIsLeftOfADocument) {
   EXPECT_EQ(bytesInUse, before);
 }
 
-TEST_F(MemoryTest, halfAMillionCellsAreSmallAndQuick) {
+TEST_F(Ownership, HalfAMillionCellsAreSmallAndQuick) {
   constexpr int kPairs = 19900;
   constexpr int kMethods = 8;
   begin();

@@ -7,9 +7,9 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-class MessageTest : public OutputTest {};
+class Messages : public OutputTest {};
 
-TEST_F(MessageTest, keysArgumentsAndTexts) {
+TEST_F(Messages, KeysArgumentsAndTexts) {
   catalogue = Catalogue::parse(R"({"Param ^1, subcom ^2 ...": "^2: ^1 twice."})");
   begin();
   ParserMessage messages;
@@ -27,7 +27,7 @@ TEST_F(MessageTest, keysArgumentsAndTexts) {
   EXPECT_EQ(done.messages[1].text, "Plain ...") << "the catalogue has no such key";
 }
 
-TEST_F(MessageTest, everyFormOfAParserMessage) {
+TEST_F(Messages, EveryFormOfAParserMessage) {
   begin();
   ParserMessage messages;
   messages.SetCommandName("PROPORTIONS");
@@ -54,7 +54,7 @@ TEST_F(MessageTest, everyFormOfAParserMessage) {
             "E3 arm BY INDEPENDENTSAMPLES; ");
 }
 
-TEST_F(MessageTest, theProcedureNamesTheLevelOfItsWarnings) {
+TEST_F(Messages, TheProcedureNamesTheLevelOfItsWarnings) {
   const VarIndex x = data.addNumber("x", "The x");
   begin();
   BpError(text("Plain ..."), 2, 3);
@@ -69,13 +69,13 @@ TEST_F(MessageTest, theProcedureNamesTheLevelOfItsWarnings) {
   EXPECT_FALSE(done.failed) << "warnings do not fail a procedure, whatever their level";
 }
 
-TEST_F(MessageTest, anErrorFailsTheProcedure) {
+TEST_F(Messages, AnErrorFailsTheProcedure) {
   begin();
   ParserMessage().GenericError("E");
   EXPECT_TRUE(finish().failed);
 }
 
-TEST_F(MessageTest, errorsThatWereClearedDoNot) {
+TEST_F(Messages, ErrorsThatWereClearedDoNot) {
   begin();
   ParserMessage().GenericError("E");
   BEPesRepos::BEPesClear();
@@ -86,7 +86,7 @@ TEST_F(MessageTest, errorsThatWereClearedDoNot) {
   EXPECT_EQ(done.messages.size(), 2u) << "both are listed all the same";
 }
 
-TEST_F(MessageTest, errorsAfterTheClearDoAndTablesStay) {
+TEST_F(Messages, ErrorsAfterTheClearDoAndTablesStay) {
   begin();
   BEPesRepos::BEPesClear();
   BpProcedure procedure("Proportions", 10);
@@ -98,7 +98,7 @@ TEST_F(MessageTest, errorsAfterTheClearDoAndTablesStay) {
   EXPECT_EQ(done.tables.size(), 1u);
 }
 
-TEST_F(MessageTest, errorsOfOneProcedureDoNotFailTheNext) {
+TEST_F(Messages, ErrorsOfOneProcedureDoNotFailTheNext) {
   begin();
   ParserMessage().GenericError("E");
   finish();
@@ -106,7 +106,7 @@ TEST_F(MessageTest, errorsOfOneProcedureDoNotFailTheNext) {
   EXPECT_FALSE(finish().failed);
 }
 
-TEST_F(MessageTest, dataThatFailedShowNoTableAndTheReason) {
+TEST_F(Messages, DataThatFailedShowNoTableAndTheReason) {
   begin();
   BpProcedure procedure("Proportions", 10);
   dimensionAt(pivot(procedure, "T"), text("R"), 0).Category(text("a")).Cell(count(1));
@@ -119,7 +119,7 @@ TEST_F(MessageTest, dataThatFailedShowNoTableAndTheReason) {
   EXPECT_EQ(done.messages[0].arguments, (Arguments{"line 7 of data.csv is torn"}));
 }
 
-TEST_F(MessageTest, notesOfTheProcedure) {
+TEST_F(Messages, NotesOfTheProcedure) {
   catalogue = Catalogue::parse(R"({"Cases Used": "Cases", "used ...": "All of them."})");
   begin();
   AddNotes(4, text("Cases Used"), text("used ..."));
@@ -134,13 +134,13 @@ TEST_F(MessageTest, notesOfTheProcedure) {
   EXPECT_EQ(done.notes[1].value, "none");
 }
 
-TEST_F(MessageTest, fillingsAreNotFilledAgain) {
+TEST_F(Messages, FillingsAreNotFilledAgain) {
   begin();
   report(Severity::kWarning, "Name ^1 and ^2", {"^2", "[%1:^1:]1"});
   EXPECT_EQ(finish().messages[0].text, "Name ^2 and [%1:^1:]1");
 }
 
-TEST_F(MessageTest, bytesThatAreNoUtf8AreReplaced) {
+TEST_F(Messages, BytesThatAreNoUtf8AreReplaced) {
   begin("bad \xFF");
   report(Severity::kWarning, "Name ^1", {"\xC3("});
   const DocumentProcedure& done = finish();
@@ -149,7 +149,7 @@ TEST_F(MessageTest, bytesThatAreNoUtf8AreReplaced) {
   EXPECT_EQ(done.command, "bad \xEF\xBF\xBD");
 }
 
-TEST_F(MessageTest, nothingIsPutOutWhenNoProcedureRuns) {
+TEST_F(Messages, NothingIsPutOutWhenNoProcedureRuns) {
   EXPECT_THROW(report(Severity::kWarning, "W", {}), std::logic_error);
   EXPECT_THROW(BpError(text("W"), 2, 2), std::logic_error);
   EXPECT_THROW(AddNotes(4, text("a"), text("b")), std::logic_error);

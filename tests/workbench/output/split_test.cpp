@@ -4,9 +4,9 @@
 namespace workbench {
 namespace {
 
-class SplitTest : public OutputTest {
+class SplitTables : public OutputTest {
  protected:
-  SplitTest() {
+  SplitTables() {
     region_ = data.addString("region", "", {{"n", "North"}});
     year_ = data.addNumber("year", "Year of birth");
     data.splitVariablesNow = {region_, year_};
@@ -20,7 +20,7 @@ class SplitTest : public OutputTest {
   VarIndex region_, year_;
 };
 
-TEST_F(SplitTest, groupsAreRowsOfSharedTables) {
+TEST_F(SplitTables, GroupsAreRowsOfSharedTables) {
   BpProcedure procedure("Proportions", 10);
   enterGroup(procedure, {"n", 1990.0});
   write(procedure, "a", 1);
@@ -39,7 +39,7 @@ TEST_F(SplitTest, groupsAreRowsOfSharedTables) {
   EXPECT_EQ(cellsText(table), "North/ 1990/ a/ 1.000\nw/ ./ a/ 2.000\n");
 }
 
-TEST_F(SplitTest, groupsHaveTablesOfTheirOwn) {
+TEST_F(SplitTables, GroupsHaveTablesOfTheirOwn) {
   data.separate = true;
   BpProcedure procedure("Proportions", 10);
   enterGroup(procedure, {"n", 1.0});
@@ -57,7 +57,7 @@ TEST_F(SplitTest, groupsHaveTablesOfTheirOwn) {
   EXPECT_EQ(done.tables[0]->dimensions().size(), 1u);
 }
 
-TEST_F(SplitTest, theGroupIsRememberedUntilTheNextChange) {
+TEST_F(SplitTables, TheGroupIsRememberedUntilTheNextChange) {
   BpProcedure procedure("Proportions", 10);
   enterGroup(procedure, {"n", 1.0});
   data.splitNow = {"s", 2.0};  // the data have moved on
@@ -65,7 +65,7 @@ TEST_F(SplitTest, theGroupIsRememberedUntilTheNextChange) {
   EXPECT_EQ(cellsText(*finish().tables[0]), "North/ 1/ a/ 1.000\n");
 }
 
-TEST_F(SplitTest, aChangeAlonePutsNothingOut) {
+TEST_F(SplitTables, AChangeAlonePutsNothingOut) {
   BpProcedure procedure("Proportions", 10);
   enterGroup(procedure, {"n", 1.0});
   enterGroup(procedure, {"s", 1.0});
@@ -74,7 +74,7 @@ TEST_F(SplitTest, aChangeAlonePutsNothingOut) {
   EXPECT_TRUE(done.messages.empty());
 }
 
-TEST_F(SplitTest, valuesThatReadAlikeAreDifferentGroups) {
+TEST_F(SplitTables, ValuesThatReadAlikeAreDifferentGroups) {
   const VarIndex x = data.addNumber("x", "", {{1, "same"}, {2, "same"}});
   data.splitVariablesNow = {x};
   BpProcedure procedure("Proportions", 10);
@@ -85,7 +85,7 @@ TEST_F(SplitTest, valuesThatReadAlikeAreDifferentGroups) {
   EXPECT_EQ(cellsText(*finish().tables[0]), "same [x]/ a/ 1.000\nsame [x] (2)/ a/ 2.000\n");
 }
 
-TEST_F(SplitTest, splitVariablesThatReadAlikeAreToldApart) {
+TEST_F(SplitTables, SplitVariablesThatReadAlikeAreToldApart) {
   const VarIndex a = data.addNumber("a", "Same"), b = data.addNumber("b", "Same");
   data.splitVariablesNow = {a, b};
   data.separate = true;
@@ -95,7 +95,7 @@ TEST_F(SplitTest, splitVariablesThatReadAlikeAreToldApart) {
   EXPECT_EQ(finish().tables[0]->split(), (ShownSplit{{"Same [a]", "1"}, {"Same [b]", "2"}}));
 }
 
-TEST_F(SplitTest, aMessageWithTheSplitListNamesItsGroup) {
+TEST_F(SplitTables, AMessageWithTheSplitListNamesItsGroup) {
   BpProcedure procedure("Proportions", 10);
   enterGroup(procedure, {"n", 1990.0});
   BpComposite label("No ^1 in [%1 = %2:; ^1 = ^2:]2 ...");
@@ -116,7 +116,7 @@ TEST_F(SplitTest, aMessageWithTheSplitListNamesItsGroup) {
   EXPECT_TRUE(done.messages[2].split.empty());
 }
 
-TEST_F(SplitTest, theListIsEmptyWithoutSplitVariables) {
+TEST_F(SplitTables, TheListIsEmptyWithoutSplitVariables) {
   data.splitVariablesNow.clear();
   BpProcedure procedure("Proportions", 10);
   enterGroup(procedure, {});
@@ -130,7 +130,7 @@ TEST_F(SplitTest, theListIsEmptyWithoutSplitVariables) {
   EXPECT_EQ(finish().tables[0]->dimensions().size(), 1u);
 }
 
-TEST_F(SplitTest, aGroupWithoutValidCasesIsNamed) {
+TEST_F(SplitTables, AGroupWithoutValidCasesIsNamed) {
   BpProcedure procedure("Proportions", 10);
   enterGroup(procedure, {"n", 2.0});
   ProcedureDataSource source;
@@ -148,7 +148,7 @@ TEST_F(SplitTest, aGroupWithoutValidCasesIsNamed) {
   EXPECT_FALSE(done.failed);
 }
 
-TEST_F(SplitTest, theNextProcedureKnowsNoGroup) {
+TEST_F(SplitTables, TheNextProcedureKnowsNoGroup) {
   {
     BpProcedure procedure("Proportions", 10);
     enterGroup(procedure, {"n", 2.0});

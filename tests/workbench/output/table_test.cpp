@@ -6,9 +6,9 @@
 namespace workbench {
 namespace {
 
-class TableTest : public OutputTest {};
+class Tables : public OutputTest {};
 
-TEST_F(TableTest, everythingIsFoundOrMade) {
+TEST_F(Tables, EverythingIsFoundOrMade) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpPivotTable& table = pivot(procedure, "T");
@@ -28,7 +28,7 @@ TEST_F(TableTest, everythingIsFoundOrMade) {
   EXPECT_EQ(treeText(finish().tables[0]->dimensions()[0]), "G [G [], L], L, G (2)");
 }
 
-TEST_F(TableTest, referencesStayGoodWhileTheTreeGrows) {
+TEST_F(Tables, ReferencesStayGoodWhileTheTreeGrows) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpDimension& dimension = dimensionAt(pivot(procedure, "T"), text("D"), 0);
@@ -40,7 +40,7 @@ TEST_F(TableTest, referencesStayGoodWhileTheTreeGrows) {
   EXPECT_EQ(table.dimensions()[0].leafCount(), 5001);
 }
 
-TEST_F(TableTest, categoriesStandInTheOrderOfTheirAddition) {
+TEST_F(Tables, CategoriesStandInTheOrderOfTheirAddition) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpDimension& columns = dimensionAt(pivot(procedure, "T"), text("Statistics"), 1);
@@ -52,7 +52,7 @@ TEST_F(TableTest, categoriesStandInTheOrderOfTheirAddition) {
             "Observed [Successes, Trials], Error, Z");
 }
 
-TEST_F(TableTest, aCellStandsAtTheCurrentCategories) {
+TEST_F(Tables, ACellStandsAtTheCurrentCategories) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpPivotTable& table = pivot(procedure, "T");
@@ -70,7 +70,7 @@ TEST_F(TableTest, aCellStandsAtTheCurrentCategories) {
             "a/ x/ 1.000\nb/ x/ 2.000\nb/ y/ 3.000\na/ y/ 4.000\nb/ z/ 5.000\n");
 }
 
-TEST_F(TableTest, aSecondCellReplacesTheFirstWithItsNote) {
+TEST_F(Tables, ASecondCellReplacesTheFirstWithItsNote) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpCategory& leaf = dimensionAt(pivot(procedure, "T"), text("R"), 0).Category(text("a"));
@@ -85,7 +85,7 @@ TEST_F(TableTest, aSecondCellReplacesTheFirstWithItsNote) {
   EXPECT_EQ(table.cell(0).format, BpFormatSpec::Kind::kCount);
 }
 
-TEST_F(TableTest, notesStandOnTheCellsThatTheyWereGiven) {
+TEST_F(Tables, NotesStandOnTheCellsThatTheyWereGiven) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpDimension& rows = dimensionAt(pivot(procedure, "T"), text("R"), 0);
@@ -101,7 +101,7 @@ TEST_F(TableTest, notesStandOnTheCellsThatTheyWereGiven) {
   EXPECT_EQ(cellsText(*finish().tables[0]), "a/ 1.000\nb/ 2.000 Note ...\n");
 }
 
-TEST_F(TableTest, aFootnoteIsKeptOnce) {
+TEST_F(Tables, AFootnoteIsKeptOnce) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpCategory& leaf = dimensionAt(pivot(procedure, "T"), text("R"), 0).Category(text("a"));
@@ -115,7 +115,7 @@ TEST_F(TableTest, aFootnoteIsKeptOnce) {
   EXPECT_EQ(footnotes[1].text, "Test Value = 0.3");
 }
 
-TEST_F(TableTest, dimensionsStandOutermostFirst) {
+TEST_F(Tables, DimensionsStandOutermostFirst) {
   const VarIndex arm = data.addNumber("arm");
   const VarIndex region = data.addNumber("region");
   data.splitVariablesNow = {region};
@@ -136,7 +136,7 @@ TEST_F(TableTest, dimensionsStandOutermostFirst) {
   EXPECT_EQ(names, "region Variables arm Statistics ");
 }
 
-TEST_F(TableTest, aDimensionNamedByAVariableIsLikeNoOther) {
+TEST_F(Tables, ADimensionNamedByAVariableIsLikeNoOther) {
   const VarIndex region = data.addNumber("region");
   data.splitVariablesNow = {region};
   begin();
@@ -156,7 +156,7 @@ TEST_F(TableTest, aDimensionNamedByAVariableIsLikeNoOther) {
   EXPECT_EQ(cellsText(model), "1/ t/ v/ 1.000\n");
 }
 
-TEST_F(TableTest, categoriesThatReadAlikeAreToldApart) {
+TEST_F(Tables, CategoriesThatReadAlikeAreToldApart) {
   const VarIndex a = data.addNumber("v1", "Age", {{1, "yes"}, {2, "yes"}});
   const VarIndex b = data.addNumber("v2", "Age", {{1, "yes"}});
   begin();
@@ -174,7 +174,7 @@ TEST_F(TableTest, categoriesThatReadAlikeAreToldApart) {
             "Age = yes [v1]/ 1.000\nAge = yes [v1] (2)/ 2.000\nAge = yes [v2]/ 1.000\n");
 }
 
-TEST_F(TableTest, aDimensionMayComeAfterTheFirstCells) {
+TEST_F(Tables, ADimensionMayComeAfterTheFirstCells) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpPivotTable& table = pivot(procedure, "T");
@@ -187,7 +187,7 @@ TEST_F(TableTest, aDimensionMayComeAfterTheFirstCells) {
   EXPECT_EQ(cellsText(*finish().tables[0]), "a/ (none) 2.000\na/ x/ 4.000\n");
 }
 
-TEST_F(TableTest, aTableWithoutCellsIsLeftOut) {
+TEST_F(Tables, ATableWithoutCellsIsLeftOut) {
   begin();
   BpProcedure procedure("Proportions", 10);
   dimensionAt(pivot(procedure, "empty"), text("R"), 0).Category(text("a"));
@@ -197,7 +197,7 @@ TEST_F(TableTest, aTableWithoutCellsIsLeftOut) {
   EXPECT_EQ(done.tables[0]->title().text, "full");
 }
 
-TEST_F(TableTest, everySpecialValueIsKept) {
+TEST_F(Tables, EverySpecialValueIsKept) {
   begin();
   BpProcedure procedure("Proportions", 10);
   BpDimension& rows = dimensionAt(pivot(procedure, "T"), text("R"), 0);
@@ -211,7 +211,7 @@ TEST_F(TableTest, everySpecialValueIsKept) {
   EXPECT_EQ(table.cell(3).value, 5e-324);
 }
 
-TEST_F(TableTest, proceduresAreApart) {
+TEST_F(Tables, ProceduresAreApart) {
   begin("first");
   {
     BpProcedure procedure("Proportions", 10);
@@ -229,7 +229,7 @@ TEST_F(TableTest, proceduresAreApart) {
   EXPECT_EQ(document.procedures()[1]->command, "second");
 }
 
-TEST_F(TableTest, aProcedureOpensOneWhenNoneRuns) {
+TEST_F(Tables, AProcedureOpensOneWhenNoneRuns) {
   {
     BpProcedure procedure("Proportions", 10);
     EXPECT_TRUE(document.isOpen());
@@ -238,7 +238,7 @@ TEST_F(TableTest, aProcedureOpensOneWhenNoneRuns) {
   EXPECT_THROW(document.current(), std::logic_error);
 }
 
-TEST_F(TableTest, aDiscardedProcedureLeavesNothing) {
+TEST_F(Tables, ADiscardedProcedureLeavesNothing) {
   begin();
   BpError(text("W"), 2, 2);
   document.discardProcedure();

@@ -16,7 +16,7 @@ struct Example {
   const char* expected;
 };
 
-TEST(Template, fillsPlaceholdersAndRuns) {
+TEST(Template, FillsPlaceholdersAndRuns) {
   const Example examples[] = {
       {"^1 = ^2", {plain("x"), plain("1")}, "x = 1"},
       {"^2, ^1, ^2", {plain("a"), plain("b")}, "b, a, b"},
@@ -38,7 +38,7 @@ TEST(Template, fillsPlaceholdersAndRuns) {
   }
 }
 
-TEST(Template, leavesWhatIsNoPlaceholderAsItStands) {
+TEST(Template, LeavesWhatIsNoPlaceholderAsItStands) {
   const std::vector<TemplateItem> items{plain("x"), list({"1", "2"})};
   for (const char* form : {"^", "^^", "^0", "^3", "^9999", "a^", "%1", "[", "[]", "[:]", "[::]"}) {
     EXPECT_EQ(fillTemplate(form, items), form);
@@ -51,12 +51,12 @@ TEST(Template, leavesWhatIsNoPlaceholderAsItStands) {
   EXPECT_EQ(fillTemplate("[%1:, ^1:]1", items), "[%1:, x:]1") << "item 1 is no list";
 }
 
-TEST(Template, keepsAnElementThatIsCutShort) {
+TEST(Template, KeepsAnElementThatIsCutShort) {
   EXPECT_EQ(fillTemplate("[%1=%2:;^1=^2:]1", std::vector<TemplateItem>{list({"a", "1", "b"})}),
             "a=1;b=^2");
 }
 
-TEST(Template, takesAnyTextWithoutRunningAway) {
+TEST(Template, TakesAnyTextWithoutRunningAway) {
   // Every string of up to six of the signs that mean something.
   const std::string signs = "[:]^%1";
   const std::vector<TemplateItem> items{list({"p", "q", "r"})};

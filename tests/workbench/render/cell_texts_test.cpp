@@ -14,7 +14,7 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Cells of one row, shown with some options.
-class CellTextsTest : public testing::Test {
+class CellTextsOfTables : public testing::Test {
  protected:
   /// Adds a row with these cells.
   void addRow(const std::vector<SampleBench::CellAt>& cells) {
@@ -39,19 +39,19 @@ class CellTextsTest : public testing::Test {
 
 using Texts = std::vector<std::string>;
 
-TEST_F(CellTextsTest, threeDecimalsWhereNothingIsSmall) {
+TEST_F(CellTextsOfTables, ThreeDecimalsWhereNothingIsSmall) {
   addRow({{"Proportion", statistic(0.37)}, {"Z", statistic(-12.34567)}, {"Trials", count(100)}});
   EXPECT_EQ(texts(), (Texts{"0.370", "-12.346", "100"}));
 }
 
-TEST_F(CellTextsTest, decimalsOfAColumnAgree) {
+TEST_F(CellTextsOfTables, DecimalsOfAColumnAgree) {
   addRow({{"Proportion", statistic(0.5)}, {"Z", statistic(1)}});
   addRow({{"Proportion", statistic(0.0012)}, {"Z", statistic(2)}});
   addRow({{"Proportion", statistic(0)}, {"Z", statistic(3)}});
   EXPECT_EQ(texts(), (Texts{"0.5000", "1.000", "0.0012", "2.000", "0.0000", "3.000"}));
 }
 
-TEST_F(CellTextsTest, decimalsOfAnIntervalAgree) {
+TEST_F(CellTextsOfTables, DecimalsOfAnIntervalAgree) {
   BpPivotTable& table = pivot(procedure, "T");
   BpGroup& bounds = dimensionAt(table, text("Statistics"), 1)
                         .Group(composite("^1% Confidence Interval", labelNumber(95)), 1, 2);
@@ -60,7 +60,7 @@ TEST_F(CellTextsTest, decimalsOfAnIntervalAgree) {
   EXPECT_EQ(texts(), (Texts{"0.0047", "0.0111"}));
 }
 
-TEST_F(CellTextsTest, whatSixDecimalsCannotShowHasAnExponent) {
+TEST_F(CellTextsOfTables, WhatSixDecimalsCannotShowHasAnExponent) {
   addRow({{"Proportion", statistic(0.0000123)}, {"Z", statistic(1e-5)}});
   addRow({{"Proportion", statistic(1.26e-7)}, {"Z", statistic(9.9e-6)}});
   addRow({{"Proportion", statistic(-1e300)}, {"Z", statistic(-12345678.5)}});
@@ -68,14 +68,14 @@ TEST_F(CellTextsTest, whatSixDecimalsCannotShowHasAnExponent) {
                             "-12345678.500000"}));
 }
 
-TEST_F(CellTextsTest, pValuesAreKnownByTheirColumn) {
+TEST_F(CellTextsOfTables, PValuesAreKnownByTheirColumn) {
   addRow({{"Significance|One-Sided p", statistic(0)},
           {"Significance|Two-Sided p", statistic(0.0009)},
           {"Z", statistic(1e-9)}});
   EXPECT_EQ(texts(), (Texts{"<0.001", "<0.001", "1.0e-09"}));
 }
 
-TEST_F(CellTextsTest, digitsAreThoseAskedFor) {
+TEST_F(CellTextsOfTables, DigitsAreThoseAskedFor) {
   addRow({{"Proportion", statistic(0.0625)},
           {"Z", statistic(1e-9)},
           {"Trials", count(7)},
@@ -87,7 +87,7 @@ TEST_F(CellTextsTest, digitsAreThoseAskedFor) {
   EXPECT_EQ(texts(options), (Texts{"0.06250", "0.00000", "7", "0.04999"}));
 }
 
-TEST_F(CellTextsTest, sharesInPercent) {
+TEST_F(CellTextsOfTables, SharesInPercent) {
   addRow({{"Proportion", statistic(0.308)},
           {"Difference in Proportions", statistic(-0.0042)},
           {"Asymptotic Standard Error", statistic(1e-7)},
@@ -100,7 +100,7 @@ TEST_F(CellTextsTest, sharesInPercent) {
   EXPECT_EQ(texts(options), (Texts{"31%", "0%", "0%", "2", "0.500"}));
 }
 
-TEST_F(CellTextsTest, whatIsNoNumber) {
+TEST_F(CellTextsOfTables, WhatIsNoNumber) {
   addRow({{"Proportion", statistic(kSystemMissing)},
           {"Z", statistic(kNaN)},
           {"Lower", statistic(kInfinity)},
@@ -114,7 +114,7 @@ TEST_F(CellTextsTest, whatIsNoNumber) {
   EXPECT_EQ(texts(options), expected);
 }
 
-TEST(CellTexts, exactNumbersReadBack) {
+TEST(CellTexts, ExactNumbersReadBack) {
   EXPECT_EQ(exactNumber(kSystemMissing), "");
   EXPECT_EQ(exactNumber(5), "5");
   EXPECT_EQ(exactNumber(0.1), "0.1");

@@ -10,14 +10,14 @@ namespace {
 
 constexpr const char* kIntervals = "One-Sample Proportions Confidence Intervals";
 
-TEST(CsvFields, quotesWhatNeedsQuotes) {
+TEST(CsvFields, QuotesWhatNeedsQuotes) {
   EXPECT_EQ(csvText("a,\"b\"\nc\r"), "\"a,\"\"b\"\"\nc\r\"");
   EXPECT_EQ(csvText("plain text; 'so'"), "plain text; 'so'");
   EXPECT_EQ(csvText(" a "), "\" a \"");
   EXPECT_EQ(csvText(""), "");
 }
 
-TEST(CsvFields, formulasGetAnApostrophe) {
+TEST(CsvFields, FormulasGetAnApostrophe) {
   const std::pair<const char*, const char*> examples[] = {
       {"=1", "'=1"},
       {"+x", "'+x"},
@@ -34,13 +34,13 @@ TEST(CsvFields, formulasGetAnApostrophe) {
   for (const auto& [given, expected] : examples) EXPECT_EQ(csvText(given), expected);
 }
 
-TEST(CsvFields, whatASpreadsheetWouldNotRunStaysAsItIs) {
+TEST(CsvFields, WhatASpreadsheetWouldNotRunStaysAsItIs) {
   for (const char* text : {"-1", "+1.5", "-.5", "-1.", "-1e-5", "+2E+10", ">= 5", "< 5", "a=1"}) {
     EXPECT_EQ(csvText(text), text);
   }
 }
 
-TEST(CsvFields, numbersInFull) {
+TEST(CsvFields, NumbersInFull) {
   EXPECT_EQ(csvNumber(0.1), "0.1");
   EXPECT_EQ(csvNumber(1.0 / 3), "0.3333333333333333");
   EXPECT_EQ(csvNumber(1e-300), "1e-300");
@@ -82,7 +82,7 @@ Rows readRows(const std::string& csv) {
   return rows;
 }
 
-class CsvTest : public testing::Test {
+class TidyCsv : public testing::Test {
  protected:
   /// Adds a row of intervals with that label.
   void addInterval(const BpLabel& variable, double lower) {
@@ -112,7 +112,7 @@ class CsvTest : public testing::Test {
   BpProcedure procedure{"Proportions", 10};
 };
 
-TEST_F(CsvTest, columnsAreTheSameInEveryRun) {
+TEST_F(TidyCsv, ColumnsAreTheSameInEveryRun) {
   bench.document.finishProcedure(&bench.data);
   EXPECT_EQ(bench.rendered(Format::kCsv),
             "command,design,table,variable,success,variable2,success2,measurement,group_variable,"
@@ -120,7 +120,7 @@ TEST_F(CsvTest, columnsAreTheSameInEveryRun) {
             "p_one_sided,p_two_sided,level,lower,upper,note\n");
 }
 
-TEST_F(CsvTest, severalValuesStandBetweenBars) {
+TEST_F(TidyCsv, SeveralValuesStandBetweenBars) {
   const VarIndex x = bench.data.addNumber("x", "", {{1, "a|b"}, {2, "c"}});
   addInterval(levels(x, {1, 2}), 0.1);
   const Rows got = rows();
@@ -131,13 +131,13 @@ TEST_F(CsvTest, severalValuesStandBetweenBars) {
   EXPECT_EQ(got[0].at("test_value"), "");
 }
 
-TEST_F(CsvTest, theSignOfACutIsKept) {
+TEST_F(TidyCsv, TheSignOfACutIsKept) {
   const VarIndex x = bench.data.addNumber("x");
   addInterval(composite("^1 >= ^2", BpVariable(x, 2), BpDataValue(x, 2.5, 0)), 0.1);
   EXPECT_EQ(rows()[0].at("success"), ">= 2.5");
 }
 
-TEST_F(CsvTest, valuesThatReadAlikeKeepTheirNumber) {
+TEST_F(TidyCsv, ValuesThatReadAlikeKeepTheirNumber) {
   const VarIndex x = bench.data.addNumber("x", "", {{1, "Yes"}, {2, "Yes"}});
   addInterval(composite("^1 = ^2", BpVariable(x, 2), BpDataValue(x, 1.0, 2)), 0.1);
   addInterval(composite("^1 = ^2", BpVariable(x, 2), BpDataValue(x, 2.0, 2)), 0.2);
@@ -147,7 +147,7 @@ TEST_F(CsvTest, valuesThatReadAlikeKeepTheirNumber) {
   EXPECT_EQ(got[1].at("success"), "Yes (2)");
 }
 
-TEST_F(CsvTest, variablesOfOneLabelAreToldByTheirNames) {
+TEST_F(TidyCsv, VariablesOfOneLabelAreToldByTheirNames) {
   const VarIndex a = bench.data.addNumber("a", "Age"), b = bench.data.addNumber("b", "Age");
   addInterval(composite("^1 = ^2", BpVariable(a, 2), BpDataValue(a, 1.0, 2)), 0.1);
   addInterval(composite("^1 = ^2", BpVariable(b, 2), BpDataValue(b, 1.0, 2)), 0.2);
@@ -157,7 +157,7 @@ TEST_F(CsvTest, variablesOfOneLabelAreToldByTheirNames) {
   EXPECT_EQ(got[1].at("success"), "1");
 }
 
-TEST_F(CsvTest, aCategoryWithoutCellsHasARowOfItsOwn) {
+TEST_F(TidyCsv, ACategoryWithoutCellsHasARowOfItsOwn) {
   const VarIndex x = bench.data.addNumber("x");
   addInterval(composite("^1 = ^2", BpVariable(x, 2), BpDataValue(x, 1.0, 2)), 0.1);
   dimensionAt(pivot(procedure, kIntervals), text("Variables"), 0, 2)
@@ -170,7 +170,7 @@ TEST_F(CsvTest, aCategoryWithoutCellsHasARowOfItsOwn) {
   EXPECT_EQ(got[1].at("lower"), "");
 }
 
-TEST_F(CsvTest, splitVariablesHaveColumnsUnderTheirNames) {
+TEST_F(TidyCsv, SplitVariablesHaveColumnsUnderTheirNames) {
   NamedVariables& data = bench.data;
   const VarIndex x = data.addNumber("x");
   data.splitVariablesNow = {data.addString("region", "Part of the country"),
@@ -189,7 +189,7 @@ TEST_F(CsvTest, splitVariablesHaveColumnsUnderTheirNames) {
   EXPECT_EQ(got[0].at("group"), "");
 }
 
-TEST_F(CsvTest, tablesOfTheirOwnNameTheirGroup) {
+TEST_F(TidyCsv, TablesOfTheirOwnNameTheirGroup) {
   NamedVariables& data = bench.data;
   const VarIndex x = data.addNumber("x");
   data.splitVariablesNow = {data.addString("region", "Part", {{"n", "North"}})};
@@ -205,7 +205,7 @@ TEST_F(CsvTest, tablesOfTheirOwnNameTheirGroup) {
   EXPECT_EQ(got[1].at("region"), "");
 }
 
-TEST_F(CsvTest, notesStandOnceEach) {
+TEST_F(TidyCsv, NotesStandOnceEach) {
   const VarIndex x = bench.data.addNumber("x");
   addInterval(composite("^1 = ^2", BpVariable(x, 2), BpDataValue(x, 1.0, 2)), kSystemMissing);
   BpGroup& bounds = dimensionAt(pivot(procedure, kIntervals), text("Statistics"), 1)

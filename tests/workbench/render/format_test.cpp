@@ -5,7 +5,7 @@
 namespace workbench {
 namespace {
 
-TEST(Format, names) {
+TEST(Format, Names) {
   EXPECT_EQ(formatFromName("text"), Format::kText);
   EXPECT_EQ(formatFromName("Markdown"), Format::kMarkdown);
   EXPECT_EQ(formatFromName("json"), Format::kJson);
@@ -15,7 +15,7 @@ TEST(Format, names) {
   }
 }
 
-TEST(Format, endings) {
+TEST(Format, Endings) {
   EXPECT_EQ(formatFromEnding("out.txt"), Format::kText);
   EXPECT_EQ(formatFromEnding("a/b.c/out.MD"), Format::kMarkdown);
   EXPECT_EQ(formatFromEnding("x.json"), Format::kJson);
@@ -26,7 +26,7 @@ TEST(Format, endings) {
   }
 }
 
-TEST(Format, aStreamThatFailsShowsIt) {
+TEST(Format, AStreamThatFailsShowsIt) {
   SampleBench bench;
   sampleDocuments()[0].make(bench);
   bench.document.finishProcedure(&bench.data);

@@ -17,9 +17,9 @@ constexpr std::pair<Format, const char*> kEndings[] = {{Format::kText, ".txt"},
                                                        {Format::kJson, ".json"},
                                                        {Format::kCsv, ".csv"}};
 
-class GoldenTest : public testing::TestWithParam<SampleDocument> {
+class Golden : public testing::TestWithParam<SampleDocument> {
  protected:
-  GoldenTest() {
+  Golden() {
     GetParam().make(bench);
     bench.document.finishProcedure(&bench.data);
   }
@@ -41,11 +41,11 @@ class GoldenTest : public testing::TestWithParam<SampleDocument> {
   SampleBench bench;
 };
 
-TEST_P(GoldenTest, looksAsItDid) {
+TEST_P(Golden, LooksAsItDid) {
   for (const auto& [format, ending] : kEndings) compare(bench.rendered(format), ending);
 }
 
-TEST_P(GoldenTest, looksAsItDidInOtherWidths) {
+TEST_P(Golden, LooksAsItDidInOtherWidths) {
   for (const size_t width : {size_t{60}, size_t{80}, size_t{160}}) {
     RenderOptions options;
     options.width = width;
@@ -53,7 +53,7 @@ TEST_P(GoldenTest, looksAsItDidInOtherWidths) {
   }
 }
 
-TEST_P(GoldenTest, looksAsItDidWithAllThatMayBeAsked) {
+TEST_P(Golden, LooksAsItDidWithAllThatMayBeAsked) {
   RenderOptions options;
   options.width = 80;
   options.digits = 2;
@@ -62,7 +62,7 @@ TEST_P(GoldenTest, looksAsItDidWithAllThatMayBeAsked) {
   compare(bench.rendered(Format::kMarkdown, options), ".all.md");
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, GoldenTest, testing::ValuesIn(sampleDocuments()),
+INSTANTIATE_TEST_SUITE_P(Samples, Golden, testing::ValuesIn(sampleDocuments()),
                          [](const auto& sample) { return std::string(sample.param.name); });
 
 }  // namespace

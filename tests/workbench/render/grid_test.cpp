@@ -20,15 +20,15 @@ std::string placesText(const GridAxis& axis) {
   return result;
 }
 
-class GridTest : public testing::Test {
+class Grids : public testing::Test {
  protected:
-  GridTest() { bench.document.beginProcedure("", ""); }
+  Grids() { bench.document.beginProcedure("", ""); }
   const Table& table() { return *bench.document.current().tables[0]; }
   SampleBench bench;
   BpProcedure procedure{"Proportions", 10};
 };
 
-TEST_F(GridTest, placesStandInTreeOrder) {
+TEST_F(Grids, PlacesStandInTreeOrder) {
   BpDimension& columns = dimensionAt(pivot(procedure, "T"), text("C"), 1);
   columns.Group(text("G"), 1, 2).Category(text("a")).Cell(count(1));
   columns.Category(text("b")).Cell(count(2));
@@ -41,7 +41,7 @@ TEST_F(GridTest, placesStandInTreeOrder) {
   EXPECT_EQ(grid.cell(0, 2), 1u);
 }
 
-TEST_F(GridTest, outerDimensionsComeFirst) {
+TEST_F(Grids, OuterDimensionsComeFirst) {
   BpPivotTable& pivotTable = pivot(procedure, "T");
   BpDimension& inner = dimensionAt(pivotTable, text("I"), 0, 1);
   BpDimension& outer = dimensionAt(pivotTable, text("O"), 0, 2);
@@ -52,7 +52,7 @@ TEST_F(GridTest, outerDimensionsComeFirst) {
   EXPECT_EQ(placesText(Grid(table()).rows()), "1/ a/ \n1/ b/ \n2/ a/ \n2/ b/ \n");
 }
 
-TEST_F(GridTest, splitGroupsStandInTheOrderInWhichTheyWereWritten) {
+TEST_F(Grids, SplitGroupsStandInTheOrderInWhichTheyWereWritten) {
   bench.data.splitVariablesNow = {bench.data.addString("region"), bench.data.addNumber("year")};
   const std::vector<std::vector<SplitValue>> groups{{"east", 2.0}, {"west", 1.0}, {"west", 2.0}};
   for (const std::vector<SplitValue>& group : groups) {
@@ -63,7 +63,7 @@ TEST_F(GridTest, splitGroupsStandInTheOrderInWhichTheyWereWritten) {
   EXPECT_EQ(placesText(Grid(table()).rows()), "east/ 2/ \nwest/ 1/ \nwest/ 2/ \n");
 }
 
-TEST_F(GridTest, categoriesWithoutCellsAreShownUnlessAMissingValueShows) {
+TEST_F(Grids, CategoriesWithoutCellsAreShownUnlessAMissingValueShows) {
   const VarIndex x = bench.data.addNumber("x");
   BpPivotTable& pivotTable = pivot(procedure, "T");
   BpDimension& inner = dimensionAt(pivotTable, text("I"), 0, 1);
@@ -82,7 +82,7 @@ TEST_F(GridTest, categoriesWithoutCellsAreShownUnlessAMissingValueShows) {
   EXPECT_EQ(grid.cell(1, 1), 0u);
 }
 
-TEST_F(GridTest, aMissingValueWithCellsIsShown) {
+TEST_F(Grids, AMissingValueWithCellsIsShown) {
   const VarIndex x = bench.data.addNumber("x");
   dimensionAt(pivot(procedure, "T"), text("R"), 0)
       .Category(composite("^1", BpDataValue(x, kSystemMissing, 2)))

@@ -6,13 +6,13 @@
 namespace workbench {
 namespace {
 
-TEST(HtmlText, nothingBecomesMarkup) {
+TEST(HtmlText, NothingBecomesMarkup) {
   EXPECT_EQ(htmlText("<a href='x' title=\"y\">&amp;"),
             "&lt;a href=&#39;x&#39; title=&quot;y&quot;&gt;&amp;amp;");
   EXPECT_EQ(htmlText("\x1B[31m"), "\\u001B[31m");
 }
 
-TEST(HtmlText, markdownOfTheDocuments) {
+TEST(HtmlText, MarkdownOfTheDocuments) {
   EXPECT_EQ(htmlFromMarkdown("One *em* and `a < b`,\nstill **strong**.\n\nTwo\n"),
             "<p>One <em>em</em> and <code>a &lt; b</code>, still <strong>strong</strong>.</p>"
             "<p>Two</p>");
@@ -24,7 +24,7 @@ TEST(HtmlText, markdownOfTheDocuments) {
   EXPECT_EQ(htmlFromMarkdown(""), "");
 }
 
-class HtmlTest : public testing::TestWithParam<SampleDocument> {
+class Html : public testing::TestWithParam<SampleDocument> {
  protected:
   std::string html() {
     GetParam().make(bench);
@@ -41,7 +41,7 @@ size_t countOf(const std::string& text, const std::string& part) {
 }
 
 /// Elements that are opened, but for those that have no end.
-TEST_P(HtmlTest, everyElementIsClosed) {
+TEST_P(Html, EveryElementIsClosed) {
   const std::string page = html();
   const std::string body = page.substr(page.find("<body>"));
   std::vector<std::string> open;
@@ -60,7 +60,7 @@ TEST_P(HtmlTest, everyElementIsClosed) {
   EXPECT_TRUE(open.empty());
 }
 
-TEST_P(HtmlTest, nothingIsAskedForFromElsewhere) {
+TEST_P(Html, NothingIsAskedForFromElsewhere) {
   const std::string page = html();
   for (const char* part : {"<script", "<img", "<iframe", "http:", "https:", "url(", "@import"}) {
     EXPECT_EQ(page.find(part), std::string::npos) << part;
@@ -68,7 +68,7 @@ TEST_P(HtmlTest, nothingIsAskedForFromElsewhere) {
   EXPECT_EQ(countOf(page, "Content-Security-Policy"), 1u);
 }
 
-TEST_P(HtmlTest, footnotesAreLinkedBothWays) {
+TEST_P(Html, FootnotesAreLinkedBothWays) {
   const std::string page = html();
   for (size_t at = page.find("href=\"#"); at != std::string::npos;
        at = page.find("href=\"#", at + 1)) {
@@ -77,15 +77,15 @@ TEST_P(HtmlTest, footnotesAreLinkedBothWays) {
   }
 }
 
-TEST_P(HtmlTest, everyHeaderCellSaysWhatItHeads) {
+TEST_P(Html, EveryHeaderCellSaysWhatItHeads) {
   const std::string page = html();
   EXPECT_EQ(countOf(page, "<th"), countOf(page, "<th scope=\"") + countOf(page, "<thead"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, HtmlTest, testing::ValuesIn(sampleDocuments()),
+INSTANTIATE_TEST_SUITE_P(Samples, Html, testing::ValuesIn(sampleDocuments()),
                          [](const auto& sample) { return std::string(sample.param.name); });
 
-class LongHtmlTest : public testing::Test {
+class LongHtml : public testing::Test {
  protected:
   /// A table of intervals with so many variables.
   std::string page(int variables) {
@@ -110,7 +110,7 @@ class LongHtmlTest : public testing::Test {
   SampleBench bench;
 };
 
-TEST_F(LongHtmlTest, aLongTableIsWrittenInParts) {
+TEST_F(LongHtml, ALongTableIsWrittenInParts) {
   const std::string text = page(401);
   EXPECT_EQ(countOf(text, "<table "), 3u);
   EXPECT_NE(text.find("Rows 401 to 401 of 401"), std::string::npos);
@@ -118,13 +118,13 @@ TEST_F(LongHtmlTest, aLongTableIsWrittenInParts) {
   EXPECT_EQ(countOf(text, "<tr>"), 2 * 401u + 3 * 2);
 }
 
-TEST_F(LongHtmlTest, theFirst200IntervalsAreDrawnAndTheRestSaid) {
+TEST_F(LongHtml, TheFirst200IntervalsAreDrawnAndTheRestSaid) {
   const std::string text = page(201);
   EXPECT_EQ(countOf(text, "<circle"), 200u);
   EXPECT_NE(text.find("The first 200 of 201 intervals are drawn"), std::string::npos);
 }
 
-TEST_F(LongHtmlTest, allAreDrawnWhereThereAreNoMore) {
+TEST_F(LongHtml, AllAreDrawnWhereThereAreNoMore) {
   const std::string text = page(200);
   EXPECT_EQ(countOf(text, "<circle"), 200u);
   EXPECT_EQ(countOf(text, "<table "), 1u);

@@ -16,7 +16,7 @@ json finished(SampleBench& bench) {
   return json::parse(bench.rendered(Format::kJson));
 }
 
-TEST(Json, everySampleIsWellFormed) {
+TEST(Json, EverySampleIsWellFormed) {
   for (const SampleDocument& sample : sampleDocuments()) {
     SampleBench bench;
     sample.make(bench);
@@ -26,13 +26,13 @@ TEST(Json, everySampleIsWellFormed) {
   }
 }
 
-TEST(Json, anEmptyDocument) {
+TEST(Json, AnEmptyDocument) {
   const SampleBench bench;
   EXPECT_EQ(json::parse(bench.rendered(Format::kJson)),
             (json{{"schema", "proportions-output/1"}, {"procedures", json::array()}}));
 }
 
-TEST(Json, everyCellNamesItsPlaceByLabelsThatAreListed) {
+TEST(Json, EveryCellNamesItsPlaceByLabelsThatAreListed) {
   for (const SampleDocument& sample : sampleDocuments()) {
     SampleBench bench;
     sample.make(bench);
@@ -57,7 +57,7 @@ TEST(Json, everyCellNamesItsPlaceByLabelsThatAreListed) {
   }
 }
 
-TEST(Json, valuesReadBack) {
+TEST(Json, ValuesReadBack) {
   SampleBench bench;
   bench.document.beginProcedure("", "");
   BpProcedure procedure("Proportions", 10);
@@ -73,7 +73,7 @@ TEST(Json, valuesReadBack) {
   }
 }
 
-TEST(Json, whatIsNoNumber) {
+TEST(Json, WhatIsNoNumber) {
   SampleBench bench;
   bench.document.beginProcedure("", "");
   BpProcedure procedure("Proportions", 10);
@@ -90,7 +90,7 @@ TEST(Json, whatIsNoNumber) {
   EXPECT_EQ(cells[3]["value"], "-Infinity");
 }
 
-TEST(Json, absentMembers) {
+TEST(Json, AbsentMembers) {
   SampleBench bench;
   bench.document.beginProcedure("", "");
   BpProcedure procedure("Proportions", 10);
@@ -106,7 +106,7 @@ TEST(Json, absentMembers) {
   EXPECT_FALSE(category.contains("categories"));
 }
 
-TEST(Json, labelsNameTheirVariablesAndValues) {
+TEST(Json, LabelsNameTheirVariablesAndValues) {
   SampleBench bench;
   NamedVariables& data = bench.data;
   const VarIndex x = data.addNumber("x", "Smoker", {{1, "Yes"}}), s = data.addString("s");

@@ -7,7 +7,7 @@
 namespace workbench {
 namespace {
 
-TEST(MethodPages, aMethodHasItsFormulaAndItsSource) {
+TEST(MethodPages, AMethodHasItsFormulaAndItsSource) {
   const TableKind intervals{Design::kOneSample, ResultKind::kIntervals};
   const std::string_view wilson = describedMethod(*findMethod(intervals, "Wilson Score"));
   EXPECT_NE(wilson.find("√"), std::string_view::npos);
@@ -15,7 +15,7 @@ TEST(MethodPages, aMethodHasItsFormulaAndItsSource) {
   EXPECT_EQ(wilson.find('#'), std::string_view::npos);
 }
 
-TEST(MethodPages, intervalsAndTestsOfOneNameAreDifferent) {
+TEST(MethodPages, IntervalsAndTestsOfOneNameAreDifferent) {
   const std::string_view interval =
       describedMethod(*findMethod({Design::kPaired, ResultKind::kIntervals}, "Wald"));
   const std::string_view test =
@@ -25,7 +25,7 @@ TEST(MethodPages, intervalsAndTestsOfOneNameAreDifferent) {
   EXPECT_NE(interval, test);
 }
 
-TEST(MethodPages, everyMethodIsDescribed) {
+TEST(MethodPages, EveryMethodIsDescribed) {
   for (const Design design : {Design::kOneSample, Design::kPaired, Design::kIndependent}) {
     for (const ResultKind kind : {ResultKind::kIntervals, ResultKind::kTests}) {
       for (const char* label : {"Wald", "Wald (Continuity Corrected)"}) {
@@ -39,7 +39,7 @@ TEST(MethodPages, everyMethodIsDescribed) {
   EXPECT_NE(sharedNotation().find("Throughout"), std::string::npos);
 }
 
-TEST(MethodPages, whatNoPageKnowsIsEmpty) {
+TEST(MethodPages, WhatNoPageKnowsIsEmpty) {
   const Method unknown{{Design::kPaired, ResultKind::kTests}, "WILSON_SCORE", "", ""};
   EXPECT_TRUE(describedMethod(unknown).empty());
 }

@@ -12,7 +12,7 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(NumberText, decimalsAreRoundedAsTheDecimalFormSuggests) {
+TEST(NumberText, DecimalsAreRoundedAsTheDecimalFormSuggests) {
   struct Example {
     double value;
     int decimals;
@@ -47,7 +47,7 @@ TEST(NumberText, decimalsAreRoundedAsTheDecimalFormSuggests) {
   }
 }
 
-TEST(NumberText, percent) {
+TEST(NumberText, Percent) {
   EXPECT_EQ(fixedText(0.308, 1, 2), "30.8");
   EXPECT_EQ(fixedText(0.30799, 1, 2), "30.8");
   EXPECT_EQ(fixedText(1, 1, 2), "100.0");
@@ -58,7 +58,7 @@ TEST(NumberText, percent) {
   EXPECT_EQ(fixedText(0.001, 1, 2), "0.1");
 }
 
-TEST(NumberText, countsAreWholeNumbers) {
+TEST(NumberText, CountsAreWholeNumbers) {
   EXPECT_EQ(countText(0), "0");
   EXPECT_EQ(countText(-0.0), "0");
   EXPECT_EQ(countText(37), "37");
@@ -68,7 +68,7 @@ TEST(NumberText, countsAreWholeNumbers) {
   EXPECT_EQ(countText(kSystemMissing), ".");
 }
 
-TEST(NumberText, probabilities) {
+TEST(NumberText, Probabilities) {
   EXPECT_EQ(probabilityText(0.5), "0.500");
   EXPECT_EQ(probabilityText(0.001), "0.001");
   EXPECT_EQ(probabilityText(0.00099999), "<0.001");
@@ -83,7 +83,7 @@ TEST(NumberText, probabilities) {
   EXPECT_EQ(probabilityText(kInfinity), "Infinity");
 }
 
-TEST(NumberText, decimalsLeaveTwoDigits) {
+TEST(NumberText, DecimalsLeaveTwoDigits) {
   EXPECT_EQ(decimalsFor(0.5, 3, 6), 3);
   EXPECT_EQ(decimalsFor(-0.01, 3, 6), 3);
   EXPECT_EQ(decimalsFor(0.0099, 3, 6), 4);

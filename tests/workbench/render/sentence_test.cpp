@@ -8,7 +8,7 @@ namespace workbench {
 namespace {
 
 /// Rows of the known tables, as the designs write them.
-class SentenceTest : public testing::Test {
+class Sentences : public testing::Test {
  protected:
   BpPivotTable& table(const char* title) { return pivot(procedure, title); }
   BpComposite equals(VarIndex variable, double value) {
@@ -46,18 +46,18 @@ class SentenceTest : public testing::Test {
 
 using Texts = std::vector<std::string>;
 
-TEST_F(SentenceTest, anIntervalOfAProportion) {
+TEST_F(Sentences, AnIntervalOfAProportion) {
   addOneSampleInterval(equals(bench.data.addNumber("x"), 1), 81, 263, 0.25529, 0.36624);
   EXPECT_EQ(sentences(), (Texts{"81 of 263 (30.8%; 95% CI 25.5% to 36.6%, Wilson score)"}));
   EXPECT_EQ(sentences(3), (Texts{"81 of 263 (30.798%; 95% CI 25.529% to 36.624%, Wilson score)"}));
 }
 
-TEST_F(SentenceTest, decimalsLeaveEachNumberTwoDigits) {
+TEST_F(Sentences, DecimalsLeaveEachNumberTwoDigits) {
   addOneSampleInterval(equals(bench.data.addNumber("x"), 1), 3, 1000, 0.00102, 0.00878);
   EXPECT_EQ(sentences(), (Texts{"3 of 1000 (0.30%; 95% CI 0.10% to 0.88%, Wilson score)"}));
 }
 
-TEST_F(SentenceTest, severalVariablesAreNamed) {
+TEST_F(Sentences, SeveralVariablesAreNamed) {
   addOneSampleInterval(equals(bench.data.addNumber("x", "Smoker", {{1, "Yes"}}), 1), 1, 2, 0.1,
                        0.9);
   addOneSampleInterval(equals(bench.data.addNumber("y"), 0), 1, 4, 0.1, 0.9);
@@ -65,13 +65,13 @@ TEST_F(SentenceTest, severalVariablesAreNamed) {
                                 "y = 0: 1 of 4 (25.0%; 95% CI 10.0% to 90.0%, Wilson score)"}));
 }
 
-TEST_F(SentenceTest, boundsThatAreNoNumbers) {
+TEST_F(Sentences, BoundsThatAreNoNumbers) {
   const VarIndex x = bench.data.addNumber("x");
   addOneSampleInterval(equals(x, 1), 1, 2, kSystemMissing, kSystemMissing);
   EXPECT_EQ(sentences(), (Texts{"1 of 2 (50.0%; 95% CI not available, Wilson score)"}));
 }
 
-TEST_F(SentenceTest, aTestOfAProportion) {
+TEST_F(Sentences, ATestOfAProportion) {
   const char* title = "One-Sample Proportions Tests";
   addRow(title, "Test Type", "Score", equals(bench.data.addNumber("x"), 1),
          {{"Observed|Successes", count(428)},
@@ -87,7 +87,7 @@ TEST_F(SentenceTest, aTestOfAProportion) {
                                 "p = 0.502 (two-sided)"}));
 }
 
-TEST_F(SentenceTest, pairsNameBothProportions) {
+TEST_F(Sentences, PairsNameBothProportions) {
   const VarIndex a = bench.data.addNumber("a"), b = bench.data.addNumber("b");
   BpDimension& rows =
       dimensionAt(table("Paired-Samples Proportions Statistics"), text("Variables"), 0);
@@ -109,7 +109,7 @@ TEST_F(SentenceTest, pairsNameBothProportions) {
                                 "percentage points, exact binomial test, p < 0.001 (two-sided)"}));
 }
 
-TEST_F(SentenceTest, groupsNameBothProportions) {
+TEST_F(Sentences, GroupsNameBothProportions) {
   const VarIndex x = bench.data.addNumber("x"), g = bench.data.addNumber("g", "Treatment");
   const char* statistics = "Independent-Samples Proportions Group Statistics";
   for (const auto& [level, successes] : {std::pair(1.0, 189.0), std::pair(2.0, 104.0)}) {
@@ -130,7 +130,7 @@ TEST_F(SentenceTest, groupsNameBothProportions) {
                                 "(95% CI 0.47 to 1.08, Newcombe)"}));
 }
 
-TEST_F(SentenceTest, splitGroupsAreNamed) {
+TEST_F(Sentences, SplitGroupsAreNamed) {
   const VarIndex x = bench.data.addNumber("x");
   bench.data.splitVariablesNow = {bench.data.addString("region")};
   for (const char* region : {"north", "south"}) {
@@ -144,7 +144,7 @@ TEST_F(SentenceTest, splitGroupsAreNamed) {
   EXPECT_EQ(got[1].substr(0, 27), "region = south: 1 of 2 (50.");
 }
 
-TEST_F(SentenceTest, whatHasNoResultSaysSo) {
+TEST_F(Sentences, WhatHasNoResultSaysSo) {
   const VarIndex a = bench.data.addNumber("a"), b = bench.data.addNumber("b");
   addOneSampleInterval(equals(a, 1), 1, 2, 0.1, 0.9);
   dimensionAt(table(kOneIntervals), text("Variables"), 0, 2).Category(equals(b, 1));

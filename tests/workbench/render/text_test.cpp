@@ -8,16 +8,16 @@
 namespace workbench {
 namespace {
 
-class TextTest : public testing::TestWithParam<SampleDocument> {
+class PlainText : public testing::TestWithParam<SampleDocument> {
  protected:
-  TextTest() {
+  PlainText() {
     GetParam().make(bench);
     bench.document.finishProcedure(&bench.data);
   }
   SampleBench bench;
 };
 
-TEST_P(TextTest, noLineIsWiderThanAsked) {
+TEST_P(PlainText, NoLineIsWiderThanAsked) {
   for (size_t width = kNarrowestWidth; width <= 200; width += 3) {
     RenderOptions options;
     options.width = width;
@@ -40,7 +40,7 @@ std::vector<std::string> cellTexts(const OutputDocument& document) {
   return texts;
 }
 
-TEST_P(TextTest, everyNumberStandsInEveryWidth) {
+TEST_P(PlainText, EveryNumberStandsInEveryWidth) {
   for (const size_t width : {kNarrowestWidth, size_t{60}, size_t{80}, size_t{400}}) {
     RenderOptions options;
     options.width = width;
@@ -51,7 +51,7 @@ TEST_P(TextTest, everyNumberStandsInEveryWidth) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, TextTest, testing::ValuesIn(sampleDocuments()),
+INSTANTIATE_TEST_SUITE_P(Samples, PlainText, testing::ValuesIn(sampleDocuments()),
                          [](const auto& sample) { return std::string(sample.param.name); });
 
 }  // namespace
