@@ -10,7 +10,8 @@ from statistics import NormalDist
 
 from program import ProgramTest
 
-sys.path.insert(0, str(Path(__file__).parents[1] / "reference" / "generate"))
+REFERENCE = Path(__file__).parents[1] / "reference"
+sys.path.insert(0, str(REFERENCE / "generate"))
 from resampling_draws import Stream, multinomial  # noqa: E402
 
 NORMAL = NormalDist()
@@ -200,6 +201,35 @@ class Bootstrap(ProgramTest):
             ((imputed, "--split", "Imputation_", "--bootstrap", "10"), "Imputation_"),
         ]:
             self.assertIn(words, self.unusable(*arguments, "-c", "PROPORTIONS /ONESAMPLE y."))
+
+    def cases_of(self, design, counts):
+        """Data file, command and quantity of a row of the reference values."""
+        if design == "one-sample":
+            rows = [(1,)] * counts[0] + [(0,)] * (counts[1] - counts[0])
+            return ["y"], rows, "PROPORTIONS /ONESAMPLE y TESTTYPES=NONE.", "Proportion"
+        if design == "independent":
+            rows = [(int(i < x), g) for g, (x, n) in enumerate([counts[:2], counts[2:]], 1)
+                    for i in range(n)]
+            return (["y", "g"], rows, "PROPORTIONS /INDEPENDENTSAMPLES y BY g TESTTYPES=NONE.",
+                    "Difference")
+        rows = [pair for pair, n in zip([(1, 1), (1, 0), (0, 1), (0, 0)], counts)
+                for _ in range(n)]
+        return (["x", "y"], rows, "PROPORTIONS /PAIREDSAMPLES x y TESTTYPES=NONE.", "Difference")
+
+    def test_standard_errors_agree_with_another_program(self):
+        samples, others = 20_000, 100_000
+        lines = [line.split(",") for line in
+                 (REFERENCE / "resampling" / "r_boot.csv").read_text().splitlines()
+                 if not line.startswith("#")]
+        self.assertEqual(len(lines), 5)
+        for design, counts, error in lines:
+            header, rows, command, quantity = self.cases_of(design, [int(n) for n in counts.split()])
+            table, = self.bootstrap(command, self.data("d.csv", header, rows), "--bootstrap",
+                                    str(samples), "--seed", "8")
+            got = self.values(table, Quantity=quantity)[("Std. Error",)]
+            # Four standard deviations of the quotient of two such errors, of normal samples.
+            allowed = 4 * math.sqrt(1 / (2 * samples) + 1 / (2 * others))
+            self.assertAlmostEqual(got / float(error), 1, delta=allowed, msg=f"{design} {counts}")
 
     def test_samples_without_a_value_are_counted(self):
         kinds = [(1, 1), (0, 1), (1, 2), (0, 2)]

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <future>
 #include <optional>
 #include <string>
 #include <thread>
@@ -26,9 +28,9 @@
 namespace workbench {
 namespace {
 
-/// Weights that the samples of a batch may take, all together.
-constexpr double kBatchWeights = 8e6;
-constexpr int64_t kMostSamplesInBatch = 500;
+/// Weights that the samples of a batch may take, all together; two batches are held at a time.
+constexpr double kBatchWeights = 4e6;
+constexpr int64_t kMostSamplesInBatch = 100;
 /// Rows to read for all cases left out, beyond which BCa bounds would take too long.
 constexpr double kMostLeftOutWork = 4e8;
 
@@ -94,6 +96,42 @@ int64_t batchSize(const SampledCases& cases) {
   for (const CaseGroup& group : cases.groups) rows += static_cast<double>(group.rows);
   return std::clamp<int64_t>(static_cast<int64_t>(kBatchWeights / rows), 1, kMostSamplesInBatch);
 }
+
+/// Draws batch after batch, the next one while the caller works on the last.
+class BatchDrawer {
+ public:
+  struct Batch {
+    int64_t first;  ///< number of its first sample
+    Samples samples;
+  };
+
+  BatchDrawer(const SampledCases& cases, const BootstrapOptions& options)
+      : cases_(cases), options_(options), size_(batchSize(cases)) {
+    drawNext();
+  }
+
+  /// Nothing after the last one.
+  std::optional<Batch> next() {
+    if (!drawn_.valid()) return std::nullopt;
+    Batch batch{first_, drawn_.get()};
+    first_ += size_;
+    drawNext();
+    return batch;
+  }
+
+ private:
+  void drawNext() {
+    if (first_ > options_.samples) return;
+    drawn_ = std::async(std::launch::async, drawSamples, std::cref(cases_), options_.seed, first_,
+                        std::min(first_ + size_, options_.samples + 1));
+  }
+
+  const SampledCases& cases_;
+  const BootstrapOptions& options_;
+  int64_t size_;
+  int64_t first_ = 1;
+  std::future<Samples> drawn_;
+};
 
 std::optional<size_t> onlyTheData(int64_t sample) {
   return sample == 0 ? std::optional<size_t>(0) : std::nullopt;
@@ -226,18 +264,16 @@ void addBootstrap(Session& session, const CommandFacts& facts, const BootstrapOp
   refuseTooMany(options, findings.results.results().size());
   findings.results = SampledResults(static_cast<size_t>(options.samples) + 1);
   runner.run(none, takeTheData);
+  BatchDrawer drawer(cases, options);
   findings.leftOut = leaveOut(session, facts, cases, findings.results, runner);
-  const int64_t size = batchSize(cases);
-  for (int64_t first = 1; first <= options.samples; first += size) {
-    const int64_t last = std::min(first + size, options.samples + 1);
-    runner.run(drawSamples(cases, options.seed, first, last),
-               [&](const DocumentProcedure& procedure) {
-                 findings.messages += messagesAboutSamples(procedure);
-                 findings.results.add(procedure, [&](int64_t sample) -> std::optional<size_t> {
-                   if (sample == 0) return std::nullopt;
-                   return static_cast<size_t>(first + sample - 1);
-                 });
-               });
+  while (const auto batch = drawer.next()) {
+    runner.run(batch->samples, [&](const DocumentProcedure& procedure) {
+      findings.messages += messagesAboutSamples(procedure);
+      findings.results.add(procedure, [&](int64_t sample) -> std::optional<size_t> {
+        if (sample == 0) return std::nullopt;
+        return static_cast<size_t>(batch->first + sample - 1);
+      });
+    });
   }
   addBootstrapTables(session, facts.level, findings);
 }

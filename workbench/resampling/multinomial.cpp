@@ -1,24 +1,33 @@
 #include "workbench/resampling/multinomial.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 
 namespace workbench {
 namespace {
 
 constexpr double kInversionLimit = 10.0;
 
-/// ln((1 + s) / (1 - s)) for |s| <= 1/3: its series, to the last term that counts.
+/// 1 / (2 k + 1) and 1 / k: the coefficients of the series below, of which multiplications alone
+/// are left to do.
+template <size_t N>
+constexpr std::array<double, N> reciprocals(double first, double step) {
+  std::array<double, N> values{};
+  for (size_t k = 0; k < N; ++k) values[k] = 1 / (first + step * static_cast<double>(k));
+  return values;
+}
+
+/// ln((1 + s) / (1 - s)) by the first terms of its series in s^2.
+template <size_t Terms>
 double twiceAtanh(double s) {
+  constexpr auto kCoefficients = reciprocals<Terms>(1, 2);
   const double square = s * s;
-  double power = s, sum = 0;
-  for (int k = 1; k < 60; k += 2) {
-    const double next = sum + power / k;
-    if (next == sum) break;
-    sum = next;
-    power *= square;
-  }
-  return 2 * sum;
+  double sum = 0;
+  for (size_t k = Terms - 1; k > 0; --k) sum = (sum + kCoefficients[k]) * square;
+  return 2 * (s + s * sum);
 }
 
 /// ln(x) for x positive and normal. The libraries' differ in the last place from machine to
@@ -26,24 +35,31 @@ double twiceAtanh(double s) {
 double naturalLog(double x) {
   constexpr double kLog2 = 0.693147180559945309417232121458176568;
   constexpr double kRootHalf = 0.707106781186547524400844362104849039;
-  int exponent = 0;
-  double m = std::frexp(x, &exponent);
+  constexpr uint64_t kFraction = (uint64_t{1} << 52) - 1, kHalf = uint64_t{1022} << 52;
+  const auto bits = std::bit_cast<uint64_t>(x);
+  auto exponent = static_cast<double>(static_cast<int64_t>(bits >> 52) - 1022);
+  auto m = std::bit_cast<double>((bits & kFraction) | kHalf);  // 1/2 <= m < 1
   if (m < kRootHalf) {
     m *= 2;
-    --exponent;
+    exponent -= 1;
   }
-  return exponent * kLog2 + twiceAtanh((m - 1) / (m + 1));
+  // The argument is below 0.172, where eleven terms are good to 2^-55.
+  return exponent * kLog2 + twiceAtanh<11>((m - 1) / (m + 1));
 }
 
-/// exp(x) for -16 <= x <= 0.
+/// ln(1 - p) for 0 < p <= 1/2: for the small p of rare kinds few terms do.
+double logOfRest(double p) {
+  const double s = p / (2 - p);
+  return s < 0x1p-10 ? -twiceAtanh<3>(s) : -twiceAtanh<17>(s);
+}
+
+/// exp(x) for -16 <= x <= 0: the sum for x / 64, squared six times.
 double exponential(double x) {
   constexpr int kHalvings = 6;
+  constexpr auto kCoefficients = reciprocals<13>(1, 1);
   const double reduced = x * 0x1p-6;
-  double term = 1, sum = 1;
-  for (int k = 1; k < 20; ++k) {
-    term *= reduced / k;
-    sum += term;
-  }
+  double sum = 1;
+  for (size_t k = kCoefficients.size(); k-- > 0;) sum = 1 + sum * (reduced * kCoefficients[k]);
   for (int i = 0; i < kHalvings; ++i) sum *= sum;
   return sum;
 }
@@ -51,7 +67,7 @@ double exponential(double x) {
 /// Walks up from 0 until the probabilities reach a uniform number; p <= 1/2 and n * p < 10.
 int64_t byInversion(int64_t n, double p, RandomStream& random) {
   const double odds = p / (1 - p);
-  const double none = exponential(-static_cast<double>(n) * twiceAtanh(p / (2 - p)));
+  const double none = exponential(static_cast<double>(n) * logOfRest(p));
   double u = random.uniform(), mass = none;
   int64_t k = 0;
   while (u > mass && k < n) {
@@ -74,25 +90,31 @@ double stirlingTail(double k) {
   return (1.0 / 12 - (1.0 / 360 - 1.0 / 1260 / square) / square) / (k + 1);
 }
 
+/// What BTRS asks of a candidate k that the squeeze does not accept; the names are the paper's.
+bool isBelowDensity(double n, double p, double left, double k) {
+  const double r = p / (1 - p), m = std::floor((n + 1) * p);
+  const double right = (m + 0.5) * naturalLog((m + 1) / (r * (n - m + 1))) +
+                       (n + 1) * naturalLog((n - m + 1) / (n - k + 1)) +
+                       (k + 0.5) * naturalLog(r * (n - k + 1) / (k + 1)) + stirlingTail(m) +
+                       stirlingTail(n - m) - stirlingTail(k) - stirlingTail(n - k);
+  return left <= right;
+}
+
 /// p <= 1/2 and n * p >= 10; the names are the paper's.
 int64_t byRejection(int64_t trials, double p, RandomStream& random) {
   const auto n = static_cast<double>(trials);
   const double spq = std::sqrt(n * p * (1 - p));
   const double b = 1.15 + 2.53 * spq, a = -0.0873 + 0.0248 * b + 0.01 * p, c = n * p + 0.5;
-  const double vr = 0.92 - 4.2 / b, alpha = (2.83 + 5.1 / b) * spq, r = p / (1 - p);
-  const double m = std::floor((n + 1) * p);
+  const double vr = 0.92 - 4.2 / b;
   for (;;) {
     const double u = random.uniform() - 0.5, v = random.uniform();
     const double us = 0.5 - std::fabs(u);
     const double k = std::floor((2 * a / us + b) * u + c);
     if (us >= 0.07 && v <= vr) return static_cast<int64_t>(k);
     if (k < 0 || k > n) continue;
+    const double alpha = (2.83 + 5.1 / b) * spq;
     const double left = naturalLog(v * alpha / (a / (us * us) + b));
-    const double right = (m + 0.5) * naturalLog((m + 1) / (r * (n - m + 1))) +
-                         (n + 1) * naturalLog((n - m + 1) / (n - k + 1)) +
-                         (k + 0.5) * naturalLog(r * (n - k + 1) / (k + 1)) + stirlingTail(m) +
-                         stirlingTail(n - m) - stirlingTail(k) - stirlingTail(n - k);
-    if (left <= right) return static_cast<int64_t>(k);
+    if (isBelowDensity(n, p, left, k)) return static_cast<int64_t>(k);
   }
 }
 

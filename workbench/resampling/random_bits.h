@@ -18,12 +18,17 @@ class RandomStream {
  public:
   RandomStream(uint64_t seed, uint64_t group, uint64_t sample);
   /// The next 64 bits.
-  uint64_t bits();
+  uint64_t bits() {
+    if (used_ == block_.size()) nextBlock();
+    return block_[used_++];
+  }
   /// The next number of the open interval (0, 1): the upper 52 bits plus a half, times 2^-52, so
   /// that it is exact.
-  double uniform();
+  double uniform() { return (static_cast<double>(bits() >> 12) + 0.5) * 0x1p-52; }
 
  private:
+  void nextBlock();
+
   std::array<uint64_t, 4> counter_;
   std::array<uint64_t, 2> key_;
   std::array<uint64_t, 4> block_{};

@@ -47,6 +47,20 @@ TEST(Pooling, AgreesWithThePublishedFormulas) {
   }
 }
 
+TEST(Pooling, AgreesWithAnotherProgram) {
+  for (const auto& row : referenceRows("r_mice.csv", 9)) {
+    const double n = numberOf(row[0]);
+    const PooledEstimate pooled = poolEstimates(proportions(row[1], n), n - 1, 95);
+    const double got[] = {
+        pooled.estimate, pooled.within,           pooled.between,           pooled.total,
+        pooled.df,       pooled.relativeIncrease, pooled.missingInformation};
+    for (size_t i = 0; i < std::size(got); ++i) {
+      const double want = numberOf(row[2 + i]);
+      EXPECT_NEAR(got[i], want, kClose * std::fabs(want)) << row[0] << ", number " << i;
+    }
+  }
+}
+
 TEST(Pooling, OneImputationIsNotPooled) {
   const PooledEstimate pooled = poolEstimates({{0.5, 0.01}}, 24, 95);
   EXPECT_EQ(pooled.estimate, kSystemMissing);
