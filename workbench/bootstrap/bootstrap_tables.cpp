@@ -37,7 +37,7 @@ const char* nameOf(Quantity quantity) {
 
 std::vector<LabelData> quantityPath(const SampledResult& result) {
   std::vector<LabelData> path{keyedLabel(nameOf(result.quantity))};
-  if (result.member) path.push_back(*result.member);
+  if (result.about.member) path.push_back(*result.about.member);
   return path;
 }
 
@@ -61,7 +61,7 @@ class BootstrapTable {
 
   void add(const SampledResult& result, const std::vector<LeftOut>* leftOut) {
     for (size_t i = 0; i < splits_.size(); ++i) builder_.choose(splits_[i], {result.split[i]});
-    builder_.choose(variables_, {result.subject});
+    builder_.choose(variables_, {result.about.subject});
     builder_.choose(quantities_, quantityPath(result));
     const std::vector<double> samples(result.values.begin() + 1, result.values.end());
     BootstrapSummary summary =

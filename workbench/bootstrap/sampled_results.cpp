@@ -7,20 +7,13 @@
 namespace workbench {
 namespace {
 
-void append(std::string& key, std::string_view part) {
-  key += std::to_string(part.size());
-  key += ':';
-  key += part;
-}
-
 /// What a result is known by in all tables of all runs on the same data.
 std::string keyOf(const SampledResult& result) {
   std::string key;
-  for (const LabelData& value : result.split) append(key, value.identity);
-  append(key,
-         result.subject.number ? std::to_string(*result.subject.number) : result.subject.identity);
+  for (const LabelData& value : result.split) appendToKey(key, value.identity);
+  appendToKey(key, result.about.subject);
   key += static_cast<char>('A' + static_cast<int>(result.quantity));
-  if (result.member) append(key, result.member->identity);
+  if (result.about.member) appendToKey(key, result.about.member->identity);
   return key;
 }
 
@@ -44,7 +37,7 @@ void SampledResults::add(const DocumentProcedure& procedure,
     if (tableKindOf(table->title().key)) addTable(*table, slotOf);
   }
   for (SampledResult& result : results_) {
-    if (result.subject.number) result.subject = pairs_.at(*result.subject.number);
+    result.about.subject = pairs_.fullest(result.about.subject);
   }
 }
 
@@ -67,13 +60,7 @@ void SampledResults::addTable(const Table& table,
     }
     addNames(subject.variable, result.variables);
     addNames(subject.variable2, result.variables);
-    if (subject.pair != nullptr) {
-      result.subject = *subject.pair;
-      if (const LabelData* member = subject.measured()) result.member = *member;
-    } else if (subject.variable != nullptr) {
-      result.subject = *subject.variable;
-    }
-    if (subject.group != nullptr) result.member = *subject.group;
+    result.about = shownSubject(subject);
     store(rows, row, *slot, std::move(result));
   }
 }
@@ -81,11 +68,7 @@ void SampledResults::addTable(const Table& table,
 /// A quantity that stands in several rows, one for each method, is taken from the first that has
 /// a value.
 void SampledResults::store(const ResultRows& rows, size_t row, size_t slot, SampledResult wanted) {
-  if (wanted.subject.number) {
-    // The intervals' label of a pair says more than that of its statistics.
-    LabelData& pair = pairs_.try_emplace(*wanted.subject.number, wanted.subject).first->second;
-    if (wanted.subject.variables.size() > pair.variables.size()) pair = wanted.subject;
-  }
+  pairs_.learn(wanted.about.subject);
   const bool oneSample = rows.kind().design == Design::kOneSample;
   for (const Quantity quantity :
        {Quantity::kProportion, Quantity::kDifference, Quantity::kStandardError}) {

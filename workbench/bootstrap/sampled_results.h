@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -12,15 +11,15 @@
 
 #include "workbench/output/document.h"
 #include "workbench/results/result_rows.h"
+#include "workbench/results/shown_subject.h"
 
 namespace workbench {
 
 /// Something that a command estimates in a split group of the user's.
 struct SampledResult {
   std::vector<LabelData> split;  ///< values of the user's split variables
-  LabelData subject;             ///< the variable, or the pair
+  ShownSubject about;
   Quantity quantity = Quantity::kProportion;
-  std::optional<LabelData> member;     ///< the group, or the measurement of a pair
   std::vector<std::string> variables;  ///< names of those analysed
   std::vector<double> values;          ///< of each sample; kSystemMissing where there is none
 };
@@ -50,7 +49,7 @@ class SampledResults {
   size_t slots_;
   std::vector<SampledResult> results_;
   std::unordered_map<std::string, size_t> byKey_;
-  std::map<double, LabelData> pairs_;  ///< by number
+  PairLabels pairs_;
   std::vector<LabelData> splitDimensions_;
 };
 
