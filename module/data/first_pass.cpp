@@ -119,7 +119,7 @@ void gatherMidPoint(const PRPAlgorithm& analysis) {
       VarValue::number(byMidPoint ? cats.midPoint : kSystemMissing));
 }
 
-bool finishFirstPass(PRPAlgorithm& analysis) {
+void finishFirstPass(PRPAlgorithm& analysis) {
   analysis.initialDataPass = false;
   if (analysis.nValid > 0) {
     setMidPoints(analysis.testVarCats);
@@ -132,12 +132,11 @@ bool finishFirstPass(PRPAlgorithm& analysis) {
       setMidPoint(*analysis.groupCats);
       if (gathers(analysis, analysis.needSelectAggregation)) gatherMidPoint(analysis);
     }
-    return true;
+    return;
   }
   analysis.splitFile ? analysis.inputMessages->NoValidCasesSplit()
                      : analysis.inputMessages->NoValidCases();
   analysis.goodData = false;
-  return false;
 }
 
 }  // namespace

@@ -217,6 +217,27 @@ TEST(Runs, IndependentAnalysisOfTheBaseData) {
             withRecords(lines, joined(categories, record)));
 }
 
+class WithoutGoodRecords : public testing::TestWithParam<std::string> {};
+
+TEST_P(WithoutGoodRecords, TheAnalysisHasNoGoodData) {
+  recording::Script script;
+  script.addNumeric("x");
+  script.addNumeric("y");
+  script.addCase({kSystemMissing, 1.0}, 2);
+  script.command = "PROPORTIONS " + GetParam() + ".";
+  const Lines dump = dumpOf(runWithDumps(script), "PRPAlgorithm");
+  EXPECT_EQ(dump, with(dump, "I Number of valid cases = 2"));
+  const auto flag = std::find_if(dump.begin(), dump.end(), [](const std::string& line) {
+    return line.starts_with("B Good Data indicator");
+  });
+  ASSERT_NE(flag, dump.end());
+  EXPECT_EQ(*flag, "B Good Data indicator = false");
+}
+
+INSTANTIATE_TEST_SUITE_P(Designs, WithoutGoodRecords,
+                         testing::Values("/ONESAMPLE x", "/PAIREDSAMPLES x WITH y",
+                                         "/INDEPENDENTSAMPLES x BY y"));
+
 TEST(Runs, AResampleShowsItsNumberAndTheValuesOfItsBase) {
   const std::vector<std::string> dump =
       dumpOf(runWithDumps(independentScript()), "PRPAlgorithm", 2);
