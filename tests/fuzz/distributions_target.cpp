@@ -22,8 +22,8 @@ constexpr double kLongestCall = 2;
 constexpr double kAgreement = 1e-11;
 /// Smaller probabilities lose places: they are near the least double.
 constexpr double kLeast = 1e-290;
-/// All whole numbers up to here are doubles.
-constexpr double kAllWhole = 4503599627370496;
+/// 2^52: doubles from here on have no fraction.
+constexpr double kNoFractions = 4503599627370496;
 
 class WorkLimit {
  public:
@@ -99,7 +99,7 @@ struct Binomial {
 
 void binomialNeighbours(const Binomial& at) {
   const auto [k, n, p] = std::tuple(at.k, at.n, at.p);
-  if (!isWhole(k) || std::fabs(k) >= kAllWhole || n >= kAllWhole) return;
+  if (!isWhole(k) || std::fabs(k) >= kNoFractions || n >= kNoFractions) return;
   const Binomial before(k - 1, n, p), mirror(n - k - 1, n, 1 - p);
   at.promises(agree(at.lower, before.lower + at.mass), "a lower tail grows by the term");
   at.promises(agree(before.upper, at.upper + at.mass), "an upper tail grows by the term");
@@ -172,7 +172,7 @@ void betaInverse(double q, double a, double b, double x) {
   const auto promised = [&](bool holds, const char* what) {
     promise(holds, what, shown({q, a, b, x}));
   };
-  if (!isWhole(a) || !isWhole(b) || a + b >= kAllWhole) return;
+  if (!isWhole(a) || !isWhole(b) || a + b >= kNoFractions) return;
   // The neighbouring doubles hold the probability between them.
   const double below = betaByBinomial(std::nextafter(x, 0.0), a, b);
   const double above = betaByBinomial(std::nextafter(x, 1.0), a, b);

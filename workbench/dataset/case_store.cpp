@@ -2,10 +2,10 @@
 
 #include <cmath>
 
+#include "workbench/values/whole_numbers.h"
+
 namespace workbench {
 namespace {
-
-constexpr double kExactLimit = 9'007'199'254'740'992.0;  // 2^53: beyond it sums are rounded
 
 /// The sum of all weights that an analysis uses.
 double totalWeight(const CodedCases& cases, const Variable& entry) {
@@ -25,7 +25,7 @@ std::unique_ptr<CaseStore> keepCases(CodedCases cases, CaseSource& source, const
                                      EngineHolder& workspace) {
   // Sums of that size depend on the order of the cases, which is that of the file.
   if (cases.complete && !cases.counts.empty() && plan.weight != nullptr &&
-      !(totalWeight(cases, *plan.weight) < kExactLimit)) {
+      !(totalWeight(cases, *plan.weight) < kAllWhole)) {
     CaseRequest request = plan.request;
     request.collapse = CollapseMode::kNever;
     cases = source.read(request);

@@ -11,11 +11,10 @@
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/relation.h"
 #include "workbench/values/data_error.h"
+#include "workbench/values/whole_numbers.h"
 
 namespace workbench {
 namespace {
-
-constexpr double kExactLimit = 9'007'199'254'740'992.0;  // 2^53
 
 /// Fills a table of the engine with numbers and texts, and shows it as what they are.
 class DataTable {
@@ -73,7 +72,7 @@ void DataTable::append(TableWriter& writer, const CaseBlock& block) {
       writer.addNumbers(i, values, count, kSystemMissing);
       whole_[i] = whole_[i] && std::all_of(values, values + count, [](double value) {
                     return value == kSystemMissing ||
-                           (std::abs(value) <= kExactLimit && value == std::trunc(value));
+                           (std::abs(value) <= kAllWhole && value == std::trunc(value));
                   });
     }
     writer.endBlock(count);

@@ -8,12 +8,13 @@
 #include <utility>
 
 #include "workbench/dataset/case_feed.h"
+#include "workbench/values/whole_numbers.h"
 
 namespace workbench {
 namespace {
 
 /// Counts up to here, and their sums, are exact in double precision.
-constexpr uint64_t kMostCases = uint64_t{1} << 53;
+constexpr auto kMostCases = static_cast<uint64_t>(kAllWhole);
 
 constexpr const char* kForms =
     "write 81/263 for one sample, 189/11034 104/11037 for two groups, or 59,6,16,80 for pairs "

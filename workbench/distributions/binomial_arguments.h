@@ -9,8 +9,8 @@ namespace workbench {
 
 /// Whether x is a whole number; it has to be finite.
 inline bool isWhole(double x) {
-  constexpr double kAllWhole = 4503599627370496;  // 2^52: doubles from here on have no fraction
-  return std::fabs(x) >= kAllWhole || static_cast<double>(static_cast<std::int64_t>(x)) == x;
+  constexpr double kNoFractions = 4503599627370496;  // 2^52: doubles from here on have no fraction
+  return std::fabs(x) >= kNoFractions || static_cast<double>(static_cast<std::int64_t>(x)) == x;
 }
 
 /// Whether X binomial(n, p) exists and k is a number: n a whole number >= 0, p in [0, 1], k neither

@@ -9,7 +9,7 @@ namespace workbench {
 namespace {
 
 constexpr double kPerTwoPi = 0.15915494309189535;
-constexpr double kExactCounts = 9007199254740992;  // 2^53
+constexpr double kAllWhole = 9007199254740992;  // 2^53: up to here every count is a double
 // exp(-746) is below half the least positive double.
 constexpr double kVanished = 746;
 
@@ -27,7 +27,7 @@ double allOf(double n, double p) {
 // most of their time out there. The margin covers the rounding of n p.
 bool farOut(double k, double n, double p) {
   const double excess = k - n * p;
-  return n < kExactCounts && 2 * excess * excess > (kVanished + 1) * n;
+  return n < kAllWhole && 2 * excess * excess > (kVanished + 1) * n;
 }
 
 // Loader, C. (2000), for 0 < k < n and 0 < p < 1.

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include "workbench/values/whole_numbers.h"
+
 namespace workbench {
 namespace {
 
@@ -69,7 +71,7 @@ bool convertPlain(const Chunk& chunk, size_t column, double* out, TypedColumn::F
 template <typename Value>
 bool convertWhole(const Chunk& chunk, size_t column, double* out, TypedColumn::Flaw& flaw) {
   return convert<Value>(chunk, column, out, flaw, [&](Value value, double& number) {
-    constexpr Value kExact = Value{1} << 53U;
+    constexpr auto kExact = static_cast<Value>(kAllWhole);
     number = static_cast<double>(value);
     if (value <= kExact && (!std::is_signed_v<Value> || value + kExact >= 0)) return true;
     // 2^64 itself, the double next to the largest number, is not to be converted back.

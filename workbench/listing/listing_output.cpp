@@ -6,6 +6,7 @@
 #include "workbench/render/wrap.h"
 #include "workbench/text/display_width.h"
 #include "workbench/text/utf8.h"
+#include "workbench/values/whole_numbers.h"
 
 namespace workbench {
 namespace {
@@ -31,9 +32,9 @@ const char* nameOf(ValueKind kind) {
 }
 
 Json numberOf(double value) {
-  constexpr double kExact = 9007199254740992;  // 2^53
   if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
-  if (std::trunc(value) == value && std::abs(value) <= kExact) return static_cast<int64_t>(value);
+  if (std::trunc(value) == value && std::abs(value) <= kAllWhole)
+    return static_cast<int64_t>(value);
   return value;
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "workbench/values/instants.h"
+#include "workbench/values/whole_numbers.h"
 
 namespace workbench {
 namespace {
@@ -75,7 +76,7 @@ NumberShape shapeOf(std::string_view text, char decimal) {
 std::optional<double> quotient(const NumberShape& shape) {
   static constexpr std::array kPowers{1.0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
                                       1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
-  constexpr uint64_t kExact = uint64_t{1} << 53U;
+  constexpr auto kExact = static_cast<uint64_t>(kAllWhole);
   if (shape.hasExponent || shape.digits >= kPowers.size() || shape.significand > kExact) return {};
   return static_cast<double>(shape.significand) / kPowers[shape.fraction];
 }
