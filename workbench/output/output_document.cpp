@@ -62,12 +62,6 @@ void OutputDocument::beginProcedure(const std::string& title, const std::string&
   forget();
 }
 
-void OutputDocument::discardProcedure() {
-  if (!isOpen()) return;
-  handles_.reset();
-  procedures_.pop_back();
-}
-
 DocumentProcedure& OutputDocument::current() {
   if (!isOpen()) throw std::logic_error("no procedure runs that could put something out");
   return *procedures_.back();

@@ -35,8 +35,6 @@ class OutputDocument {
   /// Ends it: settles its status and the texts of its labels. When the data could not be read to
   /// the end, its tables are dropped and the reason is added as an error. `dataset` may be null.
   void finishProcedure(const ActiveDataset* dataset);
-  /// Takes the running procedure back, as if it had never begun.
-  void discardProcedure();
 
   const std::vector<std::unique_ptr<DocumentProcedure>>& procedures() const { return procedures_; }
   bool isOpen() const { return handles_ != nullptr; }

@@ -180,7 +180,7 @@ TEST_F(Ownership, NothingIsLeftOfADocument) {
   {
     OutputDocument other;
     other.beginProcedure("A title that takes some memory", "A command that takes some memory");
-    other.discardProcedure();
+    other.finishProcedure(nullptr);
     other.beginProcedure("A title that takes some memory", "A command that takes some memory");
   }
   EXPECT_EQ(bytesInUse, before);

@@ -238,13 +238,5 @@ TEST_F(Tables, AProcedureOpensOneWhenNoneRuns) {
   EXPECT_THROW(document.current(), std::logic_error);
 }
 
-TEST_F(Tables, ADiscardedProcedureLeavesNothing) {
-  begin();
-  BpError(text("W"), 2, 2);
-  document.discardProcedure();
-  EXPECT_TRUE(document.procedures().empty());
-  EXPECT_FALSE(document.isOpen());
-}
-
 }  // namespace
 }  // namespace workbench
