@@ -115,6 +115,16 @@ TEST(Counters, StopAtTheLargestNumber) {
   EXPECT_EQ(reading.analysis().wValid, 3);
 }
 
+TEST(Counters, OfCasesThatAreNotUsedStopsAtTheLargestNumber) {
+  Reading reading({"a", "", ""});
+  reading.specs.setScopeAnalysis(false);
+  reading.analysis().initialDataPass = false;
+  reading.analysis().nInvalid = std::numeric_limits<int32_t>::max() - 1;
+  EXPECT_EQ(reading.codes().size(), 1U);
+  EXPECT_EQ(reading.analysis().nInvalid, std::numeric_limits<int32_t>::max());
+  EXPECT_EQ(reading.analysis().wInvalid, 2);
+}
+
 TEST(FirstPass, CollectsExtremesInTheOrderOfTheCollation) {
   Reading reading({"b", "", "abc", "d", "c"});
   reading.codes();
