@@ -7,9 +7,7 @@
 namespace proportions::independent {
 namespace {
 
-/// A power of two that keeps the products of two groups' counts finite: 1 for all but the most
-/// enormous weights.
-double unit(const Sample& sample) { return sample.n < 0x1p500 ? 1.0 : 0x1p-520; }
+double unit(const Sample& sample) { return unitOf(sample.n); }
 
 }  // namespace
 

@@ -1,4 +1,4 @@
-/// Differences of products that keep their digits when the products nearly agree.
+/// Products of counts that stay finite, and differences of them that keep their digits.
 #pragma once
 
 #include <cmath>
@@ -7,6 +7,13 @@ namespace proportions {
 
 /// 2^53: up to here every whole number is a double, and every sum of them exact in any order.
 inline constexpr double kAllWhole = 9007199254740992.0;
+
+/// Weights have no bound: the power of two that brings a count from 2^300 on near 1, so that
+/// products of it and of its parts stay finite; 1 for all smaller ones, whose products of three are
+/// finite.
+inline double unitOf(double count) {
+  return count < 0x1p300 ? 1.0 : std::ldexp(1.0, -std::ilogb(count));
+}
 
 /// a·b - c·d with the rounding error of c·d put back (Kahan's scheme; Jeannerod, Louvet & Muller
 /// 2013).

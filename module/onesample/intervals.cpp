@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "host/distributions.h"
+#include "module/math/arithmetic.h"
 #include "module/math/wilson.h"
 
 namespace proportions::onesample {
@@ -29,7 +30,9 @@ Bounds agrestiCoull(const Counts& counts, const Level& level) {
 /// Zweifel (1967). It exists for all counts.
 Bounds anscombe(const Counts& counts, const Level& level) {
   const auto [x, f, n] = counts;
-  const double s = std::sqrt((n + 1.0) * (n + 2.0) / ((x + 1.0) * n * (f + 1.0)));
+  const double unit = unitOf(n);
+  const double s = std::sqrt(unit * (n + 1.0) * (unit * (n + 2.0)) /
+                             (unit * (x + 1.0) * (unit * n) * (f + 1.0)));
   return fromLogit((f + 0.5) / (x + 0.5), level.z * s);
 }
 

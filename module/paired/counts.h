@@ -29,6 +29,8 @@ struct Counts {
   double countVariance() const { return spread() * total(); }
   /// The variance of the difference under equal proportions.
   double nullVariance() const { return (b / total() + c / total()) / total(); }
+  /// The table in another unit.
+  Counts times(double unit) const { return {unit * a, unit * b, unit * c, unit * d}; }
   /// The table with `add` more in both discordant cells and two pairs more in all.
   Counts plus(double add) const { return {a + (1.0 - add), b + add, c + add, d + (1.0 - add)}; }
 };

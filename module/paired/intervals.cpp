@@ -21,19 +21,20 @@ Bounds waldOf(const Counts& counts, const Level& level) {
 /// Close to φ = 1 the difference would lose all digits; (sqrt(P) - A)·(sqrt(P) + A) is P - A², and
 /// that is N·(abc + abd + acd + bcd), a sum of positive terms.
 double lackOfCorrelation(const Counts& counts) {
-  const auto [a, b, c, d] = counts;
-  const double n = counts.total();
+  const double unit = unitOf(counts.total());
+  const auto [a, b, c, d] = counts.times(unit);
+  const double n = a + b + c + d;
   const double first = (a + b) * (c + d), second = (a + c) * (b + d);
   if (first == 0.0 || second == 0.0) return 1.0;
   const double association = differenceOfProducts(d, a, c, b);
-  const double excess = 2.0 * association - n;
-  if (std::fabs(excess) < 1e-12) return 1.0;
+  const double excess = 2.0 * association - unit * n;
+  if (std::fabs(excess) < unit * unit * 1e-12) return 1.0;
   const double root = std::sqrt(first) * std::sqrt(second);
   if (!(root > 0.0)) return kSystemMissing;
   if (association <= 0.0) return 1.0 - association / root;
   const double discordance = a * b * (c + d) + c * d * (a + b);
   const double plain = n / root * (discordance / (root + association));
-  return excess > 0.0 ? plain + 0.5 * n / root : plain;
+  return excess > 0.0 ? plain + 0.5 * unit * n / root : plain;
 }
 
 /// sqrt(u² + v² - 2·φ·u·v) from u - v and 1 - φ.

@@ -110,6 +110,30 @@ TEST(Methods, IndependentTests) {
   }
 }
 
+/// Weights have no bound, so the products of their sums may exceed the largest double.
+TEST(Methods, IntervalsOfEnormousCounts) {
+  const ReferenceFile file("enormous_intervals.csv");
+  for (const ReferenceRow& row : file.rows()) {
+    const double a = row.number("a"), b = row.number("b");
+    const std::string& design = row.text("design");
+    const std::string& method = row.text("method");
+    Bounds bounds;
+    if (design == "onesample") {
+      bounds = functionOf(onesample::kIntervals, method)({a, b, a + b}, levelOf(row));
+    } else if (design == "paired") {
+      const paired::Counts table{a, b, row.number("c"), row.number("d")};
+      bounds = functionOf(paired::kIntervals, method)(table, levelOf(row));
+    } else {
+      const double c = row.number("c"), d = row.number("d");
+      bounds =
+          functionOf(independent::kIntervals, method)({{a, b, a + b}, {c, d, c + d}}, levelOf(row));
+    }
+    SCOPED_TRACE(design + " " + method);
+    expectClose(bounds.lower, row, "lower", 1e-150);
+    expectClose(bounds.upper, row, "upper", 1e-150);
+  }
+}
+
 TEST(Methods, PairedEstimates) {
   const ReferenceFile file("paired_statistics.csv");
   for (const ReferenceRow& row : file.rows()) {

@@ -57,13 +57,13 @@ ReferenceFile::ReferenceFile(const std::string& name) {
   if (rows_.empty()) throw std::runtime_error("no rows in " + name);
 }
 
-void expectClose(double got, const ReferenceRow& row, const std::string& column) {
+void expectClose(double got, const ReferenceRow& row, const std::string& column, double nothing) {
   const double want = row.number(column);
   const std::string where = "line " + std::to_string(row.line()) + ", " + column;
   if (std::isnan(want) || want == kSystemMissing) {
     EXPECT_TRUE(std::isnan(want) ? std::isnan(got) : got == want) << where << ": " << got;
     return;
   }
-  EXPECT_LE(std::fabs(got - want), 1e-12 * std::fabs(want))
+  EXPECT_LE(std::fabs(got - want), std::max(nothing, 1e-12 * std::fabs(want)))
       << where << ": got " << got << ", want " << want;
 }

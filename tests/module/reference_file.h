@@ -33,5 +33,6 @@ class ReferenceFile {
 };
 
 /// Fails the running test unless `got` is the wanted value: missing, NaN and 0 exactly, other
-/// numbers within 1e-12 of each.
-void expectClose(double got, const ReferenceRow& row, const std::string& column);
+/// numbers within 1e-12 of each, or within `nothing` where that is more.
+void expectClose(double got, const ReferenceRow& row, const std::string& column,
+                 double nothing = 0.0);

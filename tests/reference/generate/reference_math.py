@@ -18,11 +18,12 @@ from mpmath.calculus.quadrature import GaussLegendre
 mp.dps = 60
 UNIT = mpf(2) ** -53
 SMALLEST_DOUBLE = mpf(2) ** -1075  # anything below is 0 in a double
+CANCELLED = mpf(10) ** -40          # what is left of a difference that cancels exactly, over its terms
 EXPONENT_TO_DROP = 145             # exp(-145) lies below the 60 digits
 
 
 def version_line():
-    return f"mpmath {mpmath.__version__}, 60 digits"
+    return f"mpmath {mpmath.__version__}, {mp.dps} digits"
 
 
 # --- numbers that know how well a double can hold them -------------------------------------------
@@ -41,8 +42,8 @@ class Tracked:
     def __init__(self, v, e=0):
         self.v = mpf(v)
         self.e = mpf(e)
-        if self.v != 0 and abs(self.v) < mpf(10) ** -40 * self.e:
-            self.v = mpf(0)  # a difference that cancels exactly
+        if self.v != 0 and abs(self.v) < CANCELLED * self.e:
+            self.v = mpf(0)
 
     @staticmethod
     def of(other):
