@@ -5,30 +5,42 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
+
+#include "workbench/values/instants.h"
 
 namespace workbench {
 namespace {
 
 constexpr int64_t kSecond = 1'000'000;  // everything below counts microseconds
 constexpr int64_t kDay = 86'400 * kSecond;
-constexpr double kFirstSecond = -377'705'116'800.0;  // -9999-01-01
-constexpr double kLastSecond = 3'093'527'980'800.0;  // 100000-01-01
+constexpr double kDaySeconds = 86'400.0;
+constexpr double kMostSeconds = 315'569'520'000'000.0;  // ten million years
+constexpr int64_t kMostDays = 106'751'990;              // as microseconds in 64 bits
+constexpr int64_t kCycle = 146'097;                     // days after which any 400 years repeat
 
-std::optional<int64_t> microseconds(double seconds, double low, double high) {
-  if (!(seconds >= low && seconds < high)) return {};
-  return std::llround(seconds * 1e6);
-}
+/// A moment as the day since 1970-01-01 and the microseconds of that day.
+struct Moment {
+  int64_t day = 0;
+  int64_t micros = 0;
+};
 
-int64_t dayOf(int64_t micros) {
-  const int64_t day = micros / kDay;
-  return micros % kDay < 0 ? day - 1 : day;
+std::optional<Moment> momentOf(double seconds) {
+  if (!(std::fabs(seconds) < kMostSeconds)) return {};
+  const double day = std::floor(seconds / kDaySeconds);
+  Moment moment{static_cast<int64_t>(day), std::llround((seconds - day * kDaySeconds) * 1e6)};
+  if (moment.micros >= kDay) {
+    ++moment.day;
+    moment.micros -= kDay;
+  }
+  return moment;
 }
 
 std::string dayText(int64_t day) {
-  // 400 years are 146,097 days: years beyond what std::chrono::year holds are shifted into it.
-  const int64_t shift = day > 2'000'000 ? day / 146'097 - 10 : 0;
+  // Years beyond what std::chrono::year holds are found through others.
+  const int64_t shift = day > 2'000'000 || day < -2'000'000 ? day / kCycle : 0;
   const std::chrono::year_month_day date{
-      std::chrono::sys_days(std::chrono::days(static_cast<int>(day - shift * 146'097)))};
+      std::chrono::sys_days(std::chrono::days(static_cast<int>(day - shift * kCycle)))};
   const int64_t year = int{date.year()} + shift * 400;
   return fmt::format("{}{:04}-{:02}-{:02}", year < 0 ? "-" : "", year < 0 ? -year : year,
                      unsigned{date.month()}, unsigned{date.day()});
@@ -65,21 +77,20 @@ std::optional<int64_t> takeDay(std::string_view& text) {
   const bool negative = take(text, '-');
   size_t digits = 0;
   while (digits < text.size() && text[digits] >= '0' && text[digits] <= '9') ++digits;
-  if (digits < 4 || digits > 5) return {};
+  if (digits < 4 || digits > 7) return {};
   const auto year = takeDigits(text, digits, true);
   if (!year || !take(text, '-')) return {};
   const auto month = takeDigits(text, 2, false);
   if (!month || !take(text, '-')) return {};
   const auto day = takeDigits(text, 2, false);
   if (!day) return {};
-  // Any 400 years are alike, so that years beyond std::chrono's are found through a smaller one.
   const int64_t whole = negative ? -*year : *year;
-  const int64_t shift = whole > 9999 ? whole / 400 - 5 : 0;
+  const int64_t shift = whole > 9999 || whole < -9999 ? whole / 400 : 0;
   const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(whole - shift * 400)),
                                          std::chrono::month(static_cast<unsigned>(*month)),
                                          std::chrono::day(static_cast<unsigned>(*day))};
   if (!date.ok()) return {};
-  return std::chrono::sys_days(date).time_since_epoch().count() + shift * 146'097;
+  return std::chrono::sys_days(date).time_since_epoch().count() + shift * kCycle;
 }
 
 std::optional<int64_t> takeClock(std::string_view& text) {
@@ -107,34 +118,29 @@ std::optional<int64_t> takeClock(std::string_view& text) {
   return micros;
 }
 
-double secondsOf(int64_t micros) { return static_cast<double>(micros) / 1e6; }
-
 }  // namespace
 
 std::string dateTimeText(double seconds) {
-  const auto micros = microseconds(seconds, kFirstSecond, kLastSecond);
-  if (!micros) return {};
-  const int64_t day = dayOf(*micros);
-  return dayText(day) + " " + clockText(*micros - day * kDay);
+  const auto moment = momentOf(seconds);
+  if (!moment) return {};
+  return dayText(moment->day) + " " + clockText(moment->micros);
 }
 
 std::string dateText(double seconds) {
-  const auto micros = microseconds(seconds, kFirstSecond, kLastSecond);
-  if (!micros) return {};
-  if (*micros % kDay != 0) return dateTimeText(seconds);
-  return dayText(dayOf(*micros));
+  const auto moment = momentOf(seconds);
+  if (!moment) return {};
+  return moment->micros == 0 ? dayText(moment->day) : dateTimeText(seconds);
 }
 
 std::string timeText(double seconds) {
-  const auto micros = microseconds(seconds, 0.0, 86'400.000001);
-  if (!micros) return {};
-  return clockText(*micros);
+  if (!(seconds >= 0.0 && seconds <= kDaySeconds)) return {};
+  return clockText(std::llround(seconds * 1e6));
 }
 
 std::optional<double> parseDate(std::string_view text) {
   const auto day = takeDay(text);
   if (!day || !text.empty()) return {};
-  return static_cast<double>(*day) * 86'400.0;
+  return static_cast<double>(*day) * kDaySeconds;
 }
 
 std::optional<double> parseTime(std::string_view text) {
@@ -146,10 +152,10 @@ std::optional<double> parseTime(std::string_view text) {
 std::optional<double> parseDateTime(std::string_view text) {
   const auto day = takeDay(text);
   if (!day) return {};
-  if (text.empty()) return static_cast<double>(*day) * 86'400.0;
+  if (text.empty()) return static_cast<double>(*day) * kDaySeconds;
   if (!take(text, ' ') && !take(text, 'T')) return {};
   const auto micros = takeClock(text);
-  if (!micros || !text.empty()) return {};
+  if (!micros || !text.empty() || std::abs(*day) > kMostDays) return {};
   return secondsOf(*day * kDay + *micros);
 }
 

@@ -8,7 +8,7 @@
 namespace workbench {
 
 /// Seconds since 1970-01-01 as 2026-01-31; with a time of day when it is not midnight. Empty when
-/// the number is not a day of the years -9999 to 99999.
+/// the number is further away than ten million years.
 std::string dateText(double seconds);
 /// Seconds since 1970-01-01 as 2026-01-31 12:30:00, fractions to the microsecond when there are
 /// any. Empty as above.

@@ -65,6 +65,8 @@ struct CaseBlock {
   };
   size_t cases = 0;
   std::vector<Column> columns;
+  /// Where a case of the block stands, for messages ("data.csv, line 7").
+  std::function<std::string(size_t row)> placeOf;
 };
 
 /// Something that holds cases: files, a table of a database, the result of a query. Everything that

@@ -10,10 +10,12 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <system_error>
 #include <utility>
 
+#include "workbench/text/utf8.h"
 #include "workbench/values/data_error.h"
 #include "workbench/values/excerpt.h"
 
@@ -67,15 +69,35 @@ void refuseUnreadable(const std::string& file) {
   }
 }
 
-void collect(const fs::path& folder, std::vector<fs::path>& files) {
+/// Refuses what two paths lead to: its cases would count twice, and a link could lead round in
+/// circles.
+class PlacesOnce {
+ public:
+  void add(const fs::path& path) {
+    std::error_code error;
+    const fs::path real = fs::canonical(path, error);
+    if (error) return;  // who opens it says more
+    const auto [known, isNew] = paths_.emplace(real.string(), path.string());
+    if (isNew) return;
+    throw DataError(fmt::format(
+        "{} and {} are the same, by a link: its cases would count twice. Remove the link, or name "
+        "the files with a pattern that leaves it out.",
+        known->second, path.string()));
+  }
+
+ private:
+  std::map<std::string, std::string> paths_;  // as they really are, and as they were reached
+};
+
+void collect(const fs::path& folder, std::vector<fs::path>& files, PlacesOnce& folders) {
+  folders.add(folder);
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
     const std::string name = entry->path().filename().string();
     if (isLeftOut(name)) continue;
     if (entry->is_directory(error)) {
-      // A link to a folder could lead back to where it stands.
-      if (!entry->is_symlink(error)) collect(entry->path(), files);
+      collect(entry->path(), files, folders);
     } else if (formatOf(entry->path()) && !isDictionary(name)) {
       files.push_back(entry->path());
     }
@@ -87,6 +109,12 @@ void collect(const fs::path& folder, std::vector<fs::path>& files) {
 }
 
 std::vector<fs::path> matches(const std::string& pattern) {
+  if (pattern.find("**") != std::string::npos) {
+    throw DataError(fmt::format(
+        "{}: '**' is not known. Name the folder for all files below it, or write one '*' for each "
+        "level of folders.",
+        pattern));
+  }
   glob_t found{};
   const int answer = glob(pattern.c_str(), GLOB_NOSORT | GLOB_ERR, nullptr, &found);
   std::vector<fs::path> files;
@@ -114,6 +142,17 @@ std::string percentDecoded(std::string_view text) {
   return decoded;
 }
 
+/// Of a part of a path; throws DataError when it is no text.
+std::string partText(const fs::path& path, std::string_view part) {
+  std::string text = percentDecoded(part);
+  const char* wrong = text.find('\0') != std::string::npos ? "a NUL byte"
+                      : !isUtf8(text)                      ? "bytes that are not UTF-8"
+                                                           : nullptr;
+  if (wrong == nullptr) return text;
+  throw DataError(fmt::format("{}: the part '{}' of the path holds {}. Rename the folder.",
+                              path.string(), excerpt(part), wrong));
+}
+
 /// The parts NAME=VALUE of the folders from part `first` of a path on.
 std::vector<std::pair<std::string, std::string>> pathParts(const fs::path& path, size_t first) {
   std::vector<std::pair<std::string, std::string>> parts;
@@ -124,8 +163,8 @@ std::vector<std::pair<std::string, std::string>> pathParts(const fs::path& path,
     const size_t sign = text.find('=');
     if (at++ < first || sign == std::string::npos || sign == 0) continue;
     const std::string value = text.substr(sign + 1);
-    parts.emplace_back(percentDecoded(text.substr(0, sign)),
-                       value == kMissingPart ? "" : percentDecoded(value));
+    parts.emplace_back(partText(path, text.substr(0, sign)),
+                       value == kMissingPart ? "" : partText(path, value));
   }
   return parts;
 }
@@ -163,6 +202,7 @@ void addFile(DataFiles& files, const fs::path& path, size_t firstPart) {
 void addAll(DataFiles& files, std::vector<fs::path> paths, size_t firstPart) {
   std::sort(paths.begin(), paths.end(),
             [](const fs::path& a, const fs::path& b) { return a.native() < b.native(); });
+  PlacesOnce once;
   for (const fs::path& path : paths) {
     const std::optional<FileFormat> format = formatOf(path);
     if (!format) {
@@ -177,6 +217,7 @@ void addAll(DataFiles& files, std::vector<fs::path> paths, size_t firstPart) {
           files.label, files.files.front().path, path.string(), path.extension().string()));
     }
     addFile(files, path, firstPart);
+    once.add(path);
   }
 }
 
@@ -196,7 +237,8 @@ DataFiles findFiles(const std::string& data) {
   const fs::file_status status = fs::status(path, error);
   if (fs::is_directory(status)) {
     std::vector<fs::path> found;
-    collect(path, found);
+    PlacesOnce folders;
+    collect(path, found, folders);
     if (found.empty()) {
       throw DataError(fmt::format("{}: the folder holds no data file. {}", data, kEndings));
     }

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <map>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -16,8 +15,6 @@
 
 namespace workbench {
 namespace {
-
-constexpr size_t kWidestString = 32'767;
 
 /// Codes of numbers that have become equal (minus zero is zero) are made one.
 void normalise(CaseColumn& column) {
@@ -52,10 +49,13 @@ class DelimitedCaseSource final : public CaseSource {
   DelimitedOptions optionsFor(const TextLayout& layout, const FieldRules& rules);
   DelimitedRequest requestFor(const CaseRequest& request) const;
   CaseColumn converted(CodedColumn read, const ColumnRequest& wanted) const;
-  double categoryOf(std::string_view text, const ColumnRequest& wanted,
-                    const std::string& place) const;
+  /// `place` is called for a refusal alone.
+  template <class Place>
+  double categoryOf(std::string_view text, const ColumnRequest& wanted, Place place) const;
   std::string placeOf(const CodedColumn& column, size_t code) const;
+  std::string placeText(const DelimitedPlace& place) const;
   std::optional<OddText> oddTextOf(const CodedColumn& column, const DelimitedCases& cases) const;
+  std::optional<OddText> oddText(const KindTally& tally) const;
   [[noreturn]] void refuse(const std::string& place, const ColumnRequest& wanted,
                            std::string_view text, const std::string& why) const;
 
@@ -117,8 +117,10 @@ DelimitedRequest DelimitedCaseSource::requestFor(const CaseRequest& request) con
 }
 
 std::string DelimitedCaseSource::placeOf(const CodedColumn& column, size_t code) const {
-  if (code >= column.places.size()) return files_.label;
-  const DelimitedPlace& place = column.places[code];
+  return code < column.places.size() ? placeText(column.places[code]) : files_.label;
+}
+
+std::string DelimitedCaseSource::placeText(const DelimitedPlace& place) const {
   return fmt::format("{}, line {}", files_.files[place.part].label, place.line);
 }
 
@@ -128,13 +130,14 @@ void DelimitedCaseSource::refuse(const std::string& place, const ColumnRequest& 
                               excerpt(text), why));
 }
 
+template <class Place>
 double DelimitedCaseSource::categoryOf(std::string_view text, const ColumnRequest& wanted,
-                                       const std::string& place) const {
+                                       Place place) const {
   if (text.empty()) return kSystemMissing;
   for (const auto& [known, code] : wanted.type.codes) {
     if (known == text) return code;
   }
-  refuse(place, wanted, text,
+  refuse(place(), wanted, text,
          "is not among the ordered categories that the dictionary lists; add it.");
 }
 
@@ -152,7 +155,7 @@ CaseColumn DelimitedCaseSource::converted(CodedColumn read, const ColumnRequest&
   } else if (!wanted.type.codes.empty()) {
     column.kind = ValueKind::kNumber;
     for (size_t i = 0; i < read.texts.size(); ++i) {
-      column.numbers.push_back(categoryOf(read.texts[i], wanted, placeOf(read, i)));
+      column.numbers.push_back(categoryOf(read.texts[i], wanted, [&] { return placeOf(read, i); }));
     }
   } else {
     for (size_t i = 0; i < read.texts.size(); ++i) {
@@ -168,41 +171,27 @@ CaseColumn DelimitedCaseSource::converted(CodedColumn read, const ColumnRequest&
   return column;
 }
 
-/// The first value, in the order of the data, that is not of the kind of at least 95 % of them.
+/// What made it a column of texts.
 std::optional<OddText> DelimitedCaseSource::oddTextOf(const CodedColumn& column,
                                                       const DelimitedCases& cases) const {
-  const auto isOther = [](FieldKind kind) {
-    return kind != FieldKind::kText && kind != FieldKind::kMissing;
-  };
-  if (column.kind != FieldKind::kText ||
-      std::none_of(column.kinds.begin(), column.kinds.end(), isOther)) {
-    return {};
-  }
+  if (column.kind != FieldKind::kText) return {};
   std::vector<int64_t> values(column.kinds.size(), 0);
   for (size_t entry = 0; entry < cases.entries; ++entry) {
     values[column.code(entry)] += entry < cases.repeats.size() ? cases.repeats[entry] : 1;
   }
-  std::map<FieldKind, int64_t> ofKind;
-  int64_t all = 0;
+  KindTally tally;
   for (size_t code = 1; code < values.size(); ++code) {  // code 0 is a missing value
-    ofKind[column.kinds[code]] += values[code];
-    all += values[code];
+    const DelimitedPlace& place = column.places[code];
+    tally.add(column.kinds[code], values[code], {place.part, place.line}, column.texts[code]);
   }
-  const auto usual =
-      std::max_element(ofKind.begin(), ofKind.end(),
-                       [](const auto& a, const auto& b) { return a.second < b.second; });
-  if (usual == ofKind.end() || !isOther(usual->first)) return {};
-  const int64_t odd = all - usual->second;
-  if (odd == 0 || odd * 20 > all) return {};
-  size_t first = 0;
-  const auto place = [&](size_t code) {
-    return std::pair(column.places[code].part, column.places[code].line);
-  };
-  for (size_t code = 1; code < values.size(); ++code) {
-    if (values[code] == 0 || column.kinds[code] == usual->first) continue;
-    if (first == 0 || place(code) < place(first)) first = code;
-  }
-  return OddText{column.texts[first], placeOf(column, first), usual->first};
+  return oddText(tally);
+}
+
+std::optional<OddText> DelimitedCaseSource::oddText(const KindTally& tally) const {
+  const auto odd = tally.odd();
+  if (!odd) return {};
+  const auto& [part, line] = odd->position;
+  return OddText{odd->text, placeText({static_cast<uint32_t>(part), line}), odd->usual};
 }
 
 CodedCases DelimitedCaseSource::read(const CaseRequest& request) {
@@ -235,21 +224,33 @@ void DelimitedCaseSource::forEachBlock(const CaseRequest& request,
                                        const std::function<void(const CaseBlock&)>& take) {
   CaseBlock block;
   block.columns.resize(request.columns.size());
+  std::vector<KindTally> tallies(request.columns.size());
   data_->forEachBlock(requestFor(request), incomplete_, [&](const DelimitedBlock& from) {
     block.cases = from.cases;
+    block.placeOf = [&](size_t row) { return placeText(from.placeOf(row)); };
     for (size_t i = 0; i < request.columns.size(); ++i) {
       CaseBlock::Column& into = block.columns[i];
       into.numbers = from.columns[i].numbers;
       into.texts = from.columns[i].texts;
       for (double& value : into.numbers) value = normalNumber(value);
-      if (request.columns[i].type.codes.empty()) continue;
+      if (request.columns[i].type.codes.empty()) {
+        for (size_t row = 0; row < into.texts.size(); ++row) {
+          const DelimitedPlace place = from.placeOf(row);
+          tallies[i].add(from.columns[i].kinds[row], 1, {place.part, place.line}, into.texts[row]);
+        }
+        continue;
+      }
       into.numbers.clear();
-      for (const std::string_view text : into.texts) {
-        into.numbers.push_back(categoryOf(text, request.columns[i], files_.label));
+      for (size_t row = 0; row < into.texts.size(); ++row) {
+        into.numbers.push_back(
+            categoryOf(into.texts[row], request.columns[i], [&] { return block.placeOf(row); }));
       }
     }
     take(block);
   });
+  for (size_t i = 0; i < request.columns.size(); ++i) {
+    variables_[request.columns[i].column].odd = oddText(tallies[i]);
+  }
 }
 
 }  // namespace

@@ -13,7 +13,6 @@
 namespace workbench {
 namespace {
 
-constexpr size_t kWidestString = 32'767;
 constexpr double kDaySeconds = 86'400;
 using Name = ColumnType::Name;
 

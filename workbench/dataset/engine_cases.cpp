@@ -108,12 +108,17 @@ void EngineCases::forEachBlock(const CaseRequest& request,
     blocks.understandAs(understood_);
     CaseBlock block;
     block.columns.resize(request.columns.size());
+    int64_t before = 0;
+    block.placeOf = [&](size_t row) {
+      return fmt::format("{}, case {}", label(), before + static_cast<int64_t>(row) + 1);
+    };
     while (blocks.next()) {
       block.cases = blocks.cases();
       for (size_t i = 0; i < request.columns.size(); ++i) {
         blocks.values(i, block.columns[i].numbers, block.columns[i].texts);
       }
       take(block);
+      before += static_cast<int64_t>(block.cases);
     }
   } catch (const EngineError& error) {
     throw DataError(readProblem(error.what(), label()));

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <deque>
 #include <optional>
 #include <unordered_map>
@@ -43,10 +44,15 @@ struct Member {
   uint64_t line = 0;
 };
 
-/// Collects the names of all records.
+/// Collects the names of all records, which every file with a record must have.
 class NameCollector final : public JsonVisitor {
  public:
-  void beginRecord(uint64_t) override {}
+  void beginFile(const std::string& label);
+  void endFile() const;
+  void beginRecord(uint64_t) override {
+    if (firstFile_.empty()) firstFile_ = file_;
+    hasRecords_ = true;
+  }
   void member(const std::string& name, const JsonValue& value, uint64_t line) override;
   void endRecord() override {}
   bool wantsNested(const std::string&) const override { return false; }
@@ -55,13 +61,40 @@ class NameCollector final : public JsonVisitor {
 
  private:
   size_t add(const std::string& name, uint64_t line);
+  [[noreturn]] void refuse(const char* difference, const std::string& name) const;
 
   std::vector<SourceVariable> variables_;
+  std::vector<bool> inFile_;  // by variable
   std::unordered_map<std::string, size_t> known_;
   std::unordered_map<std::string, size_t> folded_;
+  std::string file_;
+  std::string firstFile_;  // with a record
+  bool hasRecords_ = false;
 };
 
+void NameCollector::beginFile(const std::string& label) {
+  file_ = label;
+  hasRecords_ = false;
+  inFile_.assign(variables_.size(), false);
+}
+
+void NameCollector::endFile() const {
+  const auto lacking = std::find(inFile_.begin(), inFile_.end(), false);
+  if (!hasRecords_ || lacking == inFile_.end()) return;
+  refuse("lacks the key {} of",
+         variables_[static_cast<size_t>(lacking - inFile_.begin())].variable.name);
+}
+
+void NameCollector::refuse(const char* difference, const std::string& name) const {
+  throw DataError(
+      fmt::format("{} {} {}. Give all files the same keys (null where there is no "
+                  "value), or name fewer files.",
+                  file_, fmt::format(fmt::runtime(difference), excerpt(name)), firstFile_));
+}
+
 size_t NameCollector::add(const std::string& name, uint64_t line) {
+  if (file_ != firstFile_) refuse("has the key {}, which is not in", name);
+  inFile_.push_back(true);
   SourceVariable& variable = variables_.emplace_back();
   variable.variable.name = name;
   variable.kindKnown = false;
@@ -81,6 +114,7 @@ void NameCollector::member(const std::string& name, const JsonValue& value, uint
   if (name.empty()) return;  // it cannot be named by a command either
   const auto [at, isNew] = known_.emplace(name, 0);
   if (isNew) at->second = add(name, line);
+  inFile_[at->second] = true;
   SourceVariable& variable = variables_[at->second];
   if (value.type == JsonValue::Type::kNested && variable.unusable.empty()) {
     variable.unusable = name + " " + fmt::format(kNested, line);
@@ -134,6 +168,8 @@ class MemberReader : public JsonVisitor {
 
  protected:
   virtual void takeRecord(const std::vector<Member>& members) = 0;
+  /// On which the record begins.
+  uint64_t line() const { return line_; }
 
  private:
   std::string label_;
@@ -199,15 +235,24 @@ class BlockingReader final : public MemberReader {
  public:
   BlockingReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
                  const std::string& label, const std::vector<SpelledColumn>& columns,
+                 std::vector<KindTally>& tallies, size_t file,
                  const std::function<void(const CaseBlock&)>& take)
-      : MemberReader(variables, request, label), columns_(columns), take_(take) {
+      : MemberReader(variables, request, label),
+        columns_(columns),
+        take_(take),
+        tallies_(tallies),
+        file_(file) {
     block_.columns.resize(columns.size());
+    block_.placeOf = [this, label](size_t row) {
+      return fmt::format("{}, line {}", label, lines_[row]);
+    };
   }
 
   void flush() {
     take_(block_);
     block_.cases = 0;
     texts_.clear();
+    lines_.clear();
     for (CaseBlock::Column& column : block_.columns) {
       column.numbers.clear();
       column.texts.clear();
@@ -219,6 +264,8 @@ class BlockingReader final : public MemberReader {
     for (size_t i = 0; i < members.size(); ++i) {
       const Member& each = members[i];
       if (columns_[i].valueKind() == ValueKind::kString) {
+        tallies_[i].add(columns_[i].kindOf(each.spelling, each.text), 1, {file_, each.line},
+                        each.text);
         texts_.emplace_back(columns_[i].textOf(each.spelling, each.text, each.line));
         block_.columns[i].texts.emplace_back(texts_.back());
       } else {
@@ -226,11 +273,15 @@ class BlockingReader final : public MemberReader {
             columns_[i].numberOf(each.spelling, each.text, each.line));
       }
     }
+    lines_.push_back(line());
     if (++block_.cases == kBlockCases) flush();
   }
 
   const std::vector<SpelledColumn>& columns_;
   const std::function<void(const CaseBlock&)>& take_;
+  std::vector<KindTally>& tallies_;  // by column
+  size_t file_;
+  std::vector<uint64_t> lines_;    // of the block's records
   std::deque<std::string> texts_;  // of the block
   CaseBlock block_;
 };
@@ -256,6 +307,7 @@ class JsonCases final : public CaseSource {
  private:
   void walk(size_t file, JsonVisitor& visitor);
   std::vector<SpelledColumn> columnsFor(const CaseRequest& request) const;
+  void beginPart(std::vector<SpelledColumn>& columns, size_t file) const;
   void report(int64_t cases) const;
 
   DataFiles files_;
@@ -274,7 +326,9 @@ JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic
   NameCollector names;
   for (size_t i = 0; i < files_.files.size(); ++i) {
     inputs_.push_back(openInput(files_.files[i].path, files_.files[i].label, watched_));
+    names.beginFile(files_.files[i].label);
     walk(i, names);
+    names.endFile();
   }
   variables_ = names.take();
   recordVariables_ = variables_.size();
@@ -302,10 +356,14 @@ void JsonCases::walk(size_t file, JsonVisitor& visitor) {
 std::vector<SpelledColumn> JsonCases::columnsFor(const CaseRequest& request) const {
   std::vector<SpelledColumn> columns;
   for (const ColumnRequest& wanted : request.columns) {
-    columns.emplace_back(files_.label + ", line", variables_[wanted.column].variable.name, rules_,
+    columns.emplace_back(files_.label, variables_[wanted.column].variable.name, rules_,
                          wanted.type);
   }
   return columns;
+}
+
+void JsonCases::beginPart(std::vector<SpelledColumn>& columns, size_t file) const {
+  for (SpelledColumn& column : columns) column.beginPart(files_.files[file].label + ", line");
 }
 
 void JsonCases::report(int64_t cases) const {
@@ -318,6 +376,7 @@ CodedCases JsonCases::read(const CaseRequest& request) {
   const std::vector<ValueKind> kinds(columns.size(), ValueKind::kString);
   CaseCollector collector(kinds, request.collapse, request.memoryLimit, -1);
   for (size_t i = 0; i < files_.files.size(); ++i) {
+    beginPart(columns, i);
     CodingReader reader(
         {variables_.begin(), variables_.begin() + static_cast<ptrdiff_t>(recordVariables_)},
         request, files_.files[i].label, columns, collector,
@@ -332,12 +391,14 @@ CodedCases JsonCases::read(const CaseRequest& request) {
   }
   CodedCases cases = collector.finish();
   for (size_t i = 0; i < columns.size(); ++i) {
+    SourceVariable& variable = variables_[request.columns[i].column];
+    variable.odd.reset();
     if (cases.complete) {
       columns[i].refuseContradictions();
+      variable.odd = columns[i].odd(cases, cases.columns[i].codes);
       columns[i].finish(cases.columns[i]);
     }
     cases.columns[i].kind = columns[i].valueKind();
-    SourceVariable& variable = variables_[request.columns[i].column];
     variable.variable.kind = cases.columns[i].kind;
     variable.zoned = columns[i].kind() == FieldKind::kZonedDateTime;
     variable.kindKnown = true;
@@ -348,10 +409,12 @@ CodedCases JsonCases::read(const CaseRequest& request) {
 
 void JsonCases::forEachBlock(const CaseRequest& request,
                              const std::function<void(const CaseBlock&)>& take) {
+  std::vector<KindTally> tallies(request.columns.size());
   for (size_t i = 0; i < files_.files.size(); ++i) {
+    beginPart(understood_, i);
     BlockingReader reader(
         {variables_.begin(), variables_.begin() + static_cast<ptrdiff_t>(recordVariables_)},
-        request, files_.files[i].label, understood_, take);
+        request, files_.files[i].label, understood_, tallies, i, take);
     for (size_t k = 0; k < request.columns.size(); ++k) {
       const size_t column = request.columns[k].column;
       if (column < recordVariables_) continue;
@@ -359,6 +422,13 @@ void JsonCases::forEachBlock(const CaseRequest& request,
     }
     walk(i, reader);
     reader.flush();
+  }
+  for (size_t k = 0; k < tallies.size(); ++k) {
+    const auto odd = tallies[k].odd();
+    if (!odd) continue;
+    const auto& [file, line] = odd->position;
+    variables_[request.columns[k].column].odd =
+        OddText{odd->text, fmt::format("{}, line {}", files_.files[file].label, line), odd->usual};
   }
 }
 

@@ -82,8 +82,11 @@ void DataTable::append(TableWriter& writer, const CaseBlock& block) {
 std::string DataTable::shownColumn(size_t column) const {
   const SourceVariable& variable = source_.variables()[column];
   const std::string name = quotedName(variable.variable.name);
-  const std::string moment =
-      fmt::format("make_timestamp(CAST(round(c{} * 1e6) AS BIGINT))", column);
+  // Microseconds of all seconds at once would be more than a double holds.
+  const std::string moment = fmt::format(
+      "make_timestamp(CAST(floor(c{0}) AS BIGINT) * 1000000 + CAST(round((c{0} - floor(c{0})) * "
+      "1e6) AS BIGINT))",
+      column);
   switch (kinds_[column]) {
     case ValueKind::kString:
       return fmt::format("nullif(c{}, '') AS {}", column, name);

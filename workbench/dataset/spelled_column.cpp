@@ -3,17 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "workbench/values/data_error.h"
 #include "workbench/values/excerpt.h"
 
 namespace workbench {
-namespace {
-
-constexpr size_t kWidestString = 32'767;
-
-}  // namespace
 
 DeclaredType declaredType(const ColumnType& type) {
   using Name = ColumnType::Name;
@@ -59,11 +55,22 @@ ValueKind valueKindOf(FieldKind kind) {
 }
 
 SpelledColumn::SpelledColumn(std::string place, std::string name, FieldRules rules, ColumnType type)
-    : place_(std::move(place)),
+    : parts_({{0, std::move(place)}}),
       name_(std::move(name)),
       rules_(std::move(rules)),
       type_(std::move(type)),
       declared_(declaredType(type_)) {}
+
+void SpelledColumn::beginPart(std::string place) {
+  parts_.push_back({places_.size(), std::move(place)});
+}
+
+const std::string& SpelledColumn::partOf(size_t code) const {
+  const auto next =
+      std::upper_bound(parts_.begin(), parts_.end(), code,
+                       [](size_t wanted, const Part& part) { return wanted < part.firstCode; });
+  return std::prev(next)->place;
+}
 
 FieldValue SpelledColumn::understand(Spelling spelling, std::string_view text) const {
   FieldValue value;
@@ -103,6 +110,7 @@ void SpelledColumn::forget() {
   coder_ = TextCoder();
   spelled_ = TextList();
   places_ = {};
+  parts_ = {{0, std::move(parts_.back().place)}};
 }
 
 size_t SpelledColumn::memory() const {
@@ -113,15 +121,17 @@ ValueKind SpelledColumn::valueKind() const {
   return type_.codes.empty() ? valueKindOf(kind()) : ValueKind::kNumber;
 }
 
-void SpelledColumn::refuse(std::string_view text, uint64_t number, std::string_view why) const {
-  throw DataError(fmt::format("{} {}: {}: '{}' {}", place_, number, name_, excerpt(text), why));
+void SpelledColumn::refuse(size_t code, std::string_view text, uint64_t number,
+                           std::string_view why) const {
+  throw DataError(
+      fmt::format("{} {}: {}: '{}' {}", partOf(code), number, name_, excerpt(text), why));
 }
 
-void SpelledColumn::refuseContradiction(const FieldValue& value, std::string_view text,
+void SpelledColumn::refuseContradiction(size_t code, const FieldValue& value, std::string_view text,
                                         uint64_t number) const {
   const std::string_view why = contradiction(kind(), declared_, value);
   if (why.empty()) return;
-  refuse(text, number,
+  refuse(code, text, number,
          declared_ == DeclaredType::kNone
              ? fmt::format("{}.", why)
              : fmt::format("{}; the dictionary gives the type. Correct one of them.", why));
@@ -131,24 +141,39 @@ void SpelledColumn::refuseContradictions() const {
   if (!type_.codes.empty()) return;  // what is not listed is refused when it gets its number
   for (size_t i = 0; i < spelled_.size(); ++i) {
     const std::string_view text = spelled_[i].substr(1);
-    refuseContradiction(understand(static_cast<Spelling>(spelled_[i].front()), text), text,
+    refuseContradiction(i, understand(static_cast<Spelling>(spelled_[i].front()), text), text,
                         places_[i]);
   }
 }
 
-double SpelledColumn::numberOf(const FieldValue& value) const {
-  return isMissingIn(kind(), value) ? kSystemMissing : normalNumber(value.number);
-}
-
-double SpelledColumn::categoryOf(std::string_view text, uint64_t number) const {
+double SpelledColumn::categoryOf(size_t code, std::string_view text, uint64_t number) const {
   const std::string_view wanted = withoutTrailingSpaces(text);
   if (wanted.empty()) return kSystemMissing;
   const auto found = std::find_if(type_.codes.begin(), type_.codes.end(),
                                   [&](const auto& entry) { return entry.first == wanted; });
   if (found == type_.codes.end()) {
-    refuse(text, number, "is not among the ordered categories that the dictionary lists; add it.");
+    refuse(code, text, number,
+           "is not among the ordered categories that the dictionary lists; add it.");
   }
   return found->second;
+}
+
+std::optional<OddText> SpelledColumn::odd(const CodedCases& cases, const CodeList& codes) const {
+  if (!type_.codes.empty() || kind() != FieldKind::kText) return {};
+  std::vector<int64_t> counts(spelled_.size(), 0);
+  for (size_t row = 0; row < cases.rows; ++row) {
+    counts[codes[row]] += row < cases.counts.size() ? static_cast<int64_t>(cases.counts[row]) : 1;
+  }
+  KindTally tally;
+  for (size_t i = 0; i < spelled_.size(); ++i) {
+    const std::string_view text = spelled_[i].substr(1);
+    // Codes are given in the order of the data.
+    tally.add(kindOf(static_cast<Spelling>(spelled_[i].front()), text), counts[i], {0, i}, text);
+  }
+  const auto found = tally.odd();
+  if (!found) return {};
+  const auto code = static_cast<size_t>(found->position.second);
+  return OddText{found->text, fmt::format("{} {}", partOf(code), places_[code]), found->usual};
 }
 
 void SpelledColumn::finish(CaseColumn& column) const {
@@ -164,30 +189,32 @@ void SpelledColumn::finish(CaseColumn& column) const {
     const auto spelling = static_cast<Spelling>(spelled_[i].front());
     const size_t width = withoutTrailingSpaces(text).size();
     if (isText && width > kWidestString) {
-      refuse(text, places_[i],
+      refuse(i, text, places_[i],
              fmt::format("takes {} bytes; a string holds up to {}.", width, kWidestString));
     }
-    codes[i] = isText ? textCoder.code(textOf(spelling, text, places_[i]), column.texts)
-                      : numberCoder.code(numberOf(spelling, text, places_[i]), column.numbers);
+    codes[i] = isText ? textCoder.code(textOf(i, spelling, text, places_[i]), column.texts)
+                      : numberCoder.code(numberOf(i, spelling, text, places_[i]), column.numbers);
   }
   column.codes.recode(codes);
 }
 
-double SpelledColumn::numberOf(Spelling spelling, std::string_view text, uint64_t number) const {
+double SpelledColumn::numberOf(size_t code, Spelling spelling, std::string_view text,
+                               uint64_t number) const {
   const FieldValue value = understand(spelling, text);
   if (!type_.codes.empty()) {
     const bool missing = value.kind == FieldKind::kMissing && !value.provisional;
-    return missing ? kSystemMissing : categoryOf(text, number);
+    return missing ? kSystemMissing : categoryOf(code, text, number);
   }
-  refuseContradiction(value, text, number);
-  return numberOf(value);
+  refuseContradiction(code, value, text, number);
+  return isMissingIn(kind(), value) ? kSystemMissing : normalNumber(value.number);
 }
 
-std::string_view SpelledColumn::textOf(Spelling spelling, std::string_view text,
+std::string_view SpelledColumn::textOf(size_t code, Spelling spelling, std::string_view text,
                                        uint64_t number) const {
   const FieldValue value = understand(spelling, text);
-  refuseContradiction(value, text, number);
-  return isMissingIn(FieldKind::kText, value) ? std::string_view() : withoutTrailingSpaces(text);
+  refuseContradiction(code, value, text, number);
+  if (isMissingIn(FieldKind::kText, value)) return {};
+  return withoutTrailingSpaces(text);
 }
 
 }  // namespace workbench

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "workbench/dataset/case_source.h"
+#include "workbench/dataset/odd_text.h"
 #include "workbench/dataset/value_coder.h"
 #include "workbench/values/field.h"
 
@@ -29,6 +31,8 @@ class SpelledColumn {
  public:
   /// `place` begins messages and is followed by a number ("data.json, line").
   SpelledColumn(std::string place, std::string name, FieldRules rules, ColumnType type);
+  /// What comes from now on stands there.
+  void beginPart(std::string place);
 
   /// The code of a text; `number` tells where it stands.
   uint32_t code(Spelling spelling, std::string_view text, uint64_t number);
@@ -44,22 +48,43 @@ class SpelledColumn {
   /// Throws DataError at the first value, in the order in which they came, that the column cannot
   /// have. To be called when all values are known and have codes.
   void refuseContradictions() const;
+  /// What made it a column of texts, among cases with these codes.
+  std::optional<OddText> odd(const CodedCases& cases, const CodeList& codes) const;
+  /// What a value is by itself.
+  FieldKind kindOf(Spelling spelling, std::string_view text) const {
+    return understand(spelling, text).kind;
+  }
   /// Gives a column with these codes its values.
   void finish(CaseColumn& column) const;
 
   /// A single value of a column whose values are all known: `text` stays what it is, or becomes
   /// empty; the number is kSystemMissing when it is missing. Throws as refuseContradictions.
-  double numberOf(Spelling spelling, std::string_view text, uint64_t number) const;
-  std::string_view textOf(Spelling spelling, std::string_view text, uint64_t number) const;
+  double numberOf(Spelling spelling, std::string_view text, uint64_t number) const {
+    return numberOf(places_.size(), spelling, text, number);
+  }
+  std::string_view textOf(Spelling spelling, std::string_view text, uint64_t number) const {
+    return textOf(places_.size(), spelling, text, number);
+  }
 
  private:
   FieldValue understand(Spelling spelling, std::string_view text) const;
-  void refuseContradiction(const FieldValue& value, std::string_view text, uint64_t number) const;
-  double numberOf(const FieldValue& value) const;
-  double categoryOf(std::string_view text, uint64_t number) const;
-  [[noreturn]] void refuse(std::string_view text, uint64_t number, std::string_view why) const;
+  /// Of the texts that have codes, or of one that comes now.
+  double numberOf(size_t code, Spelling spelling, std::string_view text, uint64_t number) const;
+  std::string_view textOf(size_t code, Spelling spelling, std::string_view text,
+                          uint64_t number) const;
+  void refuseContradiction(size_t code, const FieldValue& value, std::string_view text,
+                           uint64_t number) const;
+  double categoryOf(size_t code, std::string_view text, uint64_t number) const;
+  /// Where the text with a code came first; with the code after all others, the part at hand.
+  const std::string& partOf(size_t code) const;
+  [[noreturn]] void refuse(size_t code, std::string_view text, uint64_t number,
+                           std::string_view why) const;
 
-  std::string place_;
+  struct Part {
+    size_t firstCode;
+    std::string place;
+  };
+  std::vector<Part> parts_;  // the last one is at hand
   std::string name_;
   FieldRules rules_;
   ColumnType type_;

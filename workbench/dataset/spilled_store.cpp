@@ -14,8 +14,6 @@
 namespace workbench {
 namespace {
 
-constexpr size_t kWidestString = 32'767;
-
 /// Runs a statement that leaves a table behind; unlike Database::execute it can be interrupted.
 void run(Database& database, const std::string& sql) {
   Query query(database, sql);
@@ -248,10 +246,9 @@ void SpilledStore::append(TableWriter& writer, const CaseBlock& block) {
       for (size_t row = begin; row < begin + count; ++row) {
         const size_t width = column.texts[row].size();
         if (width > kWidestString) {
-          throw DataError(
-              fmt::format("{}, case {}: the text '{}' takes {} bytes; a string holds up to {}.",
-                          label_, table_.cases + static_cast<int64_t>(row) + 1,
-                          excerpt(column.texts[row]), width, kWidestString));
+          throw DataError(fmt::format("{}: the text '{}' takes {} bytes; a string holds up to {}.",
+                                      block.placeOf(row), excerpt(column.texts[row]), width,
+                                      kWidestString));
         }
         table_.widths[i] = std::max(table_.widths[i], static_cast<int32_t>(width));
       }

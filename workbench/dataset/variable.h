@@ -1,6 +1,7 @@
 /// A variable of a data set, and the rules about its values that every data set shares.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,6 +12,9 @@
 #include "host/constants.h"
 
 namespace workbench {
+
+/// Bytes of the widest text that a variable holds.
+inline constexpr size_t kWidestString = 32'767;
 
 /// What a variable's values are. All but strings are held as doubles: dates and date-times as
 /// seconds since 1970-01-01 00:00:00, times as seconds since midnight, booleans as 0 and 1.

@@ -179,20 +179,6 @@ class ColumnMerger {
   std::optional<Contradiction> contradiction_;
 };
 
-[[noreturn]] void refuse(const Contradiction& found, const ColumnPlan& plan,
-                         const std::vector<std::string>& labels) {
-  const std::string& label = labels[found.place.part];
-  const std::string place =
-      found.place.line == 0 ? label : fmt::format("{}, line {}", label, found.place.line);
-  const bool declared = plan.type != DeclaredType::kNone;
-  throw DataError(fmt::format(
-      "{}, column {}: {} {}. {}", place, plan.name, excerpt(found.text), found.reason,
-      declared
-          ? "Correct the value, or give the column another type in the dictionary (string takes "
-            "any value)."
-          : "Correct the value, or give the column the type string in a dictionary."));
-}
-
 /// The pieces of all shares by block.
 struct PlacedPiece {
   size_t share = 0;
@@ -333,11 +319,24 @@ std::vector<ColumnMerger> mergeColumns(const std::vector<ReadShare>& shares,
     const auto& found = mergers.back().contradiction();
     if (found && (!first || *found < *first)) first = found;
   }
-  if (first) refuse(*first, plans[first->column], labels);
+  if (first) refuseContradiction(*first, plans[first->column], labels[first->place.part]);
   return mergers;
 }
 
 }  // namespace
+
+void refuseContradiction(const Contradiction& found, const ColumnPlan& plan,
+                         const std::string& label) {
+  const std::string place =
+      found.place.line == 0 ? label : fmt::format("{}, line {}", label, found.place.line);
+  const bool declared = plan.type != DeclaredType::kNone;
+  throw DataError(fmt::format(
+      "{}, column {}: {} {}. {}", place, plan.name, excerpt(found.text), found.reason,
+      declared
+          ? "Correct the value, or give the column another type in the dictionary (string takes "
+            "any value)."
+          : "Correct the value, or give the column the type string in a dictionary."));
+}
 
 DelimitedCases assembleCases(std::vector<ReadShare>& shares, const std::vector<ColumnPlan>& plans,
                              const std::vector<std::string>& labels, bool complete) {

@@ -21,4 +21,8 @@ struct WrongForm {
 DelimitedCases assembleCases(std::vector<ReadShare>& shares, const std::vector<ColumnPlan>& plans,
                              const std::vector<std::string>& labels, bool complete);
 
+/// Throws the DataError for a value that its column cannot have; `label` is its part's.
+[[noreturn]] void refuseContradiction(const Contradiction& found, const ColumnPlan& plan,
+                                      const std::string& label);
+
 }  // namespace workbench

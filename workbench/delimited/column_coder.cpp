@@ -59,11 +59,7 @@ bool Contradiction::operator<(const Contradiction& other) const {
 }
 
 std::string_view codedText(std::string_view field, std::string& buffer) {
-  if (!field.empty() && field.front() == kConstantMark) {
-    const size_t first = field.find_first_not_of(" \t", 1);
-    if (first == std::string_view::npos) return {};
-    return field.substr(first, field.find_last_not_of(" \t") - first + 1);
-  }
+  if (!field.empty() && field.front() == kConstantMark) return field.substr(1);
   return fieldText(field, buffer);
 }
 
@@ -97,8 +93,7 @@ void ColumnCoder::readNumbers(const TextBlock& block, double* numbers) {
   };
   const ColumnPlan::Origin& origin = plan_->origins[block.part];
   if (origin.constant) {
-    const std::string field = kConstantMark + *origin.constant;
-    std::fill_n(numbers, block.index().records(), numberOf(codedText(field, buffer), 0));
+    std::fill_n(numbers, block.index().records(), numberOf(*origin.constant, 0));
     return;
   }
   FieldCursor(block, origin.field).forEach([&](size_t record, const char* begin, size_t length) {

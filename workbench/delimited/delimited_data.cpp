@@ -22,6 +22,12 @@
 namespace workbench {
 namespace {
 
+std::string withoutBlanks(const std::string& text) {
+  const size_t first = text.find_first_not_of(" \t");
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
 /// Hands the texts of a block over, where they stand or, unescaped, in a buffer of its own.
 class BlockTexts {
  public:
@@ -88,6 +94,9 @@ class DelimitedData::Implementation {
     BlockTexts texts;
     DelimitedBlock decoded;
     decoded.columns.resize(plans.size());
+    decoded.placeOf = [&block](size_t record) {
+      return DelimitedPlace{block.part, block.lineOf(record)};
+    };
     int64_t count = 0;
     while (reader.next(block)) {
       texts.clear();
@@ -167,7 +176,8 @@ class DelimitedData::Implementation {
         if (wanted.column < inFiles) {
           origin.field = fields_[part][wanted.column];
         } else {
-          origin.constant = options_.parts[part].constants[wanted.column - inFiles];
+          // Blanks around a text without quotes do not count.
+          origin.constant = withoutBlanks(options_.parts[part].constants[wanted.column - inFiles]);
         }
       }
       plans.push_back(std::move(plan));
@@ -218,19 +228,29 @@ class DelimitedData::Implementation {
               DelimitedBlock::Column& column) const {
     column.numbers.clear();
     column.texts.clear();
-    const auto add = [&](std::string_view text) {
+    column.kinds.clear();
+    const ColumnPlan::Origin& origin = plan.origins[block.part];
+    const auto add = [&](std::string_view text, size_t record) {
       const FieldValue value = interpretField(text, *plan.rules, plan.missingTexts);
       const bool missing = isMissingIn(kind, value);
       if (kind == FieldKind::kText) {
         column.texts.push_back(missing ? std::string_view() : withoutTrailingSpaces(text));
+        column.kinds.push_back(missing ? FieldKind::kMissing : value.kind);
       } else {
+        // What one thread took for the column's kind may not be what all of them found.
+        const std::string_view reason = contradiction(kind, plan.type, value);
+        if (!reason.empty()) {
+          const uint64_t line = origin.constant ? 0 : block.lineOf(record);
+          refuseContradiction({{block.part, line}, 0, std::string(text), std::string(reason)}, plan,
+                              parts_[block.part].label);
+        }
         column.numbers.push_back(missing ? std::numeric_limits<double>::quiet_NaN() : value.number);
       }
     };
-    const ColumnPlan::Origin& origin = plan.origins[block.part];
     for (size_t record = 0; record < block.index().records(); ++record) {
       add(origin.constant ? std::string_view(*origin.constant)
-                          : texts.textOf(block.field(record, origin.field)));
+                          : texts.textOf(block.field(record, origin.field)),
+          record);
     }
   }
 

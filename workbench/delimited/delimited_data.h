@@ -111,12 +111,14 @@ struct DelimitedCases {
 struct DelimitedBlock {
   size_t cases = 0;
   /// By column as requested; `numbers` of all kinds but texts (NaN when missing), `texts` of those
-  /// (without trailing spaces, empty when missing).
+  /// (without trailing spaces, empty when missing) with what each is by itself.
   struct Column {
     std::vector<double> numbers;
     std::vector<std::string_view> texts;
+    std::vector<FieldKind> kinds;
   };
   std::vector<Column> columns;
+  std::function<DelimitedPlace(size_t record)> placeOf;
 };
 
 /// A set of files with the same columns. Standard input and pipes are kept in a temporary file, so

@@ -177,12 +177,47 @@ class LineCounter {
   bool afterReturn_ = false;
 };
 
+/// Whether the encoding is one of those in which the library makes control characters, or private
+/// ones, of bytes that stand for nothing.
+bool hasUndefinedBytes(const std::string& encoding) {
+  UErrorCode error = U_ZERO_ERROR;
+  const uint16_t count = ucnv_countAliases(encoding.c_str(), &error);
+  for (uint16_t i = 0; i < count; ++i) {
+    const char* alias = ucnv_getAlias(encoding.c_str(), i, &error);
+    const std::string_view name = alias == nullptr ? "" : alias;
+    if (name.starts_with("windows-125") || name == "windows-874") return true;
+  }
+  return false;
+}
+
+/// Finds what such bytes become, over any number of pieces of a text in UTF-8: U+0080 to U+009F,
+/// U+F8C1 to U+F8C8.
+class UndefinedBytes {
+ public:
+  /// Position of the last byte of the first of them in the piece; npos for none.
+  size_t find(std::string_view piece) {
+    for (size_t i = 0; i < piece.size(); ++i) {
+      const auto byte = static_cast<unsigned char>(piece[i]);
+      const bool control = before_ == 0xC2 && byte >= 0x80 && byte <= 0x9F;
+      const bool isPrivate = beforeThat_ == 0xEF && before_ == 0xA3 && byte >= 0x81 && byte <= 0x88;
+      if (control || isPrivate) return i;
+      beforeThat_ = std::exchange(before_, byte);
+    }
+    return std::string_view::npos;
+  }
+
+ private:
+  unsigned char before_ = 0;
+  unsigned char beforeThat_ = 0;
+};
+
 class ConvertedStream final : public FilterStream {
  public:
   ConvertedStream(std::unique_ptr<TextStream> below, const std::string& label,
                   const std::string& encoding)
       : FilterStream(std::move(below), label),
         encoding_(encoding),
+        hasUndefinedBytes_(hasUndefinedBytes(encoding)),
         from_(openConverter(encoding)),
         to_(openConverter("UTF-8")) {
     UErrorCode error = U_ZERO_ERROR;
@@ -209,6 +244,12 @@ class ConvertedStream final : public FilterStream {
                    static_cast<UBool>(ended_), &error);
     unread_.remove_prefix(static_cast<size_t>(in - unread_.data()));
     const auto count = static_cast<size_t>(out - to);
+    if (hasUndefinedBytes_) {
+      if (const size_t at = undefined_.find({to, count}); at != std::string_view::npos) {
+        lines_.add({to, at});
+        refuseBytes();
+      }
+    }
     lines_.add({to, count});
     if (error == U_BUFFER_OVERFLOW_ERROR) return count;
     if (U_FAILURE(error)) {
@@ -217,16 +258,21 @@ class ConvertedStream final : public FilterStream {
         const char c = *unit < 0x80 ? static_cast<char>(*unit) : ' ';
         lines_.add({&c, 1});
       }
-      throw DataError(
-          fmt::format("{}, line {}: there are bytes that are not {}. Name the encoding of the file "
-                      "with --encoding.",
-                      label(), lines_.line(), encoding_));
+      refuseBytes();
     }
     finished_ = ended_;
     return count;
   }
+  [[noreturn]] void refuseBytes() const {
+    throw DataError(
+        fmt::format("{}, line {}: there are bytes that are not {}. Name the encoding of the file "
+                    "with --encoding.",
+                    label(), lines_.line(), encoding_));
+  }
 
   std::string encoding_;
+  bool hasUndefinedBytes_;
+  UndefinedBytes undefined_;
   Converter from_;
   Converter to_;
   LineCounter lines_;

@@ -22,7 +22,9 @@ void FileStamp::refuseChanged() const {
   const bool there = stat(path_.c_str(), &now) == 0;
   if (there && now.st_dev == status_.st_dev && now.st_ino == status_.st_ino &&
       now.st_size == status_.st_size && now.st_mtim.tv_sec == status_.st_mtim.tv_sec &&
-      now.st_mtim.tv_nsec == status_.st_mtim.tv_nsec) {
+      now.st_mtim.tv_nsec == status_.st_mtim.tv_nsec &&
+      now.st_ctim.tv_sec == status_.st_ctim.tv_sec &&
+      now.st_ctim.tv_nsec == status_.st_ctim.tv_nsec) {
     return;
   }
   throw DataError(

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "workbench/values/instants.h"
 #include "workbench/values/whole_numbers.h"
 
 namespace workbench {
@@ -95,18 +96,22 @@ bool convertTicks(const Chunk& chunk, size_t column, double* out, TypedColumn::F
       flaw.reason = kInfinite;
       return false;
     }
-    if (ticksPerSecond > 1'000'000) {
-      if (ticks % 1000 != 0) {
-        flaw.value = fmt::format("a time with {} nanoseconds", ((ticks % 1000) + 1000) % 1000);
-        flaw.reason = kTooFine;
-        return false;
-      }
-      const int64_t microseconds = ticks / 1000;
-      number = static_cast<double>(microseconds) / kMicroseconds;
-    } else {
+    if (ticksPerSecond < 1'000'000) {
       number = static_cast<double>(ticks) / static_cast<double>(ticksPerSecond);
+      return true;
     }
-    return true;
+    const int64_t ticksPerMicrosecond = ticksPerSecond / 1'000'000;
+    if (ticks % ticksPerMicrosecond != 0) {
+      flaw.value = fmt::format("a time with {} nanoseconds", ((ticks % 1000) + 1000) % 1000);
+      flaw.reason = kTooFine;
+      return false;
+    }
+    const int64_t microseconds = ticks / ticksPerMicrosecond;
+    number = secondsOf(microseconds);
+    if (secondsTell(microseconds)) return true;
+    flaw.value = fmt::format("a time {} microseconds from 1970", microseconds);
+    flaw.reason = kInexact;
+    return false;
   });
 }
 

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
@@ -14,7 +16,10 @@
 namespace workbench {
 namespace {
 
-using Json = nlohmann::json;
+/// Numbers are handed on as they are spelt. The wide type is for those beyond a double, which
+/// matter only in columns that are named and otherwise numeric.
+using Json =
+    nlohmann::basic_json<std::map, std::vector, std::string, bool, int64_t, uint64_t, long double>;
 
 constexpr size_t kBlock = size_t{1} << 18;
 
@@ -115,7 +120,7 @@ class Walk {
   bool boolean(bool value) { return scalar({JsonValue::Type::kBoolean, value ? "true" : "false"}); }
   bool number_integer(int64_t value) { return whole(fmt::format_int(value)); }
   bool number_unsigned(uint64_t value) { return whole(fmt::format_int(value)); }
-  bool number_float(double, const std::string& spelt) {
+  bool number_float(long double, const std::string& spelt) {
     return scalar({JsonValue::Type::kNumber, spelt});
   }
   bool string(const std::string& value) {
@@ -162,8 +167,7 @@ class Walk {
   }
   bool parse_error(size_t, const std::string& token, const Json::exception& error) {
     if (dynamic_cast<const Json::out_of_range*>(&error) != nullptr) {
-      refuse(fmt::format("the number '{}' is too large; numbers end at about 1.8e308",
-                         excerpt(token)));
+      refuse(fmt::format("{}: the number '{}' is too large", excerpt(key_), excerpt(token)));
     }
     refuse(
         fmt::format("this is not valid JSON near '{}'. Give an array of objects, or one object "

@@ -166,7 +166,9 @@ FieldValue plainValue(std::string_view text, const FieldRules& rules, bool numbe
     if (equalsLower(text, "false")) return valueOf(FieldKind::kBoolean, 0.0);
   }
   if (const auto instant = parseInstant(text)) {
-    return valueOf(kindOf(instant->kind), static_cast<double>(instant->microseconds) / 1e6);
+    FieldValue value = valueOf(kindOf(instant->kind), secondsOf(instant->microseconds));
+    if (!secondsTell(instant->microseconds)) value.flaw = NumberFlaw::kInexact;
+    return value;
   }
   return textValue();
 }
@@ -256,15 +258,24 @@ FieldKind KindSet::columnKind(DeclaredType type) const {
   return columnKind();
 }
 
+namespace {
+
+/// A text for missing values that the column cannot hold as one of its own.
+bool isOnlyMissingIn(FieldKind column, const FieldValue& value) {
+  return value.provisional && (value.kind != column || value.flaw != NumberFlaw::kNone);
+}
+
+}  // namespace
+
 bool isMissingIn(FieldKind column, const FieldValue& value) {
   if (value.kind == FieldKind::kMissing) return true;
   if (column == FieldKind::kText) return false;
-  return (value.provisional && value.kind != column) || std::isnan(value.number);
+  return isOnlyMissingIn(column, value) || std::isnan(value.number);
 }
 
 std::string_view contradiction(FieldKind column, DeclaredType type, const FieldValue& value) {
   if (column == FieldKind::kText || value.kind == FieldKind::kMissing) return {};
-  if (value.provisional && value.kind != column) return {};
+  if (isOnlyMissingIn(column, value)) return {};
   if (type == DeclaredType::kInteger) {
     if (const std::string_view problem = integerProblem(value); !problem.empty()) return problem;
   }
@@ -274,7 +285,11 @@ std::string_view contradiction(FieldKind column, DeclaredType type, const FieldV
     if (value.flaw == NumberFlaw::kInexact) return "has more digits than a number can hold";
     return {};
   }
-  if (value.kind == column) return {};
+  if (value.kind == column) {
+    return value.flaw == NumberFlaw::kNone
+               ? std::string_view()
+               : "is finer than seconds since 1970 can be held so far from it";
+  }
   switch (column) {
     case FieldKind::kBoolean:
       if (value.kind == FieldKind::kNumber && (value.number == 0.0 || value.number == 1.0))

@@ -34,7 +34,7 @@ struct FieldRules {
 /// Why a number cannot simply be used.
 enum class NumberFlaw : uint8_t {
   kNone,
-  kInexact,  ///< a whole number spelt in digits alone that no double holds exactly
+  kInexact,  ///< a whole number spelt in digits alone, or a moment, that no double holds exactly
   kOverflow  ///< any other number beyond the range of a double
 };
 

@@ -1,5 +1,7 @@
 #include "workbench/values/instants.h"
 
+#include <cmath>
+
 #include <chrono>
 
 namespace workbench {
@@ -112,6 +114,25 @@ std::optional<Instant> parseInstant(std::string_view text) {
   const auto ahead = takeZone(text);
   if (!ahead || !text.empty()) return {};
   return Instant{Instant::Kind::kZonedDateTime, *date + *time - *ahead};
+}
+
+double secondsOf(int64_t microseconds) {
+  constexpr int64_t kExact = int64_t{1} << 53U;
+  if (microseconds >= -kExact && microseconds <= kExact) {
+    return static_cast<double>(microseconds) / 1e6;
+  }
+  // More digits than a double has would be rounded twice.
+  return static_cast<double>(static_cast<long double>(microseconds) / 1e6L);
+}
+
+bool secondsTell(int64_t microseconds) {
+  constexpr int64_t kClose = (int64_t{1} << 33U) * kSecond;  // doubles below are closer
+  if (microseconds > -kClose && microseconds < kClose) return true;
+  const double seconds = secondsOf(microseconds);
+  const double whole = std::floor(seconds);
+  const int64_t back =
+      static_cast<int64_t>(whole) * kSecond + std::llround((seconds - whole) * 1e6);
+  return back == microseconds;
 }
 
 }  // namespace workbench

@@ -21,4 +21,11 @@ struct Instant {
 /// same followed by Z, +HH, +HHMM or +HH:MM (or minus), up to 15:59. Nothing for any other text.
 std::optional<Instant> parseInstant(std::string_view text);
 
+/// Moments count in seconds: the nearest double.
+double secondsOf(int64_t microseconds);
+
+/// Whether those seconds tell the moment from the microseconds before and after it. From the year
+/// 2242 on doubles may lie further apart.
+bool secondsTell(int64_t microseconds);
+
 }  // namespace workbench

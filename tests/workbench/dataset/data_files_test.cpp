@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "tests/workbench/dataset/data_folder.h"
 
@@ -89,6 +90,84 @@ TEST(DataFiles, WhatDoesNotBelongTogetherIsRefused) {
   folder.make("parquet/a.parquet", "COPY (SELECT 1 AS x) TO FILE");
   folder.make("parquet/b.parquet", "COPY (SELECT 1 AS z) TO FILE");
   EXPECT_TRUE(has(refusal(folder.path("parquet")), "its columns differ from those of"));
+}
+
+TEST(DataFiles, LinksAreFollowedButNothingIsCountedTwice) {
+  const DataFolder folder;
+  const auto link = [&](const std::string& to, const std::string& name) {
+    std::filesystem::create_symlink(folder.path(to), folder.path(name));
+  };
+  put(folder, "outside/y/b.csv", "x\n2\n");
+  put(folder, "d/a.csv", "x\n1\n");
+  link("outside", "d/linked");
+  EXPECT_EQ(casesOf(folder.path("d")), (Lines{"1|1", "2|1"}));
+  link("outside/y", "d/z");
+  EXPECT_TRUE(has(refusal(folder.path("d")), folder.path("d/z") + " are the same, by a link"))
+      << refusal(folder.path("d"));
+  put(folder, "e/a.csv", "x\n1\n");
+  link("e", "e/round");
+  EXPECT_TRUE(has(refusal(folder.path("e")), "e/round are the same, by a link"));
+  put(folder, "f/2024.csv", "x\n1\n");
+  link("f/2024.csv", "f/latest.csv");
+  EXPECT_TRUE(has(refusal(folder.path("f")), "f/latest.csv are the same, by a link"));
+  EXPECT_TRUE(has(refusal(folder.path("f/*.csv")), "f/latest.csv are the same, by a link"));
+  put(folder, "g/k=1/a.csv", "x\n1\n");
+  std::filesystem::create_directories(folder.path("g/k=2"));
+  std::filesystem::create_hard_link(folder.path("g/k=1/a.csv"), folder.path("g/k=2/a.csv"));
+  EXPECT_EQ(casesOf(folder.path("g")), (Lines{"1|1|1", "1|2|1"})) << "two files of one content";
+}
+
+TEST(DataFiles, PatternsHaveNoDoubleStars) {
+  const DataFolder folder;
+  put(folder, "d/a.csv", "x\n1\n");
+  EXPECT_TRUE(has(refusal(folder.path("d/**/*.csv")), "'**' is not known. Name the folder"));
+  EXPECT_TRUE(has(refusal(folder.path("**.csv")), "'**' is not known"));
+  put(folder, "a**.csv", "x\n7\n");
+  EXPECT_EQ(casesOf(folder.path("a**.csv")), (Lines{"7|1"})) << "a file of that very name";
+}
+
+TEST(DataFiles, PartsOfPathsMustBeTexts) {
+  const DataFolder folder;
+  put(folder, "nul/k=a%00b/a.csv", "x\n1\n");
+  EXPECT_TRUE(has(refusal(folder.path("nul")), "the part 'a%00b' of the path holds a NUL byte"));
+  put(folder, "bytes/k=%FF/a.csv", "x\n1\n");
+  EXPECT_TRUE(has(refusal(folder.path("bytes")), "'%FF' of the path holds bytes that are not"));
+  put(folder, "name/%C3=1/a.csv", "x\n1\n");
+  EXPECT_TRUE(has(refusal(folder.path("name")), "'%C3' of the path holds bytes that are not"));
+  put(folder, "raw/k=\xFF/a.csv", "x\n1\n");
+  EXPECT_TRUE(has(refusal(folder.path("raw")), "holds bytes that are not UTF-8"));
+  put(folder, "plain/k=50%/a.csv", "x\n1\n");
+  EXPECT_EQ(casesOf(folder.path("plain")), (Lines{"1|50%|1"})) << "no code, so itself";
+}
+
+TEST(DataFiles, JsonFilesHaveTheSameKeys) {
+  const DataFolder folder;
+  put(folder, "j/a.jsonl", "{\"x\":1,\"y\":2}\n{\"x\":3}\n");
+  put(folder, "j/b.json", "[]");
+  put(folder, "j/c.jsonl", "{\"y\":5}\n{\"x\":4}\n");
+  EXPECT_EQ(casesOf(folder.path("j")), (Lines{"1|2|1", "3|.|1", ".|5|1", "4|.|1"}));
+  put(folder, "j/d.jsonl", "{\"x\":1}\n");
+  EXPECT_TRUE(has(refusal(folder.path("j")), "j/d.jsonl lacks the key y of "));
+  put(folder, "j/d.jsonl", "{\"x\":1,\"y\":2,\"z\":3}\n");
+  EXPECT_TRUE(has(refusal(folder.path("j")), "j/d.jsonl has the key z, which is not in "));
+}
+
+TEST(DataFiles, RefusalsNameTheFileOfTheFolder) {
+  const DataFolder folder;
+  for (const size_t limit : {size_t{1} << 30U, size_t{0}}) {  // in memory, and not
+    for (const auto& [name, first, second] :
+         {std::tuple{"j", "{\"x\":1}\n", "{\"x\":1}\n\n{\"x\":\"no\"}\n"},
+          std::tuple{"c", "x\n1\n", "x\n1\nno\n"}}) {
+      const std::string ending = *name == 'j' ? ".jsonl" : ".csv";
+      put(folder, std::string(name) + "/1" + ending, first);
+      put(folder, std::string(name) + "/2" + ending, second);
+      put(folder, std::string(name) + "/3" + ending, first);
+      DataOptions options = dataOptions(folder.path(name));
+      options.memoryLimit = limit;
+      options.schema = folder.write("s.json", R"({"fields":[{"name":"x","type":"integer"}]})");
+      EXPECT_TRUE(has(refusal(options), "2" + ending + ", line 3")) << refusal(options);
+    }
+  }
 }
 
 TEST(DataFiles, ADictionaryLiesBesideTheFolder) {

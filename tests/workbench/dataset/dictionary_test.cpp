@@ -159,6 +159,34 @@ INSTANTIATE_TEST_SUITE_P(
         BadDictionary{R"({"fields":[{"name":1}]})", ": /fields/0/name: a text is expected"},
         BadDictionary{R"({"fields":[{"name":"x"},{"name":"x"}]})",
                       "/fields/1/name: the field 'x' is listed twice"},
+        BadDictionary{R"({"fields":[{"name":"x","title":"a","type":"integer","title":"b"}]})",
+                      "/fields/0/title: the key stands twice in its object"},
+        BadDictionary{R"({"fields":[{"name":"x"},{"name":"y","categories":[1,{"value":2,)"
+                      R"("label":"a","label":"b"}]}]})",
+                      "/fields/1/categories/1/label: the key stands twice in its object"},
+        BadDictionary{R"({"fields":[{"name":"x"}],"fields":[]})", "/fields: the key stands twice"},
+        BadDictionary{R"({"fields":[{"name":"y","type":"string","categoriesOrdered":true,)"
+                      R"("categories":["a",{"value":"b","label":"B"},"a "]}]})",
+                      "/fields/0/categories/2: the ordered category 'a ' is listed twice"},
+        BadDictionary{R"({"fields":[{"name":"y","categoriesOrdered":true,)"
+                      R"("categories":["a","b"]}]})",
+                      "/fields/0/categoriesOrdered: ordered categories that are texts need "},
+        BadDictionary{R"({"fields":[{"name":"y","type":"string","categoriesOrdered":true}]})",
+                      "/fields/0/categoriesOrdered: ordered categories need categories"},
+        BadDictionary{R"({"fields":[{"name":"x","categoriesOrdered":1}]})",
+                      "/fields/0/categoriesOrdered: true or false is expected"},
+        BadDictionary{R"({"fields":[{"name":"x","format":"%d.%m.%Y"}]})",
+                      "/fields/0/format: format is not supported"},
+        BadDictionary{R"({"fields":[{"name":"x","decimalChar":","}]})",
+                      "/fields/0/decimalChar: decimalChar is not supported"},
+        BadDictionary{R"({"fields":[{"name":"x","groupChar":"."}]})",
+                      "/fields/0/groupChar: groupChar is not supported"},
+        BadDictionary{R"({"fields":[{"name":"x","bareNumber":false}]})",
+                      "/fields/0/bareNumber: bareNumber is not supported"},
+        BadDictionary{R"({"fields":[{"name":"x","trueValues":["yes"]}]})",
+                      "/fields/0/trueValues: trueValues is not supported"},
+        BadDictionary{R"({"fields":[{"name":"x","falseValues":["no"]}]})",
+                      "/fields/0/falseValues: falseValues is not supported"},
         BadDictionary{R"({"fields":[{"name":"x","title":5}]})",
                       "/fields/0/title: a text is expected"},
         BadDictionary{R"({"fields":[{"name":"x","type":"intger"}]})",
@@ -187,6 +215,81 @@ INSTANTIATE_TEST_SUITE_P(
                       "/missingValues/0: a number or a text is expected"},
         BadDictionary{R"({"fields":[{"name":"x","missingValues":[{"label":"l"}]}]})",
                       "/fields/0/missingValues/0: a value is expected"}));
+
+TEST(Dictionary, PropertiesThatChangeNothingAreAllowed) {
+  const DataFolder folder;
+  folder.write("a.schema.json", R"({"fields":[{"name":"x","type":"number","format":"default",)"
+                                R"("decimalChar":".","groupChar":"","bareNumber":true}]})");
+  EXPECT_EQ(casesOf(folder.write("a.csv", "x\n1.5\n")), (Lines{"1.5|1"}));
+}
+
+TEST(Dictionary, MayHave64MiB) {
+  const DataFolder folder;
+  const std::string fields = R"({"fields":[{"name":"x","title":"The x"}]})";
+  const size_t most = size_t{64} << 20U;
+  folder.write("a.schema.json", fields + std::string(most - fields.size(), ' '));
+  const std::string path = folder.write("a.csv", "x\n1\n");
+  EXPECT_EQ(openDataset(dataOptions(path))->declaration(0).label, "The x");
+  folder.write("a.schema.json", fields + std::string(most - fields.size() + 1, ' '));
+  EXPECT_TRUE(has(refusal(path), "a.schema.json: the dictionary is larger than 64 MiB"));
+}
+
+TEST(Dictionary, WholeNumbersAreTakenAsTheyAreWritten) {
+  const DataFolder folder;
+  folder.write("a.schema.json", R"({"fields":[{"name":"id","missingValues":[9007199254740993]}]})");
+  const auto texts =
+      openDataset(dataOptions(folder.write("a.csv", "id\n9007199254740993\n9007199254740995\n")));
+  casesOf(*texts);
+  EXPECT_EQ(texts->declaration(0).missingStrings, (Lines{"9007199254740993"}));
+  const auto numbers =
+      openDataset(dataOptions(folder.write("a.csv", "id\n9007199254740992\n9007199254740993\n")));
+  EXPECT_EQ(casesOf(*numbers), (Lines{"9007199254740992|1", ".|1"}))
+      << "what the column cannot hold is system-missing";
+  EXPECT_TRUE(numbers->declaration(0).missingNumbers.empty());
+}
+
+TEST(Dictionary, OrderedCategoriesAreNumbersWithLabels) {
+  const DataFolder folder;
+  folder.write("a.schema.json",
+               R"({"fields":[{"name":"s","type":"string","categoriesOrdered":true,)"
+               R"("categories":["low",{"value":"mid","label":"In between"},"high","none"],)"
+               R"("missingValues":["",{"value":"none","label":"Not asked"},"?"]}]})");
+  const auto lines = [&](const std::string& text) {
+    return casesOf(folder.write("a.csv", "s,n\n" + text));
+  };
+  EXPECT_EQ(lines("high,1\nlow,2\nmid,3\nnone,4\n?,5\n,6\n"),
+            (Lines{"3|1|1", "1|2|1", "2|3|1", "0|4|1", "-1|5|1", ".|6|1"}));
+  EXPECT_TRUE(has(lines("high,1\nhigher,2\n").back(),
+                  "a.csv, line 3: s: 'higher' is not among the ordered categories"));
+  const auto data = openDataset(dataOptions(folder.write("a.csv", "s\nhigh\n")));
+  const Variable& variable = data->declaration(0);
+  EXPECT_EQ(variable.missingNumbers, (std::vector<double>{0, -1}));
+  for (const auto& [code, label] : {std::pair{1.0, "low"}, std::pair{2.0, "In between"},
+                                    std::pair{3.0, "high"}, std::pair{0.0, "Not asked"}}) {
+    ASSERT_NE(variable.findLabel(code), nullptr) << code;
+    EXPECT_EQ(*variable.findLabel(code), label);
+  }
+  DataOptions spilled = dataOptions(folder.write("a.csv", "s\nhigh\nlow\nlower\n"));
+  spilled.memoryLimit = 0;
+  EXPECT_TRUE(has(refusal(spilled), "a.csv, line 4: s: 'lower' is not among")) << refusal(spilled);
+}
+
+TEST(Dictionary, EnumerationsTakeLabelsAndMissingValues) {
+  const DataFolder folder;
+  DataOptions options = dataOptions(folder.makeDatabase(
+      "e.db",
+      "CREATE TABLE t AS SELECT unnest(['mild', 'severe', 'none', NULL])::ENUM('none', 'mild', "
+      "'severe') AS e"));
+  EXPECT_EQ(casesOf(options), (Lines{"2|1", "3|1", "1|1", ".|1"}));
+  options.schema = folder.write(
+      "s.json", R"({"fields":[{"name":"e","categories":[{"value":"mild","label":"Mild"}],)"
+                R"("missingValues":[{"value":"none","label":"Never"}]}]})");
+  EXPECT_EQ(casesOf(options), (Lines{"1|1", "2|1", "0|1", ".|1"}));
+  const auto data = openDataset(options);
+  EXPECT_EQ(*data->declaration(0).findLabel(1.0), "Mild");
+  EXPECT_EQ(*data->declaration(0).findLabel(2.0), "severe");
+  EXPECT_EQ(*data->declaration(0).findLabel(0.0), "Never");
+}
 
 TEST(Dictionary, TheOneNamedMustBeThere) {
   const DataFolder folder;

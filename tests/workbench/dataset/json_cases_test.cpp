@@ -56,7 +56,36 @@ TEST(Json, StringsAreNeitherNumbersNorBooleans) {
 TEST(Json, WholeNumbersThatADoubleCannotHoldMakeTheColumnText) {
   EXPECT_EQ(read(R"([{"x":9007199254740992},{"x":9007199254740993}])"),
             (Lines{"9007199254740992|1", "9007199254740993|1"}));
-  EXPECT_TRUE(has(refused(R"([{"x":1e999}])"), ", line 1: the number '1e999' is too large"));
+}
+
+TEST(Json, NumbersBeyondADoubleMatterInNamedColumnsOfNumbersAlone) {
+  EXPECT_TRUE(has(refused("[{\"x\":1},\n{\"x\":-1e999}]"),
+                  ", line 2: x: '-1e999' is beyond the range of numbers"));
+  EXPECT_EQ(read(R"([{"x":1e999},{"x":"a"}])"), (Lines{"1e999|1", "a    |1"}));
+  const DataFolder folder;
+  const auto data = openDataset(dataOptions(folder.write("a.json", R"([{"x":1e999,"y":2}])")));
+  data->beginCommand({1});
+  EXPECT_EQ(casesOf(*data, {1}), (Lines{"2|1"}));
+  EXPECT_TRUE(has(refused("[{\"x\":1},\n{\"x\":1e99999}]"),
+                  ", line 2: x: the number '1e99999' is too large"));
+}
+
+TEST(Json, TheOddValueOfAColumnIsRemembered) {
+  const DataFolder folder;
+  std::string text;
+  for (int i = 0; i < 3000; ++i) text += "{\"x\":" + std::to_string(i % 9) + "}\n";
+  DataOptions options =
+      dataOptions(folder.write("a.jsonl", text + "{\"x\":\"n.d.\"}\n" + text + "{\"x\":\"?\"}\n"));
+  for (const size_t limit : {size_t{1} << 30U, size_t{0}}) {  // in memory, and not
+    options.memoryLimit = limit;
+    const auto data = openDataset(options);
+    casesOf(*data);
+    const OddText* odd = data->oddText(0);
+    ASSERT_NE(odd, nullptr) << limit;
+    EXPECT_EQ(odd->text, "n.d.");
+    EXPECT_TRUE(has(odd->place, "a.jsonl, line 3001")) << odd->place;
+    EXPECT_EQ(odd->usual, FieldKind::kNumber);
+  }
 }
 
 TEST(Json, ListsAndObjectsAreIgnoredUnlessTheyAreNamed) {

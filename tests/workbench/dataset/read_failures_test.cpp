@@ -152,6 +152,9 @@ TEST(ReadFailures, MomentsThatAreNoneAreRefused) {
       has(failure("TIMESTAMP_NS '2026-01-31 00:00:00.123456789'"), "is finer than a microsecond"));
   EXPECT_EQ(failure("TIMESTAMP_NS '2026-01-31 00:00:00.123456'"), "2026-01-31 00:00:00.123456|1");
   EXPECT_EQ(failure("TIMETZ '01:30:00+02'"), "23:30:00|1");
+  EXPECT_EQ(failure("DATE '5881580-07-10'"), "5881580-07-10|1");
+  EXPECT_EQ(failure("TIMESTAMP '12024-01-31 00:00:00.5'"), "12024-01-31 00:00:00.5|1");
+  EXPECT_TRUE(has(failure("TIMESTAMP '2500-01-01 00:00:00.000001'"), "cannot be held exactly"));
 }
 
 TEST(ReadFailures, AnInterruptStopsTheRead) {

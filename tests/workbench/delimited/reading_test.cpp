@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <thread>
@@ -248,6 +249,29 @@ TEST(Encodings, AreConverted) {
             std::string::npos);
 }
 
+TEST(Encodings, BytesThatStandForNothingAreRefused) {
+  const std::string fill(300'000, 'x');  // several blocks
+  for (const auto& [encoding, bytes] :
+       {std::pair{"windows-1252", "\x81"}, std::pair{"cp1252", "\x9D"},
+        std::pair{"windows-1250", "\x83"}, std::pair{"windows-1257", "\x9F"},
+        std::pair{"windows-874", "\xFF"}, std::pair{"windows-874", "\x81"}}) {
+    ReadAs how;
+    how.options.encoding = encoding;
+    EXPECT_EQ(refusalOf(std::string("a\n1\nx") + bytes + "y\n", how)
+                  .rfind(", line 3: there are bytes that are not " + std::string(encoding), 0),
+              0U)
+        << encoding;
+    EXPECT_EQ(refusalOf("a\n" + fill + "\nx" + bytes + "y\n", how)
+                  .rfind(", line 3: there are bytes that are not " + std::string(encoding), 0),
+              0U)
+        << encoding;
+  }
+  ReadAs control;
+  control.options.encoding = "ISO-8859-1";
+  EXPECT_EQ(columnsOfText("a\nx\x81\n", control), (Columns{{"text", "[x\xC2\x81]"}}))
+      << "a control character there";
+}
+
 TEST(Pipes, AreReadAsOftenAsNeeded) {
   const TextFile name("");
   const std::string path = name.path() + ".fifo";
@@ -293,6 +317,18 @@ TEST(Files, ThatChangeWhileTheyAreReadAreRefused) {
   EXPECT_EQ(data.read(request).cases, 2);
   std::ofstream(file.path(), std::ios::app) << "3\n";
   EXPECT_THROW(data.read(request), DataError);
+}
+
+TEST(Files, ThatChangeAndLookTheSameAreRefused) {
+  const TextFile file("a\n1\n2\n");
+  const auto written = std::filesystem::last_write_time(file.path());
+  DelimitedOptions options;
+  options.parts = {{file.path(), "FILE", {}}};
+  DelimitedData data(options);
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));  // the clock of files is coarse
+  std::ofstream(file.path()) << "a\n3\n4\n";
+  std::filesystem::last_write_time(file.path(), written);
+  EXPECT_THROW(data.read(requestOf({0})), DataError);
 }
 
 TEST(Files, ThatAreNotThereAreRefused) {

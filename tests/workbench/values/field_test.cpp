@@ -234,6 +234,19 @@ TEST(Fields, WholeNumbersBeyondADoubleAreMarked) {
   EXPECT_EQ(interpretField("0." + std::string(400, '0') + "1", kRules).flaw, NumberFlaw::kNone);
 }
 
+TEST(Fields, MomentsThatSecondsCannotTellApartAreMarked) {
+  const auto flaw = [](const char* text) { return interpretField(text, FieldRules()).flaw; };
+  EXPECT_EQ(flaw("2240-12-31 23:59:59.999999"), NumberFlaw::kNone);
+  EXPECT_EQ(flaw("9999-12-31 23:59:59.5"), NumberFlaw::kNone);
+  EXPECT_EQ(flaw("9999-12-31 23:59:59"), NumberFlaw::kNone);
+  EXPECT_EQ(flaw("9999-12-31 23:59:59.999999"), NumberFlaw::kInexact);
+  EXPECT_EQ(flaw("9999-12-31T23:59:59.999999Z"), NumberFlaw::kInexact);
+  EXPECT_EQ(flaw("0001-01-01 00:00:00.000001"), NumberFlaw::kInexact);
+  const FieldValue fine = interpretField("9999-12-31 23:59:59.999999", FieldRules());
+  EXPECT_NE(contradiction(FieldKind::kDateTime, DeclaredType::kNone, fine), "");
+  EXPECT_EQ(contradiction(FieldKind::kText, DeclaredType::kString, fine), "");
+}
+
 TEST(Fields, StringsOfTypedFormatsAreNeitherNumbersNorBooleans) {
   for (const char* text : {"5", "1.5", "nan", "inf", "true", "31-01-24"}) {
     EXPECT_EQ(interpretString(text, kRules).kind, FieldKind::kText) << text;
