@@ -21,7 +21,7 @@ FLOORS = {
         ["driver"],
     ],
     "workbench": [
-        ["system", "text", "distributions", "session", "catalogue", "manual", "resampling"],
+        ["system", "text", "distributions", "session", "catalogue", "counting", "manual", "resampling"],
         ["values", "display"],
         ["engine", "delimited"],
         ["json"],

@@ -1,34 +1,30 @@
 #include "workbench/dataset/case_collector.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 namespace workbench {
 namespace {
 
-/// When it is first asked whether counting pays; then whenever the cases have doubled.
-constexpr int64_t kFirstCheck = 16'384;
-/// Counting is worth its while when a combination stands for that many cases.
-constexpr double kWorthCounting = 3.0;
-/// So many cases more are taken for granted when nobody knows how many there are.
-constexpr double kUnknownGrowth = 8.0;
 /// Below so many different numbers a column always has codes.
 constexpr size_t kAlwaysCoded = 65'536;
 /// Codes of a column of numbers pay while a value occurs that often on average.
 constexpr size_t kWorthCoding = 8;
+constexpr uint32_t kNoCode = 0xFFFFFFFF;
 
 }  // namespace
 
 CaseCollector::CaseCollector(const std::vector<ValueKind>& kinds, CollapseMode collapse,
-                             size_t memoryLimit, int64_t expectedCases)
+                             size_t memoryLimit)
     : numberCoders_(kinds.size()),
       textCoders_(kinds.size()),
       codes_(kinds.size()),
-      counter_(kinds.size()),
+      codeCounts_(kinds.size(), 1),
+      counted_(kinds.size()),
       collapse_(collapse),
       memoryLimit_(memoryLimit),
-      expectedCases_(expectedCases),
-      counting_(collapse != CollapseMode::kNever && !kinds.empty()),
-      nextCheck_(kFirstCheck) {
+      counting_(collapse != CollapseMode::kNever && !kinds.empty()) {
   for (const ValueKind kind : kinds) cases_.columns.emplace_back().kind = kind;
 }
 
@@ -38,10 +34,31 @@ void CaseCollector::addNumbers(size_t column, const double* values, size_t count
     into.numbers.insert(into.numbers.end(), values, values + count);
     return;
   }
+  codes_[column].resize(count);
+  numberCoders_[column].code(values, count, into.numbers, codes_[column].data());
+  codeCounts_[column] = std::max<size_t>(1, into.numbers.size());
+}
+
+void CaseCollector::addBytes(size_t column, const uint8_t* values, uint8_t missing, size_t count) {
+  CaseColumn& into = cases_.columns[column];
+  const auto numberOf = [&](uint8_t value) {
+    return value == missing ? kSystemMissing : static_cast<double>(value);
+  };
+  if (!into.coded) {
+    std::transform(values, values + count, std::back_inserter(into.numbers), numberOf);
+    return;
+  }
+  // Few different values are looked up before many are coded.
+  std::array<uint32_t, 256> codeOf;
+  codeOf.fill(kNoCode);
   std::vector<uint32_t>& codes = codes_[column];
   codes.resize(count);
-  NumberCoder& coder = numberCoders_[column];
-  for (size_t row = 0; row < count; ++row) codes[row] = coder.code(values[row], into.numbers);
+  for (size_t row = 0; row < count; ++row) {
+    uint32_t& code = codeOf[values[row]];
+    if (code == kNoCode) code = numberCoders_[column].code(numberOf(values[row]), into.numbers);
+    codes[row] = code;
+  }
+  codeCounts_[column] = std::max<size_t>(1, into.numbers.size());
 }
 
 void CaseCollector::addTexts(size_t column, const std::string_view* values, size_t count) {
@@ -50,18 +67,21 @@ void CaseCollector::addTexts(size_t column, const std::string_view* values, size
   TextCoder& coder = textCoders_[column];
   TextList& texts = cases_.columns[column].texts;
   for (size_t row = 0; row < count; ++row) codes[row] = coder.code(values[row], texts);
+  codeCounts_[column] = std::max<size_t>(1, texts.size());
 }
 
 void CaseCollector::addCodes(size_t column, const uint32_t* codes, size_t count) {
   codes_[column].assign(codes, codes + count);
+  if (count == 0) return;
+  codeCounts_[column] =
+      std::max(codeCounts_[column], *std::max_element(codes, codes + count) + size_t{1});
 }
 
 bool CaseCollector::endBlock(size_t count, size_t otherMemory) {
   cases_.cases += static_cast<int64_t>(count);
   if (!cases_.complete) return false;
   if (counting_) {
-    counter_.add(codes_, count);
-    considerCounting();
+    countBlock(count);
   } else {
     appendRows(count);
   }
@@ -80,25 +100,34 @@ bool CaseCollector::endBlock(size_t count, size_t otherMemory) {
   return false;
 }
 
-void CaseCollector::considerCounting() {
-  if (collapse_ == CollapseMode::kAlways || cases_.cases < nextCheck_) return;
-  nextCheck_ = 2 * cases_.cases;
-  const auto seen = static_cast<double>(cases_.cases);
-  const double all =
-      expectedCases_ >= cases_.cases ? static_cast<double>(expectedCases_) : kUnknownGrowth * seen;
-  if (counter_.estimatedCombinations() * kWorthCounting > all) stopCounting();
+void CaseCollector::countBlock(size_t count) {
+  counted_.fit(codeCounts_);
+  combinations_.assign(count * counted_.words(), 0);
+  for (size_t i = 0; i < codes_.size(); ++i) {
+    counted_.pack(i, codes_[i].data(), count, combinations_.data());
+  }
+  counted_.addAll(combinations_.data(), count);
+  if (collapse_ == CollapseMode::kAuto && !worthCounting_.stillPays(counted_, count)) {
+    stopCounting();
+  }
 }
 
 /// What was counted is kept; the cases to come are held one by one.
 void CaseCollector::stopCounting() {
   counting_ = false;
-  cases_.counts = counter_.counts();
-  cases_.rows = counter_.combinations();
+  cases_.rows = counted_.size();
+  cases_.counts.reserve(cases_.rows);
+  counted_.forEach(
+      [&](const uint64_t*, int64_t count) { cases_.counts.push_back(static_cast<double>(count)); });
+  std::vector<uint32_t> codes;
   for (size_t i = 0; i < codes_.size(); ++i) {
-    const std::vector<uint32_t> codes = counter_.codesOf(i);
+    codes.clear();
+    counted_.forEach([&](const uint64_t* combination, int64_t) {
+      codes.push_back(counted_.codeIn(combination, i));
+    });
     cases_.columns[i].codes.append(codes.data(), codes.size());
   }
-  counter_ = CombinationCounter(codes_.size());
+  counted_ = CombinationTable(codes_.size());
 }
 
 void CaseCollector::appendRows(size_t count) {
@@ -119,7 +148,7 @@ void CaseCollector::giveUpCodes(size_t column) {
 }
 
 size_t CaseCollector::memory() const {
-  size_t total = cases_.memory() + counter_.memory();
+  size_t total = cases_.memory() + counted_.memory();
   for (size_t i = 0; i < codes_.size(); ++i) {
     total += numberCoders_[i].memory() + textCoders_[i].memory();
   }

@@ -81,6 +81,7 @@ EngineBlocks::Column EngineBlocks::columnOf(const RelationColumn& column,
               Spelling::kField,
               {},
               {},
+              {},
               {}};
   if (isSpelledColumn(column, type) || (isMadeText(column, type) && !type.codes.empty())) {
     made.spelled.emplace(label_ + ", case", column.name, rules_, type);
@@ -151,6 +152,15 @@ const double* EngineBlocks::numbers(size_t position) {
   }
   if (column.wanted != Name::kDetected) refuseWrongType(column);
   return column.numbers.data();
+}
+
+const uint8_t* EngineBlocks::bytes(size_t position) {
+  Column& column = columns_[position];
+  const bool anyNumber = column.wanted == Name::kDetected || column.wanted == Name::kNumber ||
+                         column.wanted == Name::kInteger;
+  if (!anyNumber || !column.categories.empty()) return nullptr;
+  column.bytes.resize(cases());
+  return column.type.bytes(chunk_, position, column.bytes.data()) ? column.bytes.data() : nullptr;
 }
 
 void EngineBlocks::refuseWrongType(const Column& column) const {

@@ -35,6 +35,9 @@ class EngineBlocks {
 
   /// Of the block at hand, as CaseColumn has them. Throw DataError for values that cannot be held.
   const double* numbers(size_t column);
+  /// Where these are whole numbers from 0 to below TypedColumn::kMissingByte, that byte for missing
+  /// ones; else null, and `numbers` has to be asked.
+  const uint8_t* bytes(size_t column);
   const std::string_view* texts(size_t column);
   const uint32_t* codes(size_t column);
   /// Any column as the values of a CaseBlock; spelled ones must be understood.
@@ -61,6 +64,7 @@ class EngineBlocks {
     std::optional<SpelledColumn> spelled;
     Spelling spelling = Spelling::kField;
     std::vector<double> numbers;
+    std::vector<uint8_t> bytes;
     std::vector<std::string_view> texts;
     std::vector<uint32_t> codes;
   };

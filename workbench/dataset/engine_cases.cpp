@@ -64,8 +64,7 @@ class EngineCases final : public CaseSource {
 CodedCases EngineCases::read(const CaseRequest& request) {
   try {
     EngineBlocks blocks(*relation_, request, rules_);
-    CaseCollector collector(blocks.kinds(), request.collapse, request.memoryLimit,
-                            relation_->rows());
+    CaseCollector collector(blocks.kinds(), request.collapse, request.memoryLimit);
     bool keeping = true;
     while (blocks.next()) {
       size_t texts = 0;
@@ -77,6 +76,8 @@ CodedCases EngineCases::read(const CaseRequest& request) {
           texts += blocks.spelled(i).memory();
         } else if (blocks.isText(i)) {
           collector.addTexts(i, blocks.texts(i), blocks.cases());
+        } else if (const uint8_t* bytes = blocks.bytes(i); bytes != nullptr) {
+          collector.addBytes(i, bytes, TypedColumn::kMissingByte, blocks.cases());
         } else {
           collector.addNumbers(i, blocks.numbers(i), blocks.cases());
         }

@@ -374,7 +374,7 @@ void JsonCases::report(int64_t cases) const {
 CodedCases JsonCases::read(const CaseRequest& request) {
   std::vector<SpelledColumn> columns = columnsFor(request);
   const std::vector<ValueKind> kinds(columns.size(), ValueKind::kString);
-  CaseCollector collector(kinds, request.collapse, request.memoryLimit, -1);
+  CaseCollector collector(kinds, request.collapse, request.memoryLimit);
   for (size_t i = 0; i < files_.files.size(); ++i) {
     beginPart(columns, i);
     CodingReader reader(

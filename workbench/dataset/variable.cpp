@@ -32,11 +32,6 @@ bool isUserMissing(const Variable& variable, double value) {
   return value >= variable.missingLow && value <= variable.missingHigh;
 }
 
-double normalNumber(double value) {
-  if (std::isnan(value)) return kSystemMissing;
-  return value == 0.0 ? 0.0 : value;
-}
-
 double normalWeight(const Variable& weight, double value) {
   if (std::isnan(value) || isUserMissing(weight, value)) return kSystemMissing;
   return normalNumber(value);

@@ -1,6 +1,7 @@
 /// A variable of a data set, and the rules about its values that every data set shares.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -55,7 +56,10 @@ inline int32_t wordsOf(const Variable& variable) { return ObsLength(variable.wid
 bool isUserMissing(const Variable& variable, double value);
 
 /// A number as cases carry it: NaN is system-missing, and there is one zero only.
-double normalNumber(double value);
+inline double normalNumber(double value) {
+  if (std::isnan(value)) return kSystemMissing;
+  return value == 0.0 ? 0.0 : value;
+}
 
 /// A raw weight as cases carry it: user-missing weights are system-missing too.
 double normalWeight(const Variable& weight, double value);

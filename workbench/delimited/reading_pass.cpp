@@ -5,18 +5,11 @@
 #include <thread>
 #include <utility>
 
+#include "workbench/counting/worth_counting.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {
-
-/// Counting goes on as long as its table stays small or meets few new combinations: the share of
-/// new ones among the latest cases is what the next cases will have (Good 1953, Biometrika
-/// 40:237-264).
-constexpr size_t kFewCombinations = size_t{1} << 16U;
-constexpr size_t kSmallTable = size_t{16} << 20U;  // bytes
-constexpr size_t kNewOnesThatPay = 4;              // at most one case in that many
-constexpr size_t kMostCombinations = size_t{1} << 20U;
 
 template <class Code>
 std::vector<Code> narrowed(const std::vector<uint32_t>& codes, size_t count) {
@@ -92,12 +85,9 @@ class ReadingPass::Worker {
     for (size_t column = 0; column < codes_.size(); ++column) {
       share_.counted.pack(column, codes_[column].data(), records, combinations_.data());
     }
-    const size_t before = share_.counted.size();
     share_.counted.addAll(combinations_.data(), records);
-    if (pass_.options_.counting == Counting::kAlways) return;
-    const size_t all = share_.counted.size();
-    const bool small = all <= kFewCombinations && share_.counted.memory() <= kSmallTable;
-    counting_ = small || (all <= kMostCombinations && (all - before) * kNewOnesThatPay <= records);
+    counting_ = pass_.options_.counting == Counting::kAlways ||
+                worthCounting_.stillPays(share_.counted, records);
   }
 
   void keep(const TextBlock& block) {
@@ -143,6 +133,7 @@ class ReadingPass::Worker {
   ReadingPass& pass_;
   ReadShare& share_;
   bool counting_;
+  WorthCounting worthCounting_;
   bool dropped_ = false;
   std::vector<std::vector<uint32_t>> codes_;  // of the block, by column
   std::vector<std::vector<double>> numbers_;

@@ -11,9 +11,9 @@
 #include <variant>
 #include <vector>
 
+#include "workbench/counting/combination_table.h"
 #include "workbench/delimited/block_reader.h"
 #include "workbench/delimited/column_coder.h"
-#include "workbench/delimited/combination_table.h"
 #include "workbench/delimited/delimited_data.h"
 
 namespace workbench {

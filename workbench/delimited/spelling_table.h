@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/counting/mixing.h"
 #include "workbench/delimited/delimited_data.h"
-#include "workbench/delimited/mixing.h"
 
 namespace workbench {
 

@@ -30,7 +30,7 @@ void EngineHolder::open(const std::string& file, const std::vector<std::string>&
   database_->execute(
       fmt::format("SET home_directory = {}; SET enable_progress_bar = true; "
                   "SET enable_progress_bar_print = false; SET TimeZone = 'UTC'; "
-                  "SET streaming_buffer_size = '64MB'",
+                  "SET streaming_buffer_size = '24MB'",
                   quotedText(folder())));
   database_->setProgress(progress_);
   database_->watch(watched_);

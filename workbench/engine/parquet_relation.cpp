@@ -143,16 +143,6 @@ std::unique_ptr<Relation> openParquet(const std::string& label,
     }
     relation->take(sql, label);
     relation->markPathColumns(pathNames);
-    int64_t rows = 0;
-    for (const std::string& path : paths) {
-      Query count(engine.database(),
-                  fmt::format("SELECT CAST(coalesce(sum(num_rows), 0) AS BIGINT) FROM "
-                              "parquet_file_metadata({})",
-                              quotedText(path)));
-      const Chunk chunk = count.fetch();
-      rows += chunk.data<int64_t>(0)[0];
-    }
-    relation->setRows(rows);
   } catch (const EngineError& error) {
     throw DataError(readProblem(error.what(), *reading));
   }

@@ -33,8 +33,6 @@ class Relation {
   const std::vector<RelationColumn>& columns() const { return columns_; }
   /// What stands after FROM.
   const std::string& sql() const { return sql_; }
-  /// Negative when unknown.
-  int64_t rows() const { return rows_; }
   /// Throws DataError when a file is not what it was.
   void refuseChanged() const;
 
@@ -44,7 +42,6 @@ class Relation {
   /// The same of a query that somebody wrote: one SELECT statement.
   void takeQuery(const std::string& query);
   void watchFile(const std::string& path, const std::string& label);
-  void setRows(int64_t rows) { rows_ = rows; }
   void markPathColumns(const std::vector<std::string>& names);
 
  private:
@@ -53,7 +50,6 @@ class Relation {
   std::vector<FileStamp> files_;
   std::string sql_;
   std::vector<RelationColumn> columns_;
-  int64_t rows_ = -1;
 };
 
 /// A Parquet file, and the texts that its path gives.

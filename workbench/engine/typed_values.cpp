@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -44,13 +45,48 @@ bool exactDecimal(std::string_view text, int scale, double& value) {
   return back == text || (value == 0.0 && back == "0");
 }
 
+/// Takes every value, then `null` for the nulls.
+template <typename Value, typename Number>
+void convertAll(const Chunk& chunk, size_t column, Number* out, Number null) {
+  const auto* values = chunk.data<Value>(column);
+  const size_t rows = chunk.size();
+  for (size_t row = 0; row < rows; ++row) out[row] = static_cast<Number>(values[row]);
+  const uint64_t* validity = chunk.validity(column);
+  if (validity == nullptr) return;
+  for (size_t begin = 0; begin < rows; begin += 64) {
+    for (uint64_t nulls = ~validity[begin / 64]; nulls != 0; nulls &= nulls - 1) {
+      const size_t row = begin + static_cast<size_t>(std::countr_zero(nulls));
+      if (row < rows) out[row] = null;
+    }
+  }
+}
+
+template <typename Value>
+void convertPlain(const Chunk& chunk, size_t column, double* out) {
+  convertAll<Value>(chunk, column, out, std::numeric_limits<double>::quiet_NaN());
+}
+
+/// What stands in the place of a null counts, too: then the caller has a slower way.
+template <typename Value>
+bool convertBytes(const Chunk& chunk, size_t column, uint8_t* out) {
+  const auto* values = chunk.data<Value>(column);
+  const size_t rows = chunk.size();
+  std::make_unsigned_t<Value> bits = 0;
+  for (size_t row = 0; row < rows; ++row)
+    bits |= static_cast<std::make_unsigned_t<Value>>(values[row]);
+  if (bits >= TypedColumn::kMissingByte) return false;
+  convertAll<Value>(chunk, column, out, TypedColumn::kMissingByte);
+  return true;
+}
+
 /// Calls back for every row that is not null; stops when it answers false.
 template <typename Value, typename Convert>
 bool convert(const Chunk& chunk, size_t column, double* out, TypedColumn::Flaw& flaw,
              Convert&& convertOne) {
   const auto* values = chunk.data<Value>(column);
   const uint64_t* validity = chunk.validity(column);
-  for (size_t row = 0; row < chunk.size(); ++row) {
+  const size_t rows = chunk.size();
+  for (size_t row = 0; row < rows; ++row) {
     if (Chunk::isNull(validity, row)) {
       out[row] = std::numeric_limits<double>::quiet_NaN();
       continue;
@@ -61,20 +97,24 @@ bool convert(const Chunk& chunk, size_t column, double* out, TypedColumn::Flaw& 
   return true;
 }
 
+/// False when some number, or what stands in the place of a null, is not below 2^53 in magnitude.
 template <typename Value>
-bool convertPlain(const Chunk& chunk, size_t column, double* out, TypedColumn::Flaw& flaw) {
-  return convert<Value>(chunk, column, out, flaw, [](Value value, double& number) {
-    number = static_cast<double>(value);
-    return true;
-  });
+bool areSmall(const Value* values, size_t count) {
+  constexpr auto kExact = static_cast<uint64_t>(kAllWhole);
+  constexpr uint64_t kLowest = std::is_signed_v<Value> ? kExact : 0;
+  uint64_t bits = 0;
+  for (size_t i = 0; i < count; ++i) bits |= static_cast<uint64_t>(values[i]) + kLowest;
+  return bits < kLowest + kExact;
 }
 
 template <typename Value>
 bool convertWhole(const Chunk& chunk, size_t column, double* out, TypedColumn::Flaw& flaw) {
+  if (areSmall(chunk.data<Value>(column), chunk.size())) {
+    convertPlain<Value>(chunk, column, out);
+    return true;
+  }
   return convert<Value>(chunk, column, out, flaw, [&](Value value, double& number) {
-    constexpr auto kExact = static_cast<Value>(kAllWhole);
     number = static_cast<double>(value);
-    if (value <= kExact && (!std::is_signed_v<Value> || value + kExact >= 0)) return true;
     // 2^64 itself, the double next to the largest number, is not to be converted back.
     if (number < std::ldexp(1.0, std::numeric_limits<Value>::digits) &&
         static_cast<Value>(number) == value) {
@@ -224,23 +264,30 @@ bool TypedColumn::numbers(const Chunk& chunk, size_t column, double* out, Flaw& 
   if (isWide(type_)) return convertWide(chunk, column, type_.decimalScale, out, flaw);
   switch (type_.id) {
     case DUCKDB_TYPE_TINYINT:
-      return convertPlain<int8_t>(chunk, column, out, flaw);
+      convertPlain<int8_t>(chunk, column, out);
+      return true;
     case DUCKDB_TYPE_SMALLINT:
-      return convertPlain<int16_t>(chunk, column, out, flaw);
+      convertPlain<int16_t>(chunk, column, out);
+      return true;
     case DUCKDB_TYPE_INTEGER:
-      return convertPlain<int32_t>(chunk, column, out, flaw);
+      convertPlain<int32_t>(chunk, column, out);
+      return true;
     case DUCKDB_TYPE_BIGINT:
       return convertWhole<int64_t>(chunk, column, out, flaw);
     case DUCKDB_TYPE_UTINYINT:
-      return convertPlain<uint8_t>(chunk, column, out, flaw);
+      convertPlain<uint8_t>(chunk, column, out);
+      return true;
     case DUCKDB_TYPE_USMALLINT:
-      return convertPlain<uint16_t>(chunk, column, out, flaw);
+      convertPlain<uint16_t>(chunk, column, out);
+      return true;
     case DUCKDB_TYPE_UINTEGER:
-      return convertPlain<uint32_t>(chunk, column, out, flaw);
+      convertPlain<uint32_t>(chunk, column, out);
+      return true;
     case DUCKDB_TYPE_UBIGINT:
       return convertWhole<uint64_t>(chunk, column, out, flaw);
     case DUCKDB_TYPE_BOOLEAN:
-      return convertPlain<bool>(chunk, column, out, flaw);
+      convertPlain<uint8_t>(chunk, column, out);
+      return true;
     case DUCKDB_TYPE_DATE:
       return convertDates(chunk, column, out, flaw);
     case DUCKDB_TYPE_TIME:
@@ -261,7 +308,32 @@ bool TypedColumn::numbers(const Chunk& chunk, size_t column, double* out, Flaw& 
     case DUCKDB_TYPE_ENUM:
       return convertCategories(chunk, column, type_.categories.size(), out, flaw);
     default:
-      return convertPlain<double>(chunk, column, out, flaw);
+      convertPlain<double>(chunk, column, out);
+      return true;
+  }
+}
+
+bool TypedColumn::bytes(const Chunk& chunk, size_t column, uint8_t* out) const {
+  switch (type_.id) {
+    case DUCKDB_TYPE_TINYINT:
+      return convertBytes<int8_t>(chunk, column, out);
+    case DUCKDB_TYPE_SMALLINT:
+      return convertBytes<int16_t>(chunk, column, out);
+    case DUCKDB_TYPE_INTEGER:
+      return convertBytes<int32_t>(chunk, column, out);
+    case DUCKDB_TYPE_BIGINT:
+      return convertBytes<int64_t>(chunk, column, out);
+    case DUCKDB_TYPE_UTINYINT:
+    case DUCKDB_TYPE_BOOLEAN:
+      return convertBytes<uint8_t>(chunk, column, out);
+    case DUCKDB_TYPE_USMALLINT:
+      return convertBytes<uint16_t>(chunk, column, out);
+    case DUCKDB_TYPE_UINTEGER:
+      return convertBytes<uint32_t>(chunk, column, out);
+    case DUCKDB_TYPE_UBIGINT:
+      return convertBytes<uint64_t>(chunk, column, out);
+    default:
+      return false;
   }
 }
 

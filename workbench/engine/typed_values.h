@@ -42,6 +42,10 @@ class TypedColumn {
   /// 1970-01-01 (UTC), times in seconds since midnight, booleans 0 and 1. False at the first value
   /// that a double does not hold exactly, or that is no moment; `flaw` says which.
   bool numbers(const Chunk& chunk, size_t column, double* out, Flaw& flaw) const;
+  /// Column of whole numbers or booleans whose values in this chunk are all below kMissingByte: the
+  /// values, kMissingByte for nulls. False for all others; `numbers` reads those.
+  bool bytes(const Chunk& chunk, size_t column, uint8_t* out) const;
+  static constexpr uint8_t kMissingByte = 128;
   /// The chunk's values as texts, empty for nulls, valid as long as the chunk.
   static void texts(const Chunk& chunk, size_t column, std::string_view* out);
 

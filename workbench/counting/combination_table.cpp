@@ -1,10 +1,10 @@
-#include "workbench/delimited/combination_table.h"
+#include "workbench/counting/combination_table.h"
 
 #include <algorithm>
 #include <bit>
 #include <utility>
 
-#include "workbench/delimited/mixing.h"
+#include "workbench/counting/mixing.h"
 
 namespace workbench {
 namespace {
