@@ -3,6 +3,7 @@
 import json
 import unittest
 
+from engine import execute
 from program import ProgramTest
 
 
@@ -69,6 +70,18 @@ class Listing(ProgramTest):
         self.assertEqual(self.run_program("d.csv", "--list").stdout.decode(),
                          "smoker: number, Current smoker; two values\n    0 (1), 1 Yes (1); missing (1)\n"
                          "a\\u001Bb: string; two values\n    'x' (1), 'y' (2)\n")
+
+    def test_variables_that_cannot_be_used_say_why(self):
+        self.write("d.jsonl", '{"a":1,"l":[1],"B":2}\n{"a":1,"b":3}\n')
+        text = self.run_program("d.jsonl", "--list", "--width", "100").stdout.decode()
+        self.assertEqual(text, "a: number\n    1 (2)\n"
+                         "l: cannot be used\n    l holds lists or objects (line 1); take the part that is wanted with --query\n"
+                         "B: cannot be used\n    the keys B and b (line 2) differ in the case of their letters alone; rename one\n"
+                         "b: cannot be used\n    the keys B and b (line 2) differ in the case of their letters alone; rename one\n")
+        execute([f"COPY (SELECT 5 AS n, 'x'::BLOB AS b, INTERVAL 3 DAY AS i) TO '{self.folder}/d.parquet'"])
+        text = self.run_program("d.parquet", "--list").stdout.decode()
+        self.assertIn("b: cannot be used\n    b holds lists, structures, bytes or intervals", text)
+        self.assertIn("i: cannot be used\n", text)
 
     def test_into_a_file(self):
         self.write("d.csv", "x\n1\n")

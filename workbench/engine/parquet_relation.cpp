@@ -8,6 +8,7 @@
 #include <fstream>
 #include <utility>
 
+#include "workbench/engine/common_types.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/relation.h"
 #include "workbench/text/text_fold.h"
@@ -86,15 +87,15 @@ void refuseDifferent(const std::vector<std::string>& first, const ParquetFile& f
 }
 
 std::string relationOf(const std::vector<std::string>& paths, const std::vector<ParquetFile>& files,
-                       const std::vector<std::string>& pathNames) {
-  if (pathNames.empty()) {
+                       const std::vector<std::string>& pathNames, const CommonTypes& types) {
+  if (pathNames.empty() && !types.mustConvert()) {
     std::string list;
     for (const std::string& path : paths) list += (list.empty() ? "" : ", ") + quotedText(path);
     return fmt::format("read_parquet([{}], hive_partitioning=false, union_by_name=true)", list);
   }
   std::string all;
   for (size_t i = 0; i < paths.size(); ++i) {
-    all += fmt::format("{}SELECT *", i == 0 ? "(" : " UNION ALL BY NAME ");
+    all += fmt::format("{}SELECT {}", i == 0 ? "(" : " UNION ALL BY NAME ", types.selection(i));
     for (size_t k = 0; k < pathNames.size(); ++k) {
       all +=
           fmt::format(", {} AS {}", quotedText(files[i].pathValues[k]), quotedName(pathNames[k]));
@@ -126,16 +127,21 @@ std::unique_ptr<Relation> openParquet(const std::string& label,
   try {
     engine.start(paths);
     std::vector<std::string> first;
+    CommonTypes types;
     for (size_t i = 0; i < paths.size(); ++i) {
       reading = &files[i].label;
       const std::vector<std::string> names = columnNames(engine.database(), paths[i]);
       refuseBadNames(names, files[i].label);
       if (i == 0) first = names;
       refuseDifferent(first, files.front(), names, files[i]);
+      types.add(files[i].label,
+                Statement(engine.database(),
+                          fmt::format("SELECT * FROM read_parquet({}, hive_partitioning=false)",
+                                      quotedText(paths[i]))));
     }
     first.insert(first.end(), pathNames.begin(), pathNames.end());
     refuseBadNames(first, label);
-    const std::string sql = relationOf(paths, files, pathNames);
+    const std::string sql = relationOf(paths, files, pathNames, types);
     if (query) {
       engine.database().execute("CREATE TEMP VIEW data AS SELECT * FROM " + sql);
       relation->takeQuery(*query);

@@ -88,8 +88,18 @@ void writeListingAsJson(const ActiveDataset& dataset, const std::vector<ListedVa
 void writeListingAsText(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,
                         size_t width, std::ostream& out) {
   constexpr size_t kIndent = 4;
+  const auto writeIndented = [&](const std::string& text) {
+    for (const std::string& line : wrapText(text, width - kIndent)) {
+      out << std::string(kIndent, ' ') << line << '\n';
+    }
+  };
   for (const ListedVariable& listed : variables) {
     const Variable& variable = dataset.declaration(listed.variable);
+    if (const std::string reason = dataset.unusableBecause(listed.variable); !reason.empty()) {
+      out << printable(variable.name) << ": cannot be used\n";
+      writeIndented(printable(reason));
+      continue;
+    }
     out << printable(variable.name) << ": " << nameOf(variable.kind);
     if (!variable.label.empty()) out << ", " << printable(variable.label);
     // What a proportion is made of.
@@ -105,9 +115,7 @@ void writeListingAsText(const ActiveDataset& dataset, const std::vector<ListedVa
                 std::to_string(listed.missing) + ")";
     }
     if (values.empty()) values = "no values";
-    for (const std::string& line : wrapText(values, width - kIndent)) {
-      out << std::string(kIndent, ' ') << line << '\n';
-    }
+    writeIndented(values);
   }
 }
 

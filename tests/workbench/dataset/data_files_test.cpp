@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "tests/workbench/dataset/data_folder.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {
@@ -150,6 +151,40 @@ TEST(DataFiles, JsonFilesHaveTheSameKeys) {
   EXPECT_TRUE(has(refusal(folder.path("j")), "j/d.jsonl lacks the key y of "));
   put(folder, "j/d.jsonl", "{\"x\":1,\"y\":2,\"z\":3}\n");
   EXPECT_TRUE(has(refusal(folder.path("j")), "j/d.jsonl has the key z, which is not in "));
+}
+
+TEST(DataFiles, ParquetTypesAreOnlyPutTogetherWhenNoValueBecomesAnother) {
+  const DataFolder folder;
+  const auto read = [&](const std::string& a, const std::string& b, const char* extra) {
+    put(folder, std::string("p") + extra + "/a.parquet", "");
+    put(folder, std::string("p") + extra + "/b.parquet", "");
+    folder.make(std::string("p") + extra + "/a.parquet",
+                "COPY (SELECT " + a + " AS x, 1 AS y) TO FILE");
+    folder.make(std::string("p") + extra + "/b.parquet",
+                "COPY (SELECT " + b + " AS x, 2 AS y) TO FILE");
+    return casesOf(folder.path("p"));
+  };
+  for (const char* extra : {"", "/k=1"}) {
+    std::filesystem::remove_all(folder.path("p"));
+    const std::string end = *extra == '\0' ? "|1" : "|1|1";
+    EXPECT_EQ(read("7::BIGINT", "1.5::DOUBLE", extra), (Lines{"7|1" + end, "1.5|2" + end}));
+    EXPECT_EQ(read("NULL::BIGINT", "1.5::DOUBLE", extra), (Lines{".|1" + end, "1.5|2" + end}));
+    EXPECT_EQ(read("16777217::INTEGER", "1.5::FLOAT", extra),
+              (Lines{"16777217|1" + end, "1.5|2" + end}));
+    EXPECT_EQ(read("7::INTEGER", "9007199254740992::BIGINT", extra),
+              (Lines{"7|1" + end, "9007199254740992|2" + end}));
+    EXPECT_EQ(read("0.10::DECIMAL(4,2)", "0.125::DECIMAL(4,3)", extra),
+              (Lines{"0.1|1" + end, "0.125|2" + end}));
+    const Lines failed = read("9007199254740993::BIGINT", "1.5::DOUBLE", extra);
+    EXPECT_TRUE(has(failed.back(), "a.parquet: x: 9007199254740993 cannot be held exactly"))
+        << failed.back();
+    for (const auto& [a, b] :
+         {std::pair{"7", "'07'"}, std::pair{"true", "1"}, std::pair{"0.1::FLOAT", "0.1"},
+          std::pair{"DATE '2024-01-01'", "TIMESTAMPTZ '2024-01-01 10:00:00+02'"}}) {
+      EXPECT_THROW(read(a, b, extra), DataError) << a;
+      EXPECT_TRUE(has(refusal(folder.path("p")), "b.parquet: its column x is of another type"));
+    }
+  }
 }
 
 TEST(DataFiles, RefusalsNameTheFileOfTheFolder) {
