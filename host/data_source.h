@@ -54,7 +54,7 @@ class ZELK_ValueLabelMap {
   const Impl* impl_;
 };
 
-/// What tells a missing value, as plain data: a numeric value is user-missing when it is one of
+/// What makes a value missing, as plain data: a numeric value is user-missing when it is one of
 /// `count` numbers or lies in [low, high] (an empty range has low > high).
 struct NumericMissingView {
   const double* values = nullptr;
@@ -79,7 +79,7 @@ class ZELK_Variable {
     return type_ == 0 ? IsMissingNumber(*static_cast<const double*>(obs)) : IsMissingString(obs);
   }
 
-  /// False when only the system-missing value is missing of a numeric variable.
+  /// False for a numeric variable whose only missing value is the system-missing one.
   bool HasUserMissing() const { return hasUserMissing_; }
 
   /// 0 for a numeric variable, else the width of its values in bytes (1 or more, even when all are
@@ -114,7 +114,7 @@ class ZELK_Variable {
 };
 
 /// One variable's observations in the current chunk of cases: `stride` 8-byte words per case, one
-/// of a numeric variable.
+/// for a numeric variable.
 struct ColumnView {
   const double* words = nullptr;
   ptrdiff_t stride = 1;
@@ -129,7 +129,7 @@ class Case {
     const ColumnView& column = columns_[variable];
     return column.words + row_ * column.stride;
   }
-  /// The same of a numeric variable, its value.
+  /// The same for a numeric variable: its value.
   double Number(VarIndex variable) const { return columns_[variable].words[row_]; }
 
  private:
@@ -151,7 +151,7 @@ struct CaseChunk {
 class CaseFeed {
  public:
   virtual ~CaseFeed() = default;
-  /// The next chunk, or null when there are no more, then for ever. A chunk that is neither a
+  /// The next chunk; null when there are no more, and from then on. A chunk that is neither a
   /// marker nor empty holds cases of one split group. The chunk is valid until the next call.
   virtual const CaseChunk* NextChunk() = 0;
 };
@@ -164,8 +164,8 @@ class ZELK_InputCaseIterator {
   ZELK_InputCaseIterator(const ZELK_InputCaseIterator&) = delete;
   ZELK_InputCaseIterator& operator=(const ZELK_InputCaseIterator&) = delete;
 
-  /// The next case, or null after the last one, for ever. With split groups each group is followed
-  /// by an end mark: something that is not null and not a case, for which
+  /// The next case; null after the last one, and from then on. With split groups each group is
+  /// followed by an end mark: something that is not null and not a case, for which
   /// ProcDSIterator::SplitGroupEnd is true.
   const Case* NextCase() {
     if (++case_.row_ < count_) return &case_;

@@ -136,7 +136,7 @@ class BpComposite : public BpLabel {
   std::unique_ptr<Impl> impl_;
 };
 
-/// The text of a cell note; owned by the output library from its making.
+/// The text of a cell note; owned by the output library from its creation.
 class BpCellText {
  public:
   static BpCellText* Replicate(const BpString& text);
@@ -233,12 +233,12 @@ class BpProcedure {
   BpProcedure(const BpProcedure&) = delete;
   BpProcedure& operator=(const BpProcedure&) = delete;
 
-  /// Looks the split group of the case at hand up and remembers it for the tables and messages that
-  /// follow.
+  /// Looks up the split group of the case at hand and remembers it for the tables and messages
+  /// that follow.
   void SplitChange();
   BpHeading& Heading();
-  /// Formats: whole counts; all other statistics; a number of a label, in the shortest form that
-  /// reads back.
+  /// Formats: whole counts; all other statistics; a number in a label, in the shortest form
+  /// that reads back the same.
   BpFormatSpec Count() const;
   BpFormatSpec GeneralStat() const;
   BpFormatSpec SigDigit(double number) const;

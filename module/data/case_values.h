@@ -24,8 +24,8 @@ struct CaseVariable {
 /// The variables of one list.
 struct CaseVariables {
   std::vector<CaseVariable> variables;
-  /// All are numbers that only the system-missing value can be missing of: the usual list, with the
-  /// shortest way to a value.
+  /// All are numeric and have no missing value but the system-missing one: the usual list, with
+  /// the shortest way to a value.
   bool plain = true;
 };
 

@@ -7,7 +7,7 @@ namespace {
 
 template <typename Range>
 bool liesWithin(double value, const Range& range) {
-  // Both comparisons are made, so that the compiler needs no jump between them.
+  // Both comparisons are made, so that the compiler needs no branch between them.
   return static_cast<bool>(static_cast<int>(value >= range.low) &
                            static_cast<int>(value <= range.high));
 }

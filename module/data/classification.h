@@ -24,7 +24,7 @@ class Classifier {
 
  private:
   /// Numbers from `low` to `high` are successes, or those among `levels` where there are any: one
-  /// comparison whatever the rule, without a jump that depends on the data.
+  /// comparison whatever the rule, without a branch that depends on the data.
   struct Successes {
     VarIndex index;
     double low = std::numeric_limits<double>::infinity();

@@ -46,7 +46,7 @@ void setUpGroup(PRPAlgorithm& analysis) {
 bool readSampleNumber(PRPAlgorithm& analysis, const Case& data) {
   const double value = *data.Obs(analysis.poolingVarIndex);
   const bool valid = !IsSystemMissing(value) && value >= 0.0;
-  // What no integer can hold is no number of a sample; 2^31 - 1 stands for it, as for any resample.
+  // A number that no integer can hold is not a sample's; 2^31 - 1 stands for it: some resample.
   analysis.poolingSampleIndex =
       valid ? static_cast<int32_t>(std::min(value + 0.5, 2147483647.0)) : -1;
   if (!valid) {

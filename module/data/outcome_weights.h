@@ -5,11 +5,11 @@
 
 namespace proportions {
 
-/// Looked up instead of decided: half of all jumps on outcomes would be foreseen wrongly by the
-/// processor.
+/// Looked up rather than branched on: the processor would mispredict half of all branches on
+/// outcomes.
 class OutcomeWeights {
  public:
-  /// To be told each case's weight; most often it is the one before.
+  /// To be called with each case's weight, which most often is that of the case before.
   void setWeight(double weight) {
     if (weight == trial_[2]) return;
     success_[2] = failure_[1] = trial_[1] = trial_[2] = weight;

@@ -51,8 +51,8 @@ void dumpFields(const Record& record, const Field<Record> (&fields)[N]) {
 
 inline void dumpLine(const std::string& text) { BP_ToFront(text.c_str()); }
 
-/// The start and end lines around a record's fields. The end is no destructor's: the display may
-/// throw.
+/// The start and end lines around a record's fields. The end line is not left to a destructor,
+/// since the display may throw.
 template <typename DumpFields>
 void framed(const std::string& name, const DumpFields& dumpInside) {
   dumpLine(name + " display start");

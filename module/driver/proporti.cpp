@@ -42,7 +42,7 @@ bool runDesign(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
 using IteratorOwner = std::unique_ptr<ProcDSIterator>;
 
 /// Owns the groups' analysis objects. The end of a run releases them in their order; an exception
-/// takes them away last made first.
+/// destroys them in reverse order of their making.
 class Groups {
  public:
   Groups() = default;

@@ -10,7 +10,7 @@ double halfSum(double last, double n, double lastWeight);
 /// Below this many terms the sums leave none out.
 inline constexpr double kFullSumTerms = 2048.0;
 /// From this many terms on, those left out not counted, the sum is asked of the host as a whole.
-/// Ten thousand million discordant cases need half of them.
+/// Ten billion discordant cases need half of them.
 inline constexpr double kMostTerms = 1048576.0;
 
 /// The first term of the sum for k = 0..last that can have a part in the last bit of the sum; 0 for

@@ -15,7 +15,7 @@ inline constexpr Bounds kProportionRange{0.0, 1.0};
 inline constexpr Bounds kDifferenceRange{-1.0, 1.0};
 
 /// Replaces an end that lies beyond the range by the limit. A NaN fails both comparisons and
-/// passes; a missing end is below every limit but is no bound, and stays missing.
+/// passes; a missing end is below every limit but is not a bound, and stays missing.
 inline Bounds clip(Bounds bounds, const Bounds& range) {
   if (range.lower > bounds.lower && !isMissing(bounds.lower)) bounds.lower = range.lower;
   if (range.upper < bounds.upper) bounds.upper = range.upper;

@@ -25,8 +25,8 @@ double scoreHalfWidth(const Sample& sample, double z) {
   return z * std::sqrt(z * z / (n * 4 * n) + sample.q() * sample.p() / n);
 }
 
-/// (m - h) / d and (m + h) / d. The lower bound equals p² / (m + h), and 1 less the upper one is
-/// the same of the failures: without the differences the bounds keep their digits.
+/// (m - h) / d and (m + h) / d. The lower bound equals p² / (m + h), and 1 less the upper one
+/// is the same for the failures: without the differences the bounds keep their digits.
 Bounds scoreBounds(const Sample& sample, double z) {
   if (z == kInfiniteZ) return kProportionRange;  // p² / (m + h) would come out as 1e-200, not as 0
   const double n = sample.n, p = sample.p(), q = sample.q(), z2 = z * z;

@@ -80,7 +80,7 @@ Selection readSelection(SubComObj& subcommand) {
 }
 
 /// Equal in the variable's own representation. A minus zero is a zero; all else compares bit for
-/// bit, since the words of a string are no numbers.
+/// bit, since the words of a string are not numbers.
 bool sameValue(const ValueBuffer& a, const ValueBuffer& b, bool isString) {
   if (!isString) return a.front() == b.front();
   return std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;

@@ -101,7 +101,7 @@ void CaseTally::begin() {
   }
 }
 
-/// Cases drawn anew are no cases that were read.
+/// Cases drawn anew were not read from the data.
 bool CaseTally::isResample() const {
   const std::vector<VarIndex>& split = dataset_.splitVariables();
   const std::vector<SplitValue>& values = dataset_.currentSplit();

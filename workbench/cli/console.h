@@ -13,7 +13,7 @@ void tell(std::string_view text);
 /// The same with the program's name in front.
 void complain(std::string_view text);
 
-/// Shows a text of the program's own, without data in it, in the place of the status line before.
+/// Shows a text of the program's own, without data in it, in place of the previous status line.
 void showStatus(std::string_view text);
 
 /// Removes the status line, if there is one.

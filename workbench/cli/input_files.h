@@ -15,7 +15,7 @@ struct InputFile {
   FileIdentity identity;
 };
 
-/// Each file once; what is not there, or is no regular file, is left out.
+/// Each file once; what does not exist, or is not a regular file, is left out.
 std::vector<InputFile> inputFiles(const ProgramOptions& options);
 
 /// Throws UsageError when `output` is one of the files that the run reads.

@@ -17,7 +17,7 @@ enum class ProgressMode { kAuto, kAlways, kNever };
 
 struct ProgramOptions {
   DataOptions data;
-  std::optional<TypedCounts> counts;  ///< in the place of data
+  std::optional<TypedCounts> counts;  ///< in place of data
   bool list = false;                  ///< the variables are listed, no command runs
   std::string commandText;
   std::string commandFile;  ///< where the text was read from; empty: the command line

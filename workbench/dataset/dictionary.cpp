@@ -220,7 +220,7 @@ void Dictionary::addCategories(const DictionaryField& field, Variable& variable)
 }
 
 void Dictionary::addMissing(const DictionaryField& field, Variable& variable) const {
-  Variable plain;  // without labels, which are no values here
+  Variable plain;  // without labels, which are not values here
   plain.kind = variable.kind;
   if (plain.kind == ValueKind::kBoolean) plain.numberLabels = {{0, "false"}, {1, "true"}};
   for (const Entry& each : field.missing) {
@@ -235,7 +235,7 @@ void Dictionary::addMissing(const DictionaryField& field, Variable& variable) co
         variable.numberLabels.emplace_back(*value, each.label);
       }
     }
-    // Any other text is no number: the cases that carry it are system-missing.
+    // Any other text is not a number: the cases that carry it are system-missing.
   }
 }
 

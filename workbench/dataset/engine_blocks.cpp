@@ -26,7 +26,7 @@ bool isSpelledColumn(const RelationColumn& column, const ColumnType& type) {
   return isPlainText(column.type) && (type.name != Name::kDetected || !type.codes.empty());
 }
 
-/// Whether a column that is no text is to be text.
+/// Whether a column that is not text is to be read as text.
 bool isMadeText(const RelationColumn& column, const ColumnType& type) {
   return !isPlainText(column.type) && type.name == Name::kString &&
          (type.codes.empty() || column.type.categories.empty());

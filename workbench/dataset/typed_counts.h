@@ -1,4 +1,4 @@
-/// Counts given in the place of data.
+/// Counts given in place of data.
 #pragma once
 
 #include <cstdint>

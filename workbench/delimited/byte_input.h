@@ -24,7 +24,7 @@ class ByteInput {
   virtual void refuseChanged() const {}
 };
 
-/// "-" is standard input. What is no regular file is kept in a temporary file as it is read.
+/// "-" is standard input. What is not a regular file is kept in a temporary file as it is read.
 /// `label` names it in messages; `interrupted` may be null. Throws DataError.
 std::unique_ptr<ByteInput> openInput(const std::string& path, const std::string& label,
                                      const std::atomic<bool>* interrupted);

@@ -14,7 +14,7 @@
 namespace workbench {
 namespace {
 
-/// The query without what may stand after its end. Comments are no blanks here: they end with the
+/// The query without what may stand after its end. Comments are not blanks here: they end with the
 /// line that is added behind them.
 std::string trimmedEnd(std::string sql) {
   while (!sql.empty() && (sql.back() == ';' || sql.back() == ' ' || sql.back() == '\n' ||

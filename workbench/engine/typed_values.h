@@ -40,7 +40,7 @@ class TypedColumn {
 
   /// The chunk's values as numbers, NaN for nulls: dates and time stamps in seconds since
   /// 1970-01-01 (UTC), times in seconds since midnight, booleans 0 and 1. False at the first value
-  /// that a double does not hold exactly, or that is no moment; `flaw` says which.
+  /// that a double does not hold exactly, or that is not a moment in time; `flaw` says which.
   bool numbers(const Chunk& chunk, size_t column, double* out, Flaw& flaw) const;
   /// Column of whole numbers or booleans whose values in this chunk are all below kMissingByte: the
   /// values, kMissingByte for nulls. False for all others; `numbers` reads those.

@@ -51,7 +51,7 @@ struct CommandFacts {
   std::vector<VarIndex> analysed() const;
 };
 
-/// Names that are no variables are passed over: that is for the procedure to refuse.
+/// Names that are not variables are passed over: refusing them is the procedure's business.
 CommandFacts commandFacts(CommandSpec& parsed, const ActiveDataset& dataset);
 
 }  // namespace workbench

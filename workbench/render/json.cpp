@@ -53,7 +53,7 @@ std::string exactValue(const LabelValue& value) {
   return jsonString(std::get<std::string>(value.exact));
 }
 
-/// What a label shows, for readers that are no people.
+/// What a label shows, for programs that read it.
 std::string facts(const LabelData& label) {
   std::string result;
   if (!label.variables.empty()) result += ",\"variables\":" + strings(label.variables);

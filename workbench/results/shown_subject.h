@@ -27,7 +27,7 @@ void appendToKey(std::string& key, const LabelData& subject);
 /// statistics.
 class PairLabels {
  public:
-  /// Takes note of a subject's label; one that is no pair is passed over.
+  /// Notes a subject's label; one that is not a pair is passed over.
   void learn(const LabelData& subject);
   /// The label of the pair that names the most variables; of anything else the subject's own.
   const LabelData& fullest(const LabelData& subject) const;
