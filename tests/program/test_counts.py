@@ -1,4 +1,4 @@
-"""Counts typed in the place of data."""
+"""Counts typed in place of data."""
 
 import json
 import unittest

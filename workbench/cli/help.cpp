@@ -23,7 +23,7 @@ Usage: proportions [OPTIONS] DATA
 DATA
   a .csv, .tsv, .parquet, .json, .jsonl or .ndjson file (compressed ones too);
   - for CSV on standard input; duckdb:FILE for a database
-  --counts N...        in the place of DATA: 81/263 one sample (outcome),
+  --counts N...        in place of DATA: 81/263 one sample (outcome),
                        189/11034 104/11037 two groups (outcome BY group),
                        59,6,16,80 pairs (first, second: both, first only,
                        second only, neither); outcomes are 1 and 0; without a

@@ -193,7 +193,7 @@ void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   }
   for (const char* name : kDataOptions) {
     if (app.count(name) == 0) continue;
-    throw UsageError(std::string("--counts stands in the place of data; ") + name +
+    throw UsageError(std::string("--counts stands in place of data; ") + name +
                      " cannot be given as well");
   }
   try {

@@ -108,7 +108,7 @@ TypedCounts twoGroups(const std::vector<std::string>& texts) {
 TypedCounts pairs(const std::string& text) {
   const std::vector<uint64_t> cells = readParts(text, ',');
   if (cells.size() != 4) {
-    refuse(text, fmt::format("there are {} counts in the place of four; {}", cells.size(), kForms));
+    refuse(text, fmt::format("there are {} counts in place of four; {}", cells.size(), kForms));
   }
   TypedCounts counts{{"first", "second"}, {}, {}};
   add(counts, {1, 1}, cells[0]);
