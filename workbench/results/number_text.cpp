@@ -66,7 +66,7 @@ std::string fixedText(double value, int decimals, int shift) {
     number.digits.insert(0, static_cast<size_t>(1 - number.point), '0');
     number.point = 1;
   }
-  number.digits.resize(static_cast<size_t>(number.point + decimals), '0');
+  number.digits.resize(static_cast<size_t>(number.point) + static_cast<size_t>(decimals), '0');
   const bool isZero = number.digits.find_first_not_of('0') == std::string::npos;
   std::string text = value < 0.0 && !isZero ? "-" : "";
   text += number.digits.substr(0, static_cast<size_t>(number.point));

@@ -150,7 +150,8 @@ class Reporter {
   static std::string groupText(const ResultRows& rows, size_t row) {
     std::string text;
     for (const auto& [name, value] : rows.table().split()) {
-      text += (text.empty() ? "" : ", ") + name + " = " + value;
+      if (!text.empty()) text += ", ";
+      text.append(name).append(" = ").append(value);
     }
     for (size_t i = 0; i < rows.splitDimensions().size(); ++i) {
       const LabelData* value = rows.splitValue(row, i);
