@@ -92,7 +92,7 @@ mutate: needed
 
 # Seconds for each target.
 FUZZ_SECONDS ?= 600
-FUZZ_TARGETS := command run module render delimited dictionary distributions
+FUZZ_TARGETS := command run module render delimited dictionary distributions statfiles
 
 fuzz:
 	@scripts/setup.sh --check clang-14 libclang-rt-14-dev

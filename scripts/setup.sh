@@ -16,7 +16,7 @@ if [ "${1:-}" = --check ]; then
 fi
 
 packages=(g++ cmake ninja-build python3 python3-jsonschema
-  libicu-dev libcli11-dev nlohmann-json3-dev libfmt-dev zlib1g-dev libzstd-dev
+  libicu-dev libreadstat-dev libcli11-dev nlohmann-json3-dev libfmt-dev zlib1g-dev libzstd-dev
   libgtest-dev libgmock-dev "$@")
 
 missing=()

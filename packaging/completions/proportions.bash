@@ -17,7 +17,7 @@ _proportions_variables() {
   local word
   for word in "${COMP_WORDS[@]:1}"; do
     case $word in
-      *.csv | *.tsv | *.parquet | *.json | *.jsonl | *.ndjson | *.csv.gz | *.tsv.gz)
+      *.csv | *.tsv | *.parquet | *.json | *.jsonl | *.ndjson | *.dta | *.sas7bdat | *.xpt | *.csv.gz | *.tsv.gz)
         timeout 3 "${COMP_WORDS[0]}" --list --format json -- "$word" 2> /dev/null |
           grep -o '"name":"[^"]*"' | cut -d '"' -f 4
         return

@@ -14,7 +14,10 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr size_t kLongest = 4096;
+#ifndef FUZZ_LONGEST
+#define FUZZ_LONGEST 4096
+#endif
+constexpr size_t kLongest = FUZZ_LONGEST;
 
 std::vector<Bytes> readInputs(int count, char** folders) {
   std::vector<std::filesystem::path> files;
@@ -54,7 +57,7 @@ class Mutator {
     const auto place = bytes.begin() + static_cast<ptrdiff_t>(at);
     const auto length =
         static_cast<ptrdiff_t>(std::min(bytes.size() - at, static_cast<size_t>(1 + below(16))));
-    switch (below(5)) {
+    switch (below(6)) {
       case 0:
         bytes.insert(place, static_cast<uint8_t>(random_()));
         return;
@@ -68,6 +71,12 @@ class Mutator {
         const Bytes piece(place, place + length);
         bytes.insert(bytes.begin() + static_cast<ptrdiff_t>(below(bytes.size() + 1)), piece.begin(),
                      piece.end());
+        return;
+      }
+      case 4: {
+        // A count or a length that is not to be believed.
+        constexpr uint8_t kExtremes[] = {0x00, 0x01, 0x7F, 0x80, 0xFF};
+        std::fill(place, place + length, kExtremes[below(std::size(kExtremes))]);
         return;
       }
       default: {

@@ -5,6 +5,7 @@ import random
 
 from engine import execute
 from program import ProgramTest, cells, table, value
+from stat_writer import write_stat
 
 FIELDS = [
     {"name": "outcome", "title": "Outcome", "missingValues": ["9"],
@@ -25,7 +26,7 @@ COMMANDS = {
 
 
 class SameData(ProgramTest):
-    """One table of 300 rows as CSV, TSV, JSON, Parquet and in a database."""
+    """One table of 300 rows as CSV, TSV, JSON, Parquet, in files of statistics packages and in a database."""
 
     def setUp(self):
         super().setUp()
@@ -38,13 +39,19 @@ class SameData(ProgramTest):
             lines = [between.join("" if v is None else str(v) for v in row) for row in rows]
             self.write(name, "\n".join([between.join(names), *lines]) + "\n")
         self.write("d.jsonl", "".join(json.dumps(dict(zip(names, row))) + "\n" for row in rows))
+        columns = [{"name": name, "type": "double"} for name in names]
+        columns[2] = {"name": "site", "type": "string", "width": 8}
+        for form in ("dta", "sas7bdat", "xpt"):
+            write_stat(self.folder / f"d.{form}", columns, [[*row[:2], row[2] or "", *row[3:]] for row in rows])
         made = ("CREATE TABLE patients AS SELECT * FROM read_csv('{0}/d.csv', types={{'outcome':'BIGINT','arm':'UTINYINT','site':'VARCHAR',"
                 "'age':'DECIMAL(6,2)','w':'DOUBLE'}})").format(self.folder)
         execute([made, "CREATE TABLE other AS SELECT 1 AS outcome"], self.folder / "d.db")
         execute([made, f"COPY patients TO '{self.folder}/d.parquet'"])
         self.schema("schema.json", *FIELDS)
-        self.sources = (("d.csv",), ("d.tsv",), ("d.jsonl",), ("d.parquet",), ("duckdb:d.db", "--table", "patients"),
-                        ("duckdb:d.db", "--query", "SELECT * FROM patients"), ("d.parquet", "--query", "SELECT * FROM data"))
+        self.sources = (("d.csv",), ("d.tsv",), ("d.jsonl",), ("d.parquet",), ("d.dta",), ("d.sas7bdat",), ("d.xpt",),
+                        ("duckdb:d.db", "--table", "patients"),
+                        ("duckdb:d.db", "--query", "SELECT * FROM patients"), ("d.parquet", "--query", "SELECT * FROM data"),
+                        ("d.dta", "--query", "SELECT * FROM data"))
 
     def test_all_sources_agree(self):
         for what, command in COMMANDS.items():

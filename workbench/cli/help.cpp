@@ -22,6 +22,7 @@ Usage: proportions [OPTIONS] DATA
 
 DATA
   a .csv, .tsv, .parquet, .json, .jsonl or .ndjson file (compressed ones too);
+  a .dta, .sas7bdat or .xpt file of a statistics package;
   - for CSV on standard input; duckdb:FILE for a database
   --counts N...        in place of DATA: 81/263 one sample (outcome),
                        189/11034 104/11037 two groups (outcome BY group),
@@ -42,7 +43,8 @@ Reading
                        columns that are of one kind other than text without it
   --delimiter C        of CSV: one character or tab; default: found
   --decimal C          of CSV: the decimal sign, . or ,
-  --encoding NAME      of CSV: default UTF-8
+  --encoding NAME      of CSV: default UTF-8; of .dta, .sas7bdat and .xpt
+                       files: default what the file says
   --weight NAME        the weight variable
   --split NAME[,NAME]  the split-file variables, outermost first: --split a,b
                        or --split a --split b

@@ -40,6 +40,7 @@ void addData(const DataOptions& options, Collector& files) {
       files.addStandardInput("the data on standard input");
     } else {
       files.add("the data file", file.path);
+      if (!file.catalogue.empty()) files.add("the catalogue of value labels", file.catalogue);
     }
   }
   if (!options.schema && !found.dictionary.empty()) files.add("the dictionary", found.dictionary);

@@ -27,7 +27,9 @@ struct SourceVariable {
   bool kindKnown = true;  ///< false: found by reading all of the column's values
   std::string unusable;   ///< why no command may name it; empty when it may
   bool zoned = false;     ///< date-times that had a zone
-  bool untyped = false;   ///< its values are texts, so that a dictionary may make any kind of them
+  /// Of dates and times that the source has as counts: a dictionary may make them numbers again.
+  bool countable = false;
+  bool untyped = false;  ///< its values are texts, so that a dictionary may make any kind of them
   /// Of an enumeration the texts in declared order; its numbers are 1, 2, ...
   std::vector<std::string> categories;
   /// Of a column of texts, found by reading it: at most one value in twenty is not of the one other

@@ -27,7 +27,8 @@ namespace fs = std::filesystem;
 constexpr const char* kDictionaryEnding = ".schema.json";
 constexpr const char* kEndings =
     "Files that are read: .csv, .tsv, .parquet, .json, .jsonl, .ndjson (text files also compressed "
-    "as .gz or .zst), - for CSV on standard input, duckdb:FILE for a database.";
+    "as .gz or .zst), .dta, .sas7bdat, .xpt, - for CSV on standard input, duckdb:FILE for a "
+    "database.";
 constexpr std::string_view kMissingPart = "__HIVE_DEFAULT_PARTITION__";
 
 std::string lowered(std::string text) {
@@ -47,7 +48,23 @@ std::optional<FileFormat> formatOf(const fs::path& path) {
   if (ending == ".tsv") return FileFormat::kTabbed;
   if (ending == ".parquet") return FileFormat::kParquet;
   if (ending == ".json" || ending == ".jsonl" || ending == ".ndjson") return FileFormat::kJson;
+  if (path != uncompressedName(path)) return std::nullopt;
+  if (ending == ".dta") return FileFormat::kDta;
+  if (ending == ".sas7bdat") return FileFormat::kSas7bdat;
+  if (ending == ".xpt") return FileFormat::kXport;
   return std::nullopt;
+}
+
+/// The value labels that belong to a file: under its own name, else those of its folder.
+std::string catalogueOf(const fs::path& path, FileFormat format) {
+  if (format != FileFormat::kSas7bdat) return {};
+  std::error_code error;
+  for (const fs::path& name : {path.stem(), fs::path("formats")}) {
+    fs::path catalogue = path.parent_path() / name;
+    catalogue += ".sas7bcat";
+    if (fs::exists(catalogue, error)) return catalogue.string();
+  }
+  return {};
 }
 
 bool isDictionary(const std::string& name) {
@@ -179,7 +196,8 @@ size_t partsBeforeWildcard(const fs::path& pattern) {
 }
 
 void addFile(DataFiles& files, const fs::path& path, size_t firstPart) {
-  DataFile& file = files.files.emplace_back(DataFile{path.string(), path.string(), {}});
+  DataFile& file = files.files.emplace_back(
+      DataFile{path.string(), path.string(), {}, catalogueOf(path, files.format)});
   refuseUnreadable(file.path);
   std::vector<std::string> names;
   for (auto& [name, value] : pathParts(path, firstPart)) {
@@ -254,7 +272,7 @@ DataFiles findFiles(const std::string& data) {
     const std::optional<FileFormat> format = formatOf(path);
     if (!format) throw DataError(fmt::format("{}: this ending is not known. {}", data, kEndings));
     files.format = *format;
-    files.files.push_back({data, data, {}});
+    files.files.push_back({data, data, {}, catalogueOf(path, *format)});
     files.dictionary = uncompressedName(path).replace_extension().string() + kDictionaryEnding;
     return files;
   }

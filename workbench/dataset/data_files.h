@@ -11,7 +11,10 @@ enum class FileFormat {
   kDelimited,  ///< .csv
   kTabbed,     ///< .tsv
   kJson,
-  kParquet
+  kParquet,
+  kDta,
+  kSas7bdat,
+  kXport  ///< .xpt
 };
 
 /// One file, with the texts of the columns that its path gives.
@@ -19,6 +22,7 @@ struct DataFile {
   std::string path;   ///< "-" for standard input
   std::string label;  ///< names it in messages
   std::vector<std::string> pathValues;
+  std::string catalogue = {};  ///< the value labels beside a .sas7bdat file; empty: none
 };
 
 /// Files of one format that make one data set, in the order of their paths.

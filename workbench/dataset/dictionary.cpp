@@ -43,6 +43,17 @@ bool canBe(ValueKind kind, ColumnType::Name type) {
   return false;
 }
 
+/// Gives a value a label in place of the one that it may have.
+template <typename Labels, typename Value>
+void setLabel(Labels& labels, const Value& value, const std::string& label) {
+  for (auto& [labelled, old] : labels) {
+    if (labelled != value) continue;
+    old = label;
+    return;
+  }
+  labels.emplace_back(value, label);
+}
+
 bool contains(const std::vector<Entry>& entries, std::string_view text) {
   return std::any_of(entries.begin(), entries.end(),
                      [&](const Entry& each) { return trimmed(each.text) == text; });
@@ -131,8 +142,10 @@ ColumnType Dictionary::type(const SourceVariable& column) const {
   } else if (field->ordered && field->typeName.empty()) {
     refuseUntypedOrder(file_, *field);
   }
+  const bool asCount = column.countable && (type.name == ColumnType::Name::kNumber ||
+                                            type.name == ColumnType::Name::kInteger);
   const bool impossible = !column.unusable.empty() ||
-                          (column.kindKnown && !column.untyped && type.codes.empty() &&
+                          (column.kindKnown && !column.untyped && type.codes.empty() && !asCount &&
                            !canBe(column.variable.kind, type.name)) ||
                           (enumeration && !asText && !field->typeName.empty());
   if (impossible && !field->typeName.empty()) {
@@ -172,8 +185,8 @@ Variable Dictionary::variable(Variable variable, const ColumnType& type) const {
     }
     return variable;
   }
-  addCategories(*field, variable);
-  addMissing(*field, variable);
+  // A label among the categories comes before one among the missing values.
+  addMissing(*field, addCategories(*field, variable), variable);
   return variable;
 }
 
@@ -188,11 +201,19 @@ std::optional<double> Dictionary::valueOf(const Variable& variable, const std::s
   return parseValue(variable, text);
 }
 
-void Dictionary::addCategories(const DictionaryField& field, Variable& variable) const {
+Dictionary::Labelled Dictionary::addCategories(const DictionaryField& field,
+                                               Variable& variable) const {
   const Variable plain = variable;  // categories' texts are read without their own labels
-  bool ownLabels = false;
-  std::set<std::string> texts;
-  std::set<double> numbers;
+  if (variable.kind == ValueKind::kBoolean &&
+      std::any_of(field.categories.begin(), field.categories.end(),
+                  [](const Entry& each) { return each.labelled; })) {
+    // Those of the dictionary stand alone, not beside "false" and "true".
+    std::erase_if(variable.numberLabels, [](const auto& each) {
+      return each.second == (each.first == 0.0 ? "false" : "true");
+    });
+  }
+  Labelled labelled;
+  auto& [numbers, texts] = labelled;
   const auto refuseRepeated = [&](bool isNew, const auto& value, const std::string& place) {
     if (!isNew)
       refuseDictionary(file_, place, fmt::format("'{}' has a label twice; leave one out", value));
@@ -202,7 +223,7 @@ void Dictionary::addCategories(const DictionaryField& field, Variable& variable)
       if (!each.labelled) continue;
       const std::string value(trimmed(each.text));
       refuseRepeated(texts.insert(value).second, value, each.place);
-      variable.stringLabels.emplace_back(value, each.label);
+      setLabel(variable.stringLabels, value, each.label);
       continue;
     }
     const std::optional<double> value = valueOf(plain, each.text);
@@ -212,27 +233,29 @@ void Dictionary::addCategories(const DictionaryField& field, Variable& variable)
                                    each.text, variable.name));
     }
     if (!each.labelled) continue;
-    if (!ownLabels) variable.numberLabels.clear();
-    ownLabels = true;
     refuseRepeated(numbers.insert(*value).second, *value, each.place);
-    variable.numberLabels.emplace_back(*value, each.label);
+    setLabel(variable.numberLabels, *value, each.label);
   }
+  return labelled;
 }
 
-void Dictionary::addMissing(const DictionaryField& field, Variable& variable) const {
+void Dictionary::addMissing(const DictionaryField& field, const Labelled& labelled,
+                            Variable& variable) const {
   Variable plain;  // without labels, which are not values here
   plain.kind = variable.kind;
+  plain.extendedMissing = variable.extendedMissing;
   if (plain.kind == ValueKind::kBoolean) plain.numberLabels = {{0, "false"}, {1, "true"}};
   for (const Entry& each : field.missing) {
     if (variable.isString()) {
-      variable.missingStrings.emplace_back(trimmed(each.text));
-      if (each.labelled && variable.findLabel(trimmed(each.text)) == nullptr) {
-        variable.stringLabels.emplace_back(trimmed(each.text), each.label);
+      const std::string value(trimmed(each.text));
+      variable.missingStrings.push_back(value);
+      if (each.labelled && labelled.texts.count(value) == 0) {
+        setLabel(variable.stringLabels, value, each.label);
       }
     } else if (const std::optional<double> value = valueOf(plain, each.text)) {
       variable.missingNumbers.push_back(*value);
-      if (each.labelled && variable.findLabel(*value) == nullptr) {
-        variable.numberLabels.emplace_back(*value, each.label);
+      if (each.labelled && labelled.numbers.count(*value) == 0) {
+        setLabel(variable.numberLabels, *value, each.label);
       }
     }
     // Any other text is not a number: the cases that carry it are system-missing.

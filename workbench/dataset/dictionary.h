@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -45,8 +46,13 @@ class Dictionary {
  private:
   const DictionaryField* find(const std::string& name) const;
   std::optional<double> valueOf(const Variable& variable, const std::string& text) const;
-  void addCategories(const DictionaryField& field, Variable& variable) const;
-  void addMissing(const DictionaryField& field, Variable& variable) const;
+  /// Values that got a label.
+  struct Labelled {
+    std::set<double> numbers;
+    std::set<std::string> texts;
+  };
+  Labelled addCategories(const DictionaryField& field, Variable& variable) const;
+  void addMissing(const DictionaryField& field, const Labelled& labelled, Variable& variable) const;
 
   std::string file_;
   char decimal_ = '.';

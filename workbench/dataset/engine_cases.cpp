@@ -2,18 +2,41 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "workbench/dataset/case_collector.h"
-#include "workbench/dataset/engine_blocks.h"
+#include "workbench/dataset/typed_cases.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/typed_values.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {
+
+ValueKind valueKindOf(EngineKind kind) {
+  switch (kind) {
+    case EngineKind::kBoolean:
+      return ValueKind::kBoolean;
+    case EngineKind::kDate:
+      return ValueKind::kDate;
+    case EngineKind::kTime:
+      return ValueKind::kTime;
+    case EngineKind::kDateTime:
+    case EngineKind::kZonedDateTime:
+      return ValueKind::kDateTime;
+    case EngineKind::kText:
+      return ValueKind::kString;
+    case EngineKind::kNumber:
+    case EngineKind::kUnusable:
+      break;
+  }
+  return ValueKind::kNumber;
+}
+
+TypedColumnFacts factsOf(const RelationColumn& column) {
+  const EngineKind kind = kindOf(column.type);
+  return {column.name, valueKindOf(kind), kind == EngineKind::kText, column.fromPath,
+          column.type.categories};
+}
 
 SourceVariable declared(const RelationColumn& column) {
   SourceVariable variable;
@@ -32,21 +55,72 @@ SourceVariable declared(const RelationColumn& column) {
   return variable;
 }
 
-class EngineCases final : public CaseSource {
+/// The chunks of a query.
+class EngineRows final : public TypedRows {
+ public:
+  EngineRows(Relation& relation, const std::vector<TypedColumnFacts>& facts,
+             const CaseRequest& request)
+      : label_(relation.label()), query_(relation.database(), sqlOf(relation, facts, request)) {
+    for (const ColumnRequest& wanted : request.columns) {
+      columns_.emplace_back(relation.columns()[wanted.column].type);
+    }
+  }
+
+  bool next() override {
+    try {
+      chunk_ = query_.fetch();
+      return static_cast<bool>(chunk_);
+    } catch (const EngineError& error) {
+      throw DataError(readProblem(error.what(), label_));
+    }
+  }
+  size_t cases() const override { return chunk_.size(); }
+  bool numbers(size_t column, double* out, ValueFlaw& flaw) override {
+    TypedColumn::Flaw found;
+    if (columns_[column].numbers(chunk_, column, out, found)) return true;
+    flaw = {found.row, found.value, found.reason};
+    return false;
+  }
+  bool bytes(size_t column, uint8_t* out) override {
+    static_assert(kMissingByte == TypedColumn::kMissingByte);
+    return columns_[column].bytes(chunk_, column, out);
+  }
+  void texts(size_t column, std::string_view* out) override {
+    TypedColumn::texts(chunk_, column, out);
+  }
+
+ private:
+  static std::string sqlOf(const Relation& relation, const std::vector<TypedColumnFacts>& facts,
+                           const CaseRequest& request) {
+    std::string list;
+    for (const ColumnRequest& wanted : request.columns) {
+      const RelationColumn& column = relation.columns()[wanted.column];
+      const std::string name = quotedName(column.name);
+      list += list.empty() ? "" : ", ";
+      list += isMadeText(facts[wanted.column], wanted.type)
+                  ? fmt::format("CAST({} AS VARCHAR)", name)
+                  : typedExpression(column.type, name);
+    }
+    // Cases count even when nothing of them is looked at.
+    return fmt::format("SELECT {} FROM {}", list.empty() ? "1" : list, relation.sql());
+  }
+
+  const std::string& label_;
+  Query query_;
+  std::vector<TypedColumn> columns_;
+  Chunk chunk_{nullptr};
+};
+
+class EngineCases final : public TypedCases {
  public:
   EngineCases(std::unique_ptr<Relation> relation, const FieldRules& rules)
-      : relation_(std::move(relation)), rules_(rules) {
-    if (!rules_.missingGiven) rules_.missingTexts.clear();
+      : TypedCases(rules), relation_(std::move(relation)) {
     for (const RelationColumn& column : relation_->columns()) {
-      variables_.push_back(declared(column));
+      add(factsOf(column), declared(column));
     }
   }
 
   const std::string& label() const override { return relation_->label(); }
-  const std::vector<SourceVariable>& variables() const override { return variables_; }
-  CodedCases read(const CaseRequest& request) override;
-  void forEachBlock(const CaseRequest& request,
-                    const std::function<void(const CaseBlock&)>& take) override;
   void requestInterrupt() override { relation_->engine().requestInterrupt(); }
   bool interruptRequested() const override { return relation_->engine().interruptRequested(); }
   void setProgress(ProgressCallback callback) override {
@@ -55,76 +129,15 @@ class EngineCases final : public CaseSource {
   void refuseChanged() const override { relation_->refuseChanged(); }
 
  private:
+  std::unique_ptr<TypedRows> openRows(const CaseRequest& request) override {
+    try {
+      return std::make_unique<EngineRows>(*relation_, columns(), request);
+    } catch (const EngineError& error) {
+      throw DataError(readProblem(error.what(), label()));
+    }
+  }
   std::unique_ptr<Relation> relation_;
-  FieldRules rules_;
-  std::vector<SourceVariable> variables_;
-  std::vector<SpelledColumn> understood_;  // of the last read
 };
-
-CodedCases EngineCases::read(const CaseRequest& request) {
-  try {
-    EngineBlocks blocks(*relation_, request, rules_);
-    CaseCollector collector(blocks.kinds(), request.collapse, request.memoryLimit);
-    bool keeping = true;
-    while (blocks.next()) {
-      size_t texts = 0;
-      for (size_t i = 0; i < request.columns.size(); ++i) {
-        if (!keeping) {
-          blocks.note(i);
-        } else if (blocks.isSpelled(i)) {
-          collector.addCodes(i, blocks.codes(i), blocks.cases());
-          texts += blocks.spelled(i).memory();
-        } else if (blocks.isText(i)) {
-          collector.addTexts(i, blocks.texts(i), blocks.cases());
-        } else if (const uint8_t* bytes = blocks.bytes(i); bytes != nullptr) {
-          collector.addBytes(i, bytes, TypedColumn::kMissingByte, blocks.cases());
-        } else {
-          collector.addNumbers(i, blocks.numbers(i), blocks.cases());
-        }
-      }
-      if (!collector.endBlock(blocks.cases(), texts) && keeping) {
-        keeping = false;
-        blocks.forgetTexts();
-        if (!blocks.anySpelled()) break;  // all kinds are known
-      }
-    }
-    CodedCases cases = collector.finish();
-    for (size_t i = 0; i < request.columns.size(); ++i) {
-      SourceVariable& variable = variables_[request.columns[i].column];
-      if (blocks.isSpelled(i)) blocks.finish(i, cases.complete, cases.columns[i]);
-      variable.variable.kind = cases.columns[i].kind;
-      variable.kindKnown = true;
-    }
-    understood_ = blocks.takeSpelled();
-    return cases;
-  } catch (const EngineError& error) {
-    throw DataError(readProblem(error.what(), label()));
-  }
-}
-
-void EngineCases::forEachBlock(const CaseRequest& request,
-                               const std::function<void(const CaseBlock&)>& take) {
-  try {
-    EngineBlocks blocks(*relation_, request, rules_);
-    blocks.understandAs(understood_);
-    CaseBlock block;
-    block.columns.resize(request.columns.size());
-    int64_t before = 0;
-    block.placeOf = [&](size_t row) {
-      return fmt::format("{}, case {}", label(), before + static_cast<int64_t>(row) + 1);
-    };
-    while (blocks.next()) {
-      block.cases = blocks.cases();
-      for (size_t i = 0; i < request.columns.size(); ++i) {
-        blocks.values(i, block.columns[i].numbers, block.columns[i].texts);
-      }
-      take(block);
-      before += static_cast<int64_t>(block.cases);
-    }
-  } catch (const EngineError& error) {
-    throw DataError(readProblem(error.what(), label()));
-  }
-}
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include "workbench/dataset/engine_cases.h"
 #include "workbench/dataset/json_cases.h"
 #include "workbench/dataset/query_cases.h"
+#include "workbench/dataset/stat_cases.h"
 #include "workbench/engine/relation.h"
 #include "workbench/values/data_error.h"
 
@@ -37,7 +38,12 @@ std::unique_ptr<CaseSource> openParquetFiles(const DataFiles& files, const Sourc
       options.rules);
 }
 
-std::unique_ptr<CaseSource> openTexts(const DataFiles& files, const SourceOptions& options) {
+/// What the program reads without the engine.
+std::unique_ptr<CaseSource> openOwn(const DataFiles& files, const SourceOptions& options) {
+  if (files.format == FileFormat::kDta || files.format == FileFormat::kSas7bdat ||
+      files.format == FileFormat::kXport) {
+    return openStatCases(files, options.layout.encoding, options.rules, options.interrupted);
+  }
   if (files.format == FileFormat::kJson) {
     return openJsonCases(files, options.rules, options.interrupted);
   }
@@ -56,7 +62,7 @@ OpenedSource openSource(const SourceOptions& options) {
   if (files.format == FileFormat::kParquet) {
     return {openParquetFiles(files, options), files.dictionary};
   }
-  std::unique_ptr<CaseSource> source = openTexts(files, options);
+  std::unique_ptr<CaseSource> source = openOwn(files, options);
   if (options.query) {
     source = openQueryCases(*source, *options.query, options.rules, options.interrupted);
   }

@@ -11,6 +11,7 @@
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/relation.h"
 #include "workbench/values/data_error.h"
+#include "workbench/values/extended_missing.h"
 #include "workbench/values/whole_numbers.h"
 
 namespace workbench {
@@ -27,12 +28,14 @@ class DataTable {
   void create();
   void append(TableWriter& writer, const CaseBlock& block);
   std::string shownColumn(size_t column) const;
+  const double* withoutLetters(size_t column, const double* values, size_t count);
 
   Database& database_;
   CaseSource& source_;
   CaseRequest request_;
   std::vector<ValueKind> kinds_;
   std::vector<bool> whole_;
+  std::vector<double> changed_;
 };
 
 DataTable::DataTable(Database& database, CaseSource& texts) : database_(database), source_(texts) {
@@ -68,7 +71,7 @@ void DataTable::append(TableWriter& writer, const CaseBlock& block) {
         writer.addTexts(i, block.columns[i].texts.data() + begin, count);
         continue;
       }
-      const double* values = block.columns[i].numbers.data() + begin;
+      const double* values = withoutLetters(i, block.columns[i].numbers.data() + begin, count);
       writer.addNumbers(i, values, count, kSystemMissing);
       whole_[i] = whole_[i] && std::all_of(values, values + count, [](double value) {
                     return value == kSystemMissing ||
@@ -77,6 +80,16 @@ void DataTable::append(TableWriter& writer, const CaseBlock& block) {
     }
     writer.endBlock(count);
   }
+}
+
+/// SQL has one kind of missing value.
+const double* DataTable::withoutLetters(size_t column, const double* values, size_t count) {
+  if (!source_.variables()[column].variable.extendedMissing) return values;
+  changed_.assign(values, values + count);
+  for (double& value : changed_) {
+    if (isExtendedMissing(value)) value = kSystemMissing;
+  }
+  return changed_.data();
 }
 
 std::string DataTable::shownColumn(size_t column) const {

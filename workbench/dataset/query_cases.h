@@ -1,4 +1,4 @@
-/// Queries over files of texts.
+/// Queries over files that the program reads itself.
 #pragma once
 
 #include <atomic>
@@ -11,8 +11,8 @@
 namespace workbench {
 
 /// The result of a query in which the cases of `texts`, each column of the kind that all its values
-/// have, are the table `data`. `interrupted` may be null, else it outlives the source. Throws
-/// DataError.
+/// have, are the table `data`; missing values that have names are null there. `interrupted` may be
+/// null, else it outlives the source. Throws DataError.
 std::unique_ptr<CaseSource> openQueryCases(CaseSource& texts, const std::string& query,
                                            const FieldRules& rules,
                                            const std::atomic<bool>* interrupted);

@@ -9,6 +9,7 @@
 #include "workbench/dataset/calendar.h"
 #include "workbench/dataset/variable.h"
 #include "workbench/text/text_fold.h"
+#include "workbench/values/extended_missing.h"
 
 namespace workbench {
 namespace {
@@ -43,6 +44,7 @@ std::string shortestNumber(double value) {
 }
 
 std::string valueText(const Variable& variable, double value) {
+  if (variable.extendedMissing && isExtendedMissing(value)) return extendedMissingText(value);
   if (value == kSystemMissing || isNumberKind(variable)) return shortestNumber(value);
   std::string text;
   switch (variable.kind) {
@@ -90,6 +92,9 @@ std::optional<double> parsePlainNumber(std::string_view text) {
 
 std::optional<double> parseValue(const Variable& variable, std::string_view text) {
   if (variable.isString()) return {};
+  if (variable.extendedMissing) {
+    if (const auto missing = parseExtendedMissing(text)) return missing;
+  }
   if (const auto number = parsePlainNumber(text)) return number;
   switch (variable.kind) {
     case ValueKind::kBoolean:

@@ -16,7 +16,7 @@ std::string shortestNumber(double value);
 
 /// A value without its label: numbers in shortest form, dates as 2026-01-31, times as 12:30:00
 /// (with fractions when there are any), date-times as 2026-01-31 12:30:00, booleans as 0 or 1; "."
-/// when system-missing.
+/// when system-missing, ".a" to ".z" for the missing values that a variable has under these names.
 std::string valueText(const Variable& variable, double value);
 
 /// A value as a reader sees it: its label when it has one, else as valueText.
@@ -29,7 +29,8 @@ std::optional<double> parsePlainNumber(std::string_view text);
 
 /// Reads a number, date, time, date-time or boolean in the variable's own form; a plain number is
 /// accepted for every kind, and a boolean also by its value labels (whatever the case of the
-/// letters). Nothing for any other text, for numbers beyond the range of a double, and for NaN.
+/// letters); .a to .z for a variable that has such missing values. Nothing for any other text, for
+/// numbers beyond the range of a double, and for NaN.
 std::optional<double> parseValue(const Variable& variable, std::string_view text);
 
 }  // namespace workbench

@@ -32,6 +32,8 @@ struct Variable {
   std::vector<double> missingNumbers;
   double missingLow = 1.0;  ///< a range of missing numbers; low > high: none
   double missingHigh = 0.0;
+  /// True when the numbers of that range are .a to .z (extended_missing.h) and are shown so.
+  bool extendedMissing = false;
   std::vector<std::string> missingStrings;
   /// Of ordered categories: each code with the text that stands for it in the data. Empty for all
   /// other variables.

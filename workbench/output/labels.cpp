@@ -10,6 +10,7 @@
 #include "workbench/output/template.h"
 #include "workbench/session/session.h"
 #include "workbench/text/utf8.h"
+#include "workbench/values/extended_missing.h"
 
 namespace workbench {
 namespace {
@@ -89,11 +90,13 @@ std::string listText(const LabelPart& part) {
   return text;
 }
 
-/// A numeric value as machines read it: dates and times in ISO form, all else as numbers.
+/// A numeric value as machines read it: dates and times in ISO form, missing values that have a
+/// name by it, all else as numbers.
 std::variant<double, std::string> exactNumberValue(const Variable& variable, double value) {
   const ValueKind kind = variable.kind;
   const bool isPlain = kind == ValueKind::kNumber || kind == ValueKind::kBoolean;
-  if (isPlain || value == kSystemMissing) return value;
+  const bool isNamed = variable.extendedMissing && isExtendedMissing(value);
+  if ((isPlain && !isNamed) || value == kSystemMissing) return value;
   std::string text = valueText(variable, value);
   if (kind == ValueKind::kDateTime) std::replace(text.begin(), text.end(), ' ', 'T');
   return text;

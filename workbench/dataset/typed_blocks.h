@@ -1,7 +1,8 @@
-/// The chunks of a query as values of cases.
+/// Blocks of typed values as values of cases.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,23 +10,63 @@
 
 #include "workbench/dataset/case_source.h"
 #include "workbench/dataset/spelled_column.h"
-#include "workbench/engine/relation.h"
-#include "workbench/engine/typed_values.h"
 
 namespace workbench {
 
-/// The kind of a variable whose values the engine holds.
-ValueKind valueKindOf(EngineKind kind);
+/// A column of a source whose values have types of their own.
+struct TypedColumnFacts {
+  std::string name;
+  ValueKind kind = ValueKind::kNumber;
+  bool isText = false;                       ///< texts, whatever they spell
+  bool fromPath = false;                     ///< texts that stand in the paths of the files
+  std::vector<std::string> categories = {};  ///< of an enumeration, in declared order
+  bool extendedMissing = false;              ///< may hold .a to .z
+};
+
+/// What is wrong with a value, as the end of a sentence that begins with the value.
+struct ValueFlaw {
+  size_t row = 0;
+  std::string value;
+  std::string reason;
+};
+
+/// Delivers the columns of a request block by block. Throws DataError and Interrupted.
+class TypedRows {
+ public:
+  static constexpr uint8_t kMissingByte = 128;
+
+  virtual ~TypedRows() = default;
+  /// False after the last block.
+  virtual bool next() = 0;
+  virtual size_t cases() const = 0;
+  /// The block's values of a column of the request, NaN when missing: dates and date-times in
+  /// seconds since 1970-01-01, times in seconds since midnight, booleans 0 and 1, enumerations by
+  /// their place from 1 on. False at the first value that is none; `flaw` says which.
+  virtual bool numbers(size_t column, double* out, ValueFlaw& flaw) = 0;
+  /// The same values as bytes where all are whole numbers from 0 to below kMissingByte, which
+  /// stands for missing ones; false where they are not, or cannot be had so.
+  virtual bool bytes(size_t column, uint8_t* out) {
+    (void)column, (void)out;
+    return false;
+  }
+  /// Of a column of texts, or one that is made text: valid until the next block.
+  virtual void texts(size_t column, std::string_view* out) = 0;
+};
+
+/// Whether a column that is no text is to be text.
+bool isMadeText(const TypedColumnFacts& column, const ColumnType& type);
 
 /// Reads the columns of a request. There are three kinds of them: numbers, texts that stay what
 /// they are, and texts that are spelled, whose values decide what they are.
-class EngineBlocks {
+class TypedBlocks {
  public:
-  EngineBlocks(Relation& relation, const CaseRequest& request, const FieldRules& rules);
+  /// `label` names the source in messages and outlives the blocks.
+  TypedBlocks(const std::string& label, const std::vector<TypedColumnFacts>& columns,
+              const CaseRequest& request, const FieldRules& rules, std::unique_ptr<TypedRows> rows);
 
-  /// False after the last block. Throws DataError, EngineError or Interrupted.
+  /// False after the last block. Throws DataError or Interrupted.
   bool next();
-  size_t cases() const { return chunk_.size(); }
+  size_t cases() const { return cases_; }
 
   /// By column; spelled ones count as texts until they are finished.
   std::vector<ValueKind> kinds() const;
@@ -35,7 +76,7 @@ class EngineBlocks {
 
   /// Of the block at hand, as CaseColumn has them. Throw DataError for values that cannot be held.
   const double* numbers(size_t column);
-  /// Where these are whole numbers from 0 to below TypedColumn::kMissingByte, that byte for missing
+  /// Where these are whole numbers from 0 to below TypedRows::kMissingByte, that byte for missing
   /// ones; else null, and `numbers` has to be asked.
   const uint8_t* bytes(size_t column);
   const std::string_view* texts(size_t column);
@@ -58,7 +99,7 @@ class EngineBlocks {
     std::string name;
     bool isText = false;
     ValueKind native = ValueKind::kNumber;
-    TypedColumn type;
+    bool extendedMissing = false;
     ColumnType::Name wanted = ColumnType::Name::kDetected;
     std::vector<double> categories;  // of enumerations: the number of each category
     std::optional<SpelledColumn> spelled;
@@ -68,8 +109,7 @@ class EngineBlocks {
     std::vector<std::string_view> texts;
     std::vector<uint32_t> codes;
   };
-  Column columnOf(const RelationColumn& column, const ColumnType& type) const;
-  static std::string sqlOf(const Relation& relation, const CaseRequest& request);
+  Column columnOf(const TypedColumnFacts& column, const ColumnType& type) const;
   uint64_t caseNumber(size_t row) const { return static_cast<uint64_t>(casesBefore_) + row + 1; }
   void readTexts(size_t column);
   void refuseWrongType(const Column& column) const;
@@ -78,8 +118,8 @@ class EngineBlocks {
   const std::string& label_;
   FieldRules rules_;
   std::vector<Column> columns_;
-  Query query_;
-  Chunk chunk_{nullptr};
+  std::unique_ptr<TypedRows> rows_;
+  size_t cases_ = 0;
   int64_t casesBefore_ = 0;
 };
 

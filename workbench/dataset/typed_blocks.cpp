@@ -1,4 +1,4 @@
-#include "workbench/dataset/engine_blocks.h"
+#include "workbench/dataset/typed_blocks.h"
 
 #include <fmt/format.h>
 
@@ -9,6 +9,7 @@
 #include "workbench/dataset/value_text.h"
 #include "workbench/values/data_error.h"
 #include "workbench/values/excerpt.h"
+#include "workbench/values/extended_missing.h"
 
 namespace workbench {
 namespace {
@@ -16,77 +17,42 @@ namespace {
 constexpr double kDaySeconds = 86'400;
 using Name = ColumnType::Name;
 
-bool isPlainText(const EngineType& type) { return kindOf(type) == EngineKind::kText; }
-
 /// Texts whose values decide what they are: those of paths, and those that a dictionary makes
 /// something else.
-bool isSpelledColumn(const RelationColumn& column, const ColumnType& type) {
+bool isSpelledColumn(const TypedColumnFacts& column, const ColumnType& type) {
   if (column.fromPath) return true;
   if (type.name == Name::kString && type.codes.empty()) return false;
-  return isPlainText(column.type) && (type.name != Name::kDetected || !type.codes.empty());
-}
-
-/// Whether a column that is not text is to be read as text.
-bool isMadeText(const RelationColumn& column, const ColumnType& type) {
-  return !isPlainText(column.type) && type.name == Name::kString &&
-         (type.codes.empty() || column.type.categories.empty());
-}
-
-std::string expressionOf(const RelationColumn& column, const ColumnType& type) {
-  const std::string name = quotedName(column.name);
-  if (isMadeText(column, type)) return fmt::format("CAST({} AS VARCHAR)", name);
-  return typedExpression(column.type, name);
+  return column.isText && (type.name != Name::kDetected || !type.codes.empty());
 }
 
 }  // namespace
 
-ValueKind valueKindOf(EngineKind kind) {
-  switch (kind) {
-    case EngineKind::kBoolean:
-      return ValueKind::kBoolean;
-    case EngineKind::kDate:
-      return ValueKind::kDate;
-    case EngineKind::kTime:
-      return ValueKind::kTime;
-    case EngineKind::kDateTime:
-    case EngineKind::kZonedDateTime:
-      return ValueKind::kDateTime;
-    case EngineKind::kText:
-      return ValueKind::kString;
-    case EngineKind::kNumber:
-    case EngineKind::kUnusable:
-      break;
-  }
-  return ValueKind::kNumber;
+bool isMadeText(const TypedColumnFacts& column, const ColumnType& type) {
+  return !column.isText && type.name == Name::kString &&
+         (type.codes.empty() || column.categories.empty());
 }
 
-EngineBlocks::EngineBlocks(Relation& relation, const CaseRequest& request, const FieldRules& rules)
-    : label_(relation.label()),
-      rules_(rules),
-      query_(relation.database(), sqlOf(relation, request)) {
+TypedBlocks::TypedBlocks(const std::string& label, const std::vector<TypedColumnFacts>& columns,
+                         const CaseRequest& request, const FieldRules& rules,
+                         std::unique_ptr<TypedRows> rows)
+    : label_(label), rules_(rules), rows_(std::move(rows)) {
   for (const ColumnRequest& wanted : request.columns) {
-    columns_.push_back(columnOf(relation.columns()[wanted.column], wanted.type));
+    columns_.push_back(columnOf(columns[wanted.column], wanted.type));
   }
 }
 
-EngineBlocks::Column EngineBlocks::columnOf(const RelationColumn& column,
-                                            const ColumnType& type) const {
-  Column made{column.name,
-              isPlainText(column.type) || isMadeText(column, type),
-              valueKindOf(kindOf(column.type)),
-              TypedColumn(column.type),
-              type.name,
-              {},
-              {},
-              Spelling::kField,
-              {},
-              {},
-              {},
-              {}};
+TypedBlocks::Column TypedBlocks::columnOf(const TypedColumnFacts& column,
+                                          const ColumnType& type) const {
+  Column made;
+  made.name = column.name;
+  made.isText = column.isText || isMadeText(column, type);
+  made.native = column.kind;
+  made.extendedMissing = column.extendedMissing;
+  made.wanted = type.name;
   if (isSpelledColumn(column, type) || (isMadeText(column, type) && !type.codes.empty())) {
     made.spelled.emplace(label_ + ", case", column.name, rules_, type);
   }
-  for (const std::string& text : column.type.categories) {
+  for (const std::string& text : column.categories) {
     const auto found = std::find_if(type.codes.begin(), type.codes.end(),
                                     [&](const auto& entry) { return entry.first == text; });
     made.categories.push_back(found == type.codes.end() ? kSystemMissing : found->second);
@@ -94,23 +60,14 @@ EngineBlocks::Column EngineBlocks::columnOf(const RelationColumn& column,
   return made;
 }
 
-std::string EngineBlocks::sqlOf(const Relation& relation, const CaseRequest& request) {
-  std::string list;
-  for (const ColumnRequest& wanted : request.columns) {
-    list += fmt::format("{}{}", list.empty() ? "" : ", ",
-                        expressionOf(relation.columns()[wanted.column], wanted.type));
-  }
-  // Cases count even when nothing of them is looked at.
-  return fmt::format("SELECT {} FROM {}", list.empty() ? "1" : list, relation.sql());
+bool TypedBlocks::next() {
+  casesBefore_ += static_cast<int64_t>(cases_);
+  const bool more = rows_->next();
+  cases_ = more ? rows_->cases() : 0;
+  return more;
 }
 
-bool EngineBlocks::next() {
-  casesBefore_ += static_cast<int64_t>(chunk_.size());
-  chunk_ = query_.fetch();
-  return static_cast<bool>(chunk_);
-}
-
-std::vector<ValueKind> EngineBlocks::kinds() const {
+std::vector<ValueKind> TypedBlocks::kinds() const {
   std::vector<ValueKind> kinds;
   for (const Column& column : columns_) {
     ValueKind kind = ValueKind::kNumber;
@@ -128,20 +85,20 @@ std::vector<ValueKind> EngineBlocks::kinds() const {
   return kinds;
 }
 
-bool EngineBlocks::anySpelled() const {
+bool TypedBlocks::anySpelled() const {
   return std::any_of(columns_.begin(), columns_.end(),
                      [](const Column& column) { return column.spelled.has_value(); });
 }
 
-void EngineBlocks::refuse(const Column& column, size_t row, const std::string& what) const {
+void TypedBlocks::refuse(const Column& column, size_t row, const std::string& what) const {
   throw DataError(fmt::format("{}, case {}: {}: {}", label_, caseNumber(row), column.name, what));
 }
 
-const double* EngineBlocks::numbers(size_t position) {
+const double* TypedBlocks::numbers(size_t position) {
   Column& column = columns_[position];
   column.numbers.resize(cases());
-  TypedColumn::Flaw flaw;
-  if (!column.type.numbers(chunk_, position, column.numbers.data(), flaw)) {
+  ValueFlaw flaw;
+  if (!rows_->numbers(position, column.numbers.data(), flaw)) {
     refuse(column, flaw.row, fmt::format("{} {}.", excerpt(flaw.value), flaw.reason));
   }
   for (double& value : column.numbers) value = normalNumber(value);
@@ -154,19 +111,19 @@ const double* EngineBlocks::numbers(size_t position) {
   return column.numbers.data();
 }
 
-const uint8_t* EngineBlocks::bytes(size_t position) {
+const uint8_t* TypedBlocks::bytes(size_t position) {
   Column& column = columns_[position];
   const bool anyNumber = column.wanted == Name::kDetected || column.wanted == Name::kNumber ||
                          column.wanted == Name::kInteger;
   if (!anyNumber || !column.categories.empty()) return nullptr;
   column.bytes.resize(cases());
-  return column.type.bytes(chunk_, position, column.bytes.data()) ? column.bytes.data() : nullptr;
+  return rows_->bytes(position, column.bytes.data()) ? column.bytes.data() : nullptr;
 }
 
-void EngineBlocks::refuseWrongType(const Column& column) const {
+void TypedBlocks::refuseWrongType(const Column& column) const {
   for (size_t row = 0; row < column.numbers.size(); ++row) {
     const double value = column.numbers[row];
-    if (value == kSystemMissing) continue;
+    if (value == kSystemMissing || (column.extendedMissing && isExtendedMissing(value))) continue;
     if (column.wanted == Name::kInteger && std::isfinite(value) && value != std::trunc(value)) {
       refuse(column, row,
              fmt::format("{} is not a whole number, though the dictionary gives the type integer.",
@@ -184,10 +141,10 @@ void EngineBlocks::refuseWrongType(const Column& column) const {
   }
 }
 
-void EngineBlocks::readTexts(size_t position) {
+void TypedBlocks::readTexts(size_t position) {
   Column& column = columns_[position];
   column.texts.resize(cases());
-  TypedColumn::texts(chunk_, position, column.texts.data());
+  rows_->texts(position, column.texts.data());
   for (size_t row = 0; row < column.texts.size(); ++row) {
     if (column.texts[row].find('\0') != std::string_view::npos) {
       refuse(column, row, "the text holds a NUL character; remove it.");
@@ -195,7 +152,7 @@ void EngineBlocks::readTexts(size_t position) {
   }
 }
 
-const std::string_view* EngineBlocks::texts(size_t position) {
+const std::string_view* TypedBlocks::texts(size_t position) {
   readTexts(position);
   Column& column = columns_[position];
   for (size_t row = 0; row < column.texts.size(); ++row) {
@@ -212,7 +169,7 @@ const std::string_view* EngineBlocks::texts(size_t position) {
   return column.texts.data();
 }
 
-const uint32_t* EngineBlocks::codes(size_t position) {
+const uint32_t* TypedBlocks::codes(size_t position) {
   readTexts(position);
   Column& column = columns_[position];
   column.codes.resize(cases());
@@ -222,7 +179,7 @@ const uint32_t* EngineBlocks::codes(size_t position) {
   return column.codes.data();
 }
 
-void EngineBlocks::note(size_t position) {
+void TypedBlocks::note(size_t position) {
   Column& column = columns_[position];
   if (!column.spelled) return;
   readTexts(position);
@@ -231,14 +188,14 @@ void EngineBlocks::note(size_t position) {
   }
 }
 
-void EngineBlocks::forgetTexts() {
+void TypedBlocks::forgetTexts() {
   for (Column& column : columns_) {
     if (column.spelled) column.spelled->forget();
   }
 }
 
-void EngineBlocks::values(size_t position, std::vector<double>& numbersOut,
-                          std::vector<std::string_view>& textsOut) {
+void TypedBlocks::values(size_t position, std::vector<double>& numbersOut,
+                         std::vector<std::string_view>& textsOut) {
   Column& column = columns_[position];
   numbersOut.clear();
   textsOut.clear();
@@ -264,7 +221,7 @@ void EngineBlocks::values(size_t position, std::vector<double>& numbersOut,
   }
 }
 
-void EngineBlocks::finish(size_t position, bool complete, CaseColumn& into) const {
+void TypedBlocks::finish(size_t position, bool complete, CaseColumn& into) const {
   const SpelledColumn& column = *columns_[position].spelled;
   if (complete) {
     column.refuseContradictions();
@@ -273,7 +230,7 @@ void EngineBlocks::finish(size_t position, bool complete, CaseColumn& into) cons
   into.kind = column.valueKind();
 }
 
-std::vector<SpelledColumn> EngineBlocks::takeSpelled() {
+std::vector<SpelledColumn> TypedBlocks::takeSpelled() {
   std::vector<SpelledColumn> spelled;
   for (Column& column : columns_) {
     if (column.spelled) spelled.push_back(std::move(*column.spelled));
@@ -281,7 +238,7 @@ std::vector<SpelledColumn> EngineBlocks::takeSpelled() {
   return spelled;
 }
 
-void EngineBlocks::understandAs(const std::vector<SpelledColumn>& spelled) {
+void TypedBlocks::understandAs(const std::vector<SpelledColumn>& spelled) {
   size_t next = 0;
   for (Column& column : columns_) {
     if (column.spelled) column.spelled = spelled[next++];

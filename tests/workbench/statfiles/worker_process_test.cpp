@@ -1,0 +1,113 @@
+#include "workbench/statfiles/worker_process.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "workbench/values/data_error.h"
+
+namespace workbench {
+namespace {
+
+using Ending = WorkerProcess::Ending;
+
+struct Outcome {
+  std::string text;
+  Ending ending;
+};
+
+Outcome run(const std::function<void(int)>& work) {
+  WorkerProcess process(work);
+  Outcome outcome{};
+  std::array<char, 100> piece{};
+  while (const size_t count = process.read(piece.data(), piece.size(), [] { return false; })) {
+    outcome.text.append(piece.data(), count);
+  }
+  outcome.ending = process.wait();
+  return outcome;
+}
+
+void say(int output, const std::string& text) {
+  ASSERT_EQ(::write(output, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+}
+
+TEST(WorkerProcess, WhatItWritesIsRead) {
+  const std::string text(300'000, 'x');
+  const Outcome outcome = run([&](int output) {
+    for (size_t at = 0; at < text.size();) {
+      at += static_cast<size_t>(::write(output, text.data() + at, text.size() - at));
+    }
+  });
+  EXPECT_EQ(outcome.text, text);
+  EXPECT_EQ(outcome.ending, Ending::kDone);
+}
+
+TEST(WorkerProcess, CrashesAreItsOwn) {
+  for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGKILL}) {
+    const Outcome outcome = run([&](int output) {
+      say(output, "so far");
+      raise(signal);
+    });
+    EXPECT_EQ(outcome.text, "so far");
+    EXPECT_EQ(outcome.ending, Ending::kCrashed) << signal;
+  }
+  EXPECT_EQ(run([](int) { throw std::runtime_error("no"); }).ending, Ending::kCrashed);
+}
+
+TEST(WorkerProcess, MemoryHasALimit) {
+  const Outcome outcome = run([](int output) {
+    std::string all;
+    for (int i = 0; i < 1000; ++i) all.append(size_t{16} << 20, 'x');
+    say(output, "too much");
+  });
+  EXPECT_EQ(outcome.text, "");
+  EXPECT_EQ(outcome.ending, Ending::kOutOfMemory);
+}
+
+TEST(WorkerProcess, TimeHasALimit) {
+  const auto begin = std::chrono::steady_clock::now();
+  const Outcome outcome = run([](int) {
+    for (std::atomic<bool> on = true; on;) {
+    }
+  });
+  EXPECT_EQ(outcome.ending, Ending::kEndless);
+  EXPECT_GT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
+TEST(WorkerProcess, AnInterruptEndsIt) {
+  pid_t process = 0;
+  {
+    WorkerProcess worker([](int output) {
+      const pid_t self = getpid();
+      ::write(output, &self, sizeof self) == sizeof self ? ::pause() : 0;
+    });
+    ASSERT_EQ(worker.read(reinterpret_cast<char*>(&process), sizeof process, [] { return false; }),
+              sizeof process);
+    std::array<char, 10> more{};
+    int asked = 0;
+    EXPECT_THROW(worker.read(more.data(), more.size(), [&] { return ++asked > 2; }), Interrupted);
+    EXPECT_EQ(::kill(process, 0), 0);
+  }
+  EXPECT_EQ(::kill(process, 0), -1) << "it is gone, and waited for";
+  EXPECT_EQ(errno, ESRCH);
+}
+
+TEST(WorkerProcess, SignalsOfTheTerminalAreForItsParent) {
+  const Outcome outcome = run([](int output) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) raise(signal);
+    say(output, "still there");
+  });
+  EXPECT_EQ(outcome.text, "still there");
+}
+
+}  // namespace
+}  // namespace workbench

@@ -1,0 +1,243 @@
+#include "workbench/dataset/stat_cases.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "workbench/dataset/stat_rows.h"
+#include "workbench/dataset/typed_cases.h"
+#include "workbench/engine/file_stamp.h"
+#include "workbench/text/text_fold.h"
+#include "workbench/values/data_error.h"
+#include "workbench/values/excerpt.h"
+#include "workbench/values/extended_missing.h"
+
+namespace workbench {
+namespace {
+
+StatFormat statFormat(FileFormat format) {
+  if (format == FileFormat::kDta) return StatFormat::kDta;
+  return format == FileFormat::kSas7bdat ? StatFormat::kSas7bdat : StatFormat::kXport;
+}
+
+ValueKind kindOf(const StatColumn& column) {
+  if (column.isText) return ValueKind::kString;
+  switch (column.unit) {
+    case StatUnit::kDays:
+      return ValueKind::kDate;
+    case StatUnit::kSeconds:
+    case StatUnit::kMilliseconds:
+    case StatUnit::kMillisecondsWithLeaps:
+      return ValueKind::kDateTime;
+    case StatUnit::kSecondsOfDay:
+      return ValueKind::kTime;
+    case StatUnit::kNumber:
+      break;
+  }
+  return ValueKind::kNumber;
+}
+
+/// Adds the labels of one file to those of the files before; false when a value has another label
+/// there.
+template <typename Labels>
+bool addLabel(Labels& labels, const typename Labels::value_type& label) {
+  const auto same = std::find_if(labels.begin(), labels.end(),
+                                 [&](const auto& each) { return each.first == label.first; });
+  if (same != labels.end()) return same->second == label.second;
+  labels.push_back(label);
+  return true;
+}
+
+class StatCases final : public TypedCases {
+ public:
+  StatCases(const DataFiles& files, const std::string& encoding, const FieldRules& rules,
+            const std::atomic<bool>* interrupted);
+
+  const std::string& label() const override { return files_.label; }
+  void requestInterrupt() override { interrupted_ = true; }
+  bool interruptRequested() const override {
+    return interrupted_ || (watched_ != nullptr && *watched_);
+  }
+  void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
+  void refuseChanged() const override {
+    for (const FileStamp& stamp : stamps_) stamp.refuseChanged();
+  }
+
+ private:
+  void open(const DataFile& file, const std::string& encoding);
+  void readCatalogue(const DataFile& file, const StatSource& source, StatHead& head);
+  void declare();
+  void declarePathColumns();
+  void match(const StatPart& part) const;
+  void addLabels(const StatPart& part, SourceVariable& variable, size_t column) const;
+  std::unique_ptr<TypedRows> openRows(const CaseRequest& request) override;
+
+  DataFiles files_;
+  const std::atomic<bool>* watched_;
+  std::atomic<bool> interrupted_{false};
+  ProgressCallback progress_;
+  std::vector<FileStamp> stamps_;
+  std::vector<StatPart> parts_;
+};
+
+StatCases::StatCases(const DataFiles& files, const std::string& encoding, const FieldRules& rules,
+                     const std::atomic<bool>* interrupted)
+    : TypedCases(rules), files_(files), watched_(interrupted) {
+  parts_.reserve(files_.files.size());
+  for (const DataFile& file : files_.files) open(file, encoding);
+  declare();
+  declarePathColumns();
+}
+
+void StatCases::open(const DataFile& file, const std::string& encoding) {
+  stamps_.emplace_back(file.path, file.label);
+  StatPart& part = parts_.emplace_back();
+  part.source = {statFormat(files_.format), file.path, file.label, encoding,
+                 [this] { return interruptRequested(); }};
+  std::error_code ignored;
+  part.bytes = std::filesystem::file_size(file.path, ignored);
+  part.head = readStatHead(part.source);
+  if (!file.catalogue.empty()) readCatalogue(file, part.source, part.head);
+  part.pathValues = file.pathValues;
+  for (size_t i = 0; i < part.head.columns.size(); ++i) {
+    const std::string& name = part.head.columns[i].name;
+    if (!name.empty()) part.places.emplace(name, i);
+  }
+}
+
+void StatCases::readCatalogue(const DataFile& file, const StatSource& source, StatHead& head) {
+  stamps_.emplace_back(file.catalogue, file.catalogue);
+  StatSource catalogue = source;
+  catalogue.format = StatFormat::kCatalogue;
+  catalogue.path = file.catalogue;
+  catalogue.label = file.catalogue;
+  head.labels = readStatHead(catalogue).labels;
+}
+
+/// The columns of the first file; all others have the same.
+void StatCases::declare() {
+  std::map<std::string, size_t> folded;
+  std::vector<SourceVariable> variables;
+  std::vector<size_t> columnOf;
+  const StatPart& first = parts_.front();
+  for (size_t i = 0; i < first.head.columns.size(); ++i) {
+    const StatColumn& column = first.head.columns[i];
+    if (column.name.empty()) continue;  // no command can name it
+    SourceVariable& variable = variables.emplace_back();
+    columnOf.push_back(i);
+    variable.variable.name = column.name;
+    variable.variable.label = column.label;
+    variable.variable.kind = kindOf(column);
+    variable.variable.width = column.isText ? 1 : 0;
+    variable.variable.extendedMissing = !column.isText;
+    if (!column.isText) {
+      variable.variable.missingLow = kFirstExtendedMissing;
+      variable.variable.missingHigh = kLastExtendedMissing;
+    }
+    variable.untyped = column.isText;
+    variable.countable = column.unit != StatUnit::kNumber;
+    const auto [other, isNew] = folded.emplace(foldCase(column.name), variables.size() - 1);
+    if (!isNew) {
+      SourceVariable& before = variables[other->second];
+      variable.unusable =
+          fmt::format("the columns {} and {} differ in the case of their letters alone; rename one",
+                      excerpt(before.variable.name), excerpt(column.name));
+      before.unusable = variable.unusable;
+    }
+  }
+  for (const StatPart& part : parts_) {
+    match(part);
+    for (size_t i = 0; i < variables.size(); ++i) addLabels(part, variables[i], columnOf[i]);
+  }
+  for (SourceVariable& variable : variables) {
+    const Variable& facts = variable.variable;
+    add({facts.name, facts.kind, facts.isString(), false, {}, !facts.isString()}, variable);
+  }
+}
+
+void StatCases::declarePathColumns() {
+  for (const std::string& name : files_.pathNames) {
+    for (const TypedColumnFacts& other : columns()) {
+      if (foldCase(other.name) != foldCase(name)) continue;
+      throw DataError(
+          fmt::format("{}: the files have the column {}, and so has the path; rename one.",
+                      files_.label, other.name));
+    }
+    SourceVariable variable;
+    variable.variable.name = name;
+    variable.kindKnown = false;
+    variable.untyped = true;
+    add({name, ValueKind::kString, true, true}, variable);
+  }
+}
+
+/// Throws DataError when a file has other columns than the first one.
+void StatCases::match(const StatPart& part) const {
+  const StatPart& first = parts_.front();
+  const auto refuse = [&](const std::string& what) {
+    throw DataError(fmt::format("{}: {}. All files need the same columns as {}.", part.source.label,
+                                what, first.source.label));
+  };
+  for (const auto& [name, place] : first.places) {
+    const auto same = part.places.find(name);
+    if (same == part.places.end()) refuse(fmt::format("there is no column {}", excerpt(name)));
+    const StatColumn& here = part.head.columns[same->second];
+    const StatColumn& there = first.head.columns[place];
+    if (kindOf(here) != kindOf(there) || here.unit != there.unit) {
+      refuse(fmt::format("the column {} is of another kind", excerpt(name)));
+    }
+  }
+  for (const auto& [name, place] : part.places) {
+    if (first.places.count(name) == 0) {
+      refuse(fmt::format("the column {} is not in the first file", excerpt(name)));
+    }
+  }
+}
+
+void StatCases::addLabels(const StatPart& part, SourceVariable& source, size_t column) const {
+  Variable& variable = source.variable;
+  const size_t place = part.places.at(parts_.front().head.columns[column].name);
+  const StatColumn& facts = part.head.columns[place];
+  if (variable.label.empty()) variable.label = facts.label;
+  const auto set = part.head.labels.find(facts.labelSet);
+  if (facts.labelSet.empty() || set == part.head.labels.end()) return;
+  bool agrees = true;
+  for (const StatValueLabel& each : set->second) {
+    if (each.label.empty() || each.isText != facts.isText) continue;
+    if (each.isText) {
+      agrees = addLabel(variable.stringLabels, {std::string(trimmed(each.text)), each.label});
+    } else {
+      std::string_view ignored;
+      const std::optional<double> value =
+          isExtendedMissing(each.number) ? each.number : momentOf(facts.unit, each.number, ignored);
+      if (value) agrees = addLabel(variable.numberLabels, {normalNumber(*value), each.label});
+    }
+    if (agrees) continue;
+    source.unusable =
+        fmt::format("a value of {} has one label in {} and another in {}; make them the same",
+                    excerpt(variable.name), parts_.front().source.label, part.source.label);
+    return;
+  }
+}
+
+std::unique_ptr<TypedRows> StatCases::openRows(const CaseRequest& request) {
+  return openStatRows(parts_, columns(), request, [this](double percent, int64_t cases) {
+    if (progress_) progress_(percent, cases);
+  });
+}
+
+}  // namespace
+
+std::unique_ptr<CaseSource> openStatCases(const DataFiles& files, const std::string& encoding,
+                                          const FieldRules& rules,
+                                          const std::atomic<bool>* interrupted) {
+  return std::make_unique<StatCases>(files, encoding, rules, interrupted);
+}
+
+}  // namespace workbench

@@ -1,0 +1,41 @@
+/// A process of its own for work that may crash, never end or want all memory there is.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <functional>
+
+namespace workbench {
+
+class WorkerProcess {
+ public:
+  /// How the work came to its end.
+  enum class Ending { kDone, kOutOfMemory, kEndless, kCrashed };
+
+  /// Starts `work(output)` in a copy of this process, with limits on memory and on processor time
+  /// (which extendTime moves on); what it writes to `output` is read here. Throws
+  /// std::system_error.
+  explicit WorkerProcess(const std::function<void(int output)>& work);
+  /// Ends the process if it still runs.
+  ~WorkerProcess();
+  WorkerProcess(const WorkerProcess&) = delete;
+  WorkerProcess& operator=(const WorkerProcess&) = delete;
+
+  /// Up to `most` bytes; 0 at the end only. Asks `interrupted` at least ten times a second and
+  /// throws Interrupted when the answer is yes.
+  size_t read(char* to, size_t most, const std::function<bool()>& interrupted);
+  /// To be asked once all was read.
+  Ending wait();
+
+ private:
+  void reap(int& status);
+
+  pid_t process_ = -1;
+  int input_ = -1;
+};
+
+/// Inside the work: it gets on, and has its time from now on again.
+void extendTime();
+
+}  // namespace workbench
