@@ -13,7 +13,7 @@ import subprocess
 import sys
 import tempfile
 
-SAMPLES = 1999
+SAMPLES = 999
 SEED = 20261121
 
 

@@ -37,7 +37,7 @@ class Gallery(ProgramTest):
         return done.stdout.decode().splitlines()
 
     def test_commands_print_what_the_pages_say(self):
-        self.assertEqual(len(PAGES), 3)
+        self.assertEqual(len(PAGES), 5)
         for page in PAGES:
             found = commands(page)
             self.assertGreaterEqual(len(found), 2, page.name)
