@@ -13,9 +13,6 @@
 namespace workbench {
 namespace {
 
-/// The variable that numbers the resamples of the cases; 0 are the cases themselves.
-constexpr const char* kResampleVariable = "$bootstrap_split";
-
 /// The digits of a sum that the order of addition never reaches.
 double tenDigits(double value) {
   const std::string text = fmt::format("{:.10g}", value);
@@ -106,7 +103,7 @@ bool CaseTally::isResample() const {
   const std::vector<VarIndex>& split = dataset_.splitVariables();
   const std::vector<SplitValue>& values = dataset_.currentSplit();
   for (size_t i = 0; i < std::min(split.size(), values.size()); ++i) {
-    if (dataset_.declaration(split[i]).name != kResampleVariable) continue;
+    if (dataset_.declaration(split[i]).name != kSampleVariable) continue;
     const auto* number = std::get_if<double>(&values[i]);
     return number != nullptr && *number != 0.0;
   }

@@ -10,9 +10,6 @@
 
 namespace workbench {
 
-/// The name by which a procedure knows samples.
-inline constexpr const char* kSampleVariable = "$bootstrap_split";
-
 /// Weights of one sample of a group: what the row's cases that were drawn weigh together, 0 for
 /// rows that were not drawn or whose cases their weight drops.
 using SampleWeights = std::vector<double>;

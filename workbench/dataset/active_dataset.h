@@ -13,6 +13,9 @@
 
 namespace workbench {
 
+/// The split variable that numbers the resamples of the cases; 0 are the cases themselves.
+inline constexpr const char* kSampleVariable = "$bootstrap_split";
+
 /// Variables, cases, weight and split groups. One command at a time reads it.
 class ActiveDataset {
  public:
