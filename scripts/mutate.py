@@ -25,7 +25,7 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 #: In the order in which they are asked: each is built only when the ones before saw nothing.
-PROGRAMS = ("transcript_runner", "diagnostics_test", "module_methods_test")
+PROGRAMS = ("transcript_runner", "module_methods_test", "diagnostics_test")
 
 SWAPS = {
     " < ": [" <= ", " > "], " <= ": [" < "], " > ": [" >= ", " < "], " >= ": [" > "],

@@ -133,14 +133,11 @@ class Analysis {
   }
 
   bool analyseGroup(PRPAlgorithm& group, ProcDSIterator& iterator) {
-    bool completed = false;
-    if (group.goodData) {
-      completed = runDesign(group, iterator);
-      if (completed && DiagnosticSwitches::probeNoncentrality) dumpNoncentralityProbe();
-    } else {
-      // Read through, so that the iterator stands at the next group.
-      readGroup(group, iterator);
-    }
+    const bool readable = group.goodData;
+    const bool completed = readable && runDesign(group, iterator);
+    // Read through, so that the iterator stands at the next group.
+    if (!readable) readGroup(group, iterator);
+    if (completed && DiagnosticSwitches::probeNoncentrality) dumpNoncentralityProbe();
     if (DiagnosticSwitches::dumpAnalysis) dumpAlgorithm(group);
     return completed;
   }

@@ -37,7 +37,7 @@ bool countCases(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
 }  // namespace
 
 bool runIndependentSamples(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
-  if (!analysis.computeCriticalValue()) return false;
+  analysis.computeCriticalValue();
   bool anyGood = false;
   if (countCases(analysis, iterator)) {
     for (PropZIndSamp& record : analysis.independentRecords) anyGood |= setFlags(record);

@@ -26,7 +26,7 @@ void countCases(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
 }  // namespace
 
 bool runOneSample(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
-  if (!analysis.computeCriticalValue()) return false;
+  analysis.computeCriticalValue();
   countCases(analysis, iterator);
   bool anyGood = false;
   for (PropZOneSamp& record : analysis.oneSampleRecords) anyGood |= setFlags(record);

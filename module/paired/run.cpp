@@ -48,7 +48,7 @@ void countCells(PRPAlgorithm& analysis, ProcDSIterator& iterator, double total) 
 
 bool runPairedSamples(PRPAlgorithm& analysis, ProcDSIterator& iterator) {
   const double total = analysis.wValid;  // the next call starts the counters afresh
-  if (!analysis.computeCriticalValue()) return false;
+  analysis.computeCriticalValue();
   countCells(analysis, iterator, total);
   bool anyGood = false;
   for (PropZPairSamp& record : analysis.pairedRecords) {

@@ -64,11 +64,11 @@ MethodLists readMethodLists(ParseContext& context, SubComObj& subcommand,
   MethodFlags& intervals = context.specs.ciTypes();
   tests.assign(design.tests.size(), false);
   intervals.assign(design.intervals.size(), false);
-  if (!valid) return {false, false};
+  if (!valid) return {};
   const MethodList testList =
       readList(context, subcommand, keywords::kTestTypes, design.tests, design.subcommand);
   tests = testList.flags;
-  if (!testList.valid) return {false, false};
+  if (!testList.valid) return {};
   const MethodList intervalList =
       readList(context, subcommand, keywords::kCiTypes, design.intervals, design.subcommand);
   intervals = intervalList.flags;

@@ -217,6 +217,49 @@ TEST(Runs, IndependentAnalysisOfTheBaseData) {
             withRecords(lines, joined(categories, record)));
 }
 
+TEST(Runs, LevelsOfANumberAreNotCategories) {
+  recording::Script script;
+  script.addNumeric("x");
+  script.addCase({1.0});
+  script.command = "PROPORTIONS /ONESAMPLE x /SUCCESS VALUE=LEVEL(1).";
+  const DumpedRun run = runWithDumps(script);
+  const Lines rule = with(freshElement(), R"(
+    S Binomial Option = "Category Levels"
+    B Categorical Variable = false
+  )");
+  EXPECT_EQ(dumpOf(run, "BinInfoElem", 1), with(rule, R"(
+    DV Numeric Values = [1]
+    SV String Values = ["1"]
+  )"));
+  EXPECT_EQ(dumpOf(run, "BinInfoElem", 2), rule);
+}
+
+TEST(Runs, ASampleNumberThatNoIntegerHoldsIsTheLargest) {
+  recording::Script script;
+  script.addNumeric("x");
+  script.split = {script.addNumeric("$bootstrap_split")};
+  for (const double sample : {0.0, 1e10}) {
+    script.addCase({1.0, sample});
+    script.addEndMark();
+  }
+  script.command = "PROPORTIONS /ONESAMPLE x.";
+  const Lines dump = dumpOf(runWithDumps(script), "PRPAlgorithm", 2);
+  EXPECT_EQ(dump, with(dump, "I Pooling Sample Index = 2147483647"));
+}
+
+TEST(Runs, CasesOfTheSecondGroupAloneAreJudged) {
+  recording::Script script;
+  script.addNumeric("x");
+  script.addNumeric("g");
+  script.addCase({1.0, 2.0}, 3);
+  script.command = "PROPORTIONS /INDEPENDENTSAMPLES x BY g.";
+  const Lines dump = dumpOf(runWithDumps(script), "PropZIndSamp");
+  EXPECT_EQ(dump, with(dump, R"(
+    D Number of trials for group 2 = 3
+    B Good Data indicator = false
+  )"));
+}
+
 class WithoutGoodRecords : public testing::TestWithParam<std::string> {};
 
 TEST_P(WithoutGoodRecords, TheAnalysisHasNoGoodData) {
