@@ -245,7 +245,7 @@ def main():
 
     hunt = Hunt(copy)
     survivors, noticed = [], dict.fromkeys(PROGRAMS, 0)
-    signal.signal(signal.SIGTERM, signal.getsignal(signal.SIGINT))
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
     try:
         for mutant in candidates:
             tried = len(survivors) + sum(noticed.values())
