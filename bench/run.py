@@ -5,6 +5,7 @@
 
 Each figure is the fastest of three runs; memory is the program's highest peak.
 """
+import json
 import os
 import shutil
 import subprocess
@@ -87,11 +88,33 @@ def large_files(folder, rows):
             compare(f"{rows:,} rows of {kind}, {what}", program(data, command, *options), engine(query), at_most)
 
 
+def rscript_with(package):
+    """The program that runs R scripts, if it is there and has the package."""
+    rscript = shutil.which("Rscript")
+    check = [rscript or "", "-e", f"if (!requireNamespace('{package}', quietly = TRUE)) quit(status = 1)"]
+    return rscript if rscript and subprocess.run(check, capture_output=True).returncode == 0 else None
+
+
+def stat_files(folder, rows):
+    """Eight binary variables of a .dta file, beside R's haven, which reads all of them into memory."""
+    rscript = rscript_with("haven")
+    if rscript is None:
+        print(f"{rows:,} rows of .dta: needs R with haven; left out")
+        return
+    columns = [{"name": f"v{i}", "type": "int8"} for i in range(1, 9)]
+    some = [[case >> i & 1 for i in range(8)] for case in range(1000)]
+    description = {"columns": columns, "rows": some, "repeat": rows // len(some)}
+    path = f"{folder}/large.dta"
+    subprocess.run([f"{BIN}/stat_writer", "dta", path], input=json.dumps(description).encode(), check=True)
+    read = [rscript, "-e", f"invisible(haven::read_dta('{path}'))"]
+    compare(f"{rows:,} rows of .dta, 8 variables, beside R's haven", program(path, "PROPORTIONS /ONESAMPLE v1 TO v8."), read, 0.5)
+    compare(f"{rows:,} rows of .dta, 1 variable of 8, beside R's haven", program(path, "PROPORTIONS /ONESAMPLE v1."), read, 0.3)
+
+
 def many_pairs(folder):
     """19,900 pairs, CSV in and CSV out, beside R."""
-    rscript = shutil.which("Rscript")
-    check = [rscript or "", "-e", "if (!requireNamespace('data.table', quietly = TRUE)) quit(status = 1)"]
-    if rscript is None or subprocess.run(check, capture_output=True).returncode != 0:
+    rscript = rscript_with("data.table")
+    if rscript is None:
         print("100,000 rows, 200 variables, all pairs: needs R with data.table; left out")
         return
     data = make_data(f"{folder}/wide.csv", 100000, 200)
@@ -135,6 +158,7 @@ def main():
         many_groups(folder)
         many_pairs(folder)
         large_files(folder, rows)
+        stat_files(folder, rows)
 
 
 if __name__ == "__main__":

@@ -208,7 +208,7 @@ class Moments(StatFilesTest):
                 self.assertEqual(self.dta(count, form), (kind, [shown]))
 
     def test_moments_that_are_none(self):
-        for count, form, said in ((23380.5, "%td", "is no whole number of days"), (1e9, "%td", "outside the years 0001 to 9999"),
+        for count, form, said in ((23380.5, "%td", "is not a whole number of days"), (1e9, "%td", "outside the years 0001 to 9999"),
                                   (1e300, "%tc", "outside the years"), (0.0001, "%tc", "finer than a microsecond"),
                                   (394416000500, "%tC", "leap second")):
             with self.subTest(form):
@@ -245,7 +245,7 @@ class Moments(StatFilesTest):
     def test_durations_are_no_times(self):
         self.stat("t.sas7bdat", [{"name": "x", "type": "double", "format": "TIME8."}], [[86400]])
         said = self.unusable("t.sas7bdat", "--list")
-        self.assertIn("case 1: x: 86400 is no time of day", said)
+        self.assertIn("case 1: x: 86400 is not a time of day", said)
         self.assertIn("type number in the dictionary", said)
 
     def test_missing_dates_keep_their_letters(self):
@@ -331,7 +331,7 @@ class Labels(StatFilesTest):
         self.assertEqual(self.listed("old.dta", "--encoding", "ISO-8859-5")["x"]["label"], "Größe".encode("latin-1").decode("iso-8859-5"))
         self.stat("l.xpt", columns, rows, textBytes=True)
         said = self.unusable("l.xpt", "-c", WALD)
-        self.assertIn("l.xpt: a name or a label is no text in UTF-8", said)
+        self.assertIn("l.xpt: a name or a label is not text in UTF-8", said)
         self.assertIn("--encoding", said)
         self.assertEqual(self.listed("l.xpt", "--encoding", "windows-1252")["x"]["label"], "Größe")
         columns[0].pop("label")

@@ -33,6 +33,7 @@ class StatRows final : public TypedRows {
   bool next() override;
   size_t cases() const override { return reader_ == nullptr ? 0 : reader_->cases(); }
   bool numbers(size_t column, double* out, ValueFlaw& flaw) override;
+  bool bytes(size_t column, uint8_t* out) override;
   void texts(size_t column, std::string_view* out) override;
 
  private:
@@ -117,6 +118,21 @@ bool StatRows::numbers(size_t column, double* out, ValueFlaw& flaw) {
       return false;
     }
     out[row] = *moment;
+  }
+  return true;
+}
+
+bool StatRows::bytes(size_t column, uint8_t* out) {
+  const Wanted& wanted = wanted_[column];
+  if (wanted.unit != StatUnit::kNumber) return false;
+  for (const double count : reader_->numbers(wanted.place)) {
+    if (std::isnan(count)) {
+      *out++ = kMissingByte;
+      continue;
+    }
+    if (!(count >= 0.0 && count < kMissingByte)) return false;
+    *out = static_cast<uint8_t>(count);
+    if (*out++ != count) return false;
   }
   return true;
 }

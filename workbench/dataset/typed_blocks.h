@@ -53,7 +53,7 @@ class TypedRows {
   virtual void texts(size_t column, std::string_view* out) = 0;
 };
 
-/// Whether a column that is no text is to be text.
+/// Whether a column that is not text is to be read as text.
 bool isMadeText(const TypedColumnFacts& column, const ColumnType& type);
 
 /// Reads the columns of a request. There are three kinds of them: numbers, texts that stay what

@@ -17,7 +17,7 @@ constexpr double kFirstDay = -719'162.0;
 constexpr double kLastDay = 2'932'896.0;
 
 constexpr std::string_view kNoWholeDay =
-    "is no whole number of days, though the column is shown as dates; correct it, or give the "
+    "is not a whole number of days, though the column is shown as dates; correct it, or give the "
     "column the type number in the dictionary";
 constexpr std::string_view kNoMoment =
     "lies outside the years 0001 to 9999, though the column is shown as dates; correct it, or give "
@@ -25,7 +25,7 @@ constexpr std::string_view kNoMoment =
 constexpr std::string_view kTooFine =
     "is finer than a microsecond; round it, or give the column the type number in the dictionary";
 constexpr std::string_view kNoTime =
-    "is no time of day, though the column is shown as times; correct it, or give the column the "
+    "is not a time of day, though the column is shown as times; correct it, or give the column the "
     "type number in the dictionary";
 constexpr std::string_view kLeapSecond =
     "lies in a leap second, which dates and times have no place for here; correct it, or give the "

@@ -19,6 +19,10 @@ namespace {
 using wire::Problem;
 
 constexpr size_t kPiece = size_t{1} << 18;
+/// Seconds of processor time that reading may take without getting on in the file: what is sorted
+/// or looked for in all of it takes the longer the larger it is.
+constexpr uint64_t kPatience = 2;
+constexpr uint64_t kBytesOfASecond = uint64_t{64} << 20;
 constexpr const char* kDamaged =
     "the file is damaged, or not what its ending says. Copy or export it again";
 
@@ -89,16 +93,20 @@ class OpenFile {
 
 }  // namespace
 
-MessageStream::MessageStream(const StatSource& source, bool cases, std::vector<size_t> columns,
-                             std::function<std::string(size_t)> nameOf)
-    : source_(source), nameOf_(std::move(nameOf)), buffer_(kPiece, '\0') {
+std::unique_ptr<WorkerProcess> startReading(const StatSource& source, bool cases,
+                                            std::vector<size_t> columns) {
   const OpenFile file(source);
   if (file.size() == 0) throw DataError(fmt::format("{}: the file is empty.", source.label));
   const ReadingOrder order{source.format, file.descriptor(), file.size(), cases,
                            std::move(columns)};
-  process_ =
-      std::make_unique<WorkerProcess>([&order](int output) { readByLibrary(order, output); });
+  const auto patience = static_cast<unsigned>(kPatience + file.size() / kBytesOfASecond);
+  return std::make_unique<WorkerProcess>([&order](int output) { readByLibrary(order, output); },
+                                         patience);
 }
+
+MessageStream::MessageStream(const StatSource& source, const StatHead* head,
+                             std::unique_ptr<WorkerProcess> process)
+    : source_(source), head_(head), process_(std::move(process)), buffer_(kPiece, '\0') {}
 
 /// So many bytes of the stream.
 std::string_view MessageStream::take(size_t count) {
@@ -162,8 +170,10 @@ void MessageStream::refuseProblem(std::string_view bytes) const {
     refuseMalformed();
   }
   if (code >= wire::kProblems) refuseMalformed();
+  const bool isColumn = head_ != nullptr && column < head_->columns.size();
+  const std::string name = isColumn ? head_->columns[column].name : "a value label";
   const std::string text =
-      fmt::format(fmt::runtime(textOf(static_cast<Problem>(code))), number, nameOf_(column));
+      fmt::format(fmt::runtime(textOf(static_cast<Problem>(code))), number, name);
   throw DataError(detail.empty() ? fmt::format("{}: {}.", source_.label, text)
                                  : fmt::format("{}: {} ({}).", source_.label, text, detail));
 }

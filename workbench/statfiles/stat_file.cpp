@@ -23,8 +23,8 @@ constexpr size_t kMostLabels = 1 << 24;
 /// What a file says of itself, put together from messages.
 class HeadReader {
  public:
-  explicit HeadReader(const StatSource& source)
-      : source_(source), messages_(source, false, {}, [](size_t) { return "a value label"; }) {}
+  HeadReader(const StatSource& source, MessageStream& messages)
+      : source_(source), messages_(messages) {}
 
   StatHead read() {
     wire::Kind kind = wire::Kind::kEnd;
@@ -88,7 +88,7 @@ class HeadReader {
     std::string_view decoded;
     if (!decoder_->decode(bytes, scratch_, decoded)) {
       throw DataError(fmt::format(
-          "{}: a name or a label is no text in {}: '{}'. Name the right encoding with "
+          "{}: a name or a label is not text in {}: '{}'. Name the right encoding with "
           "--encoding.",
           source_.label, head_.encoding.empty() ? "UTF-8" : head_.encoding, excerpt(bytes)));
     }
@@ -96,7 +96,7 @@ class HeadReader {
   }
 
   const StatSource& source_;
-  MessageStream messages_;
+  MessageStream& messages_;
   StatHead head_;
   std::optional<TextDecoder> decoder_;
   std::string scratch_;
@@ -105,20 +105,28 @@ class HeadReader {
 
 }  // namespace
 
-StatHead readStatHead(const StatSource& source) { return HeadReader(source).read(); }
+StatHead takeHead(const StatSource& source, MessageStream& messages) {
+  return HeadReader(source, messages).read();
+}
+
+StatHead readStatHead(const StatSource& source) {
+  MessageStream messages(source, nullptr, startReading(source, false, {}));
+  return takeHead(source, messages);
+}
 
 StatCaseReader::StatCaseReader(const StatSource& source, const StatHead& head,
                                std::vector<size_t> columns)
+    : StatCaseReader(
+          source, head, columns,
+          std::make_unique<MessageStream>(source, &head, startReading(source, true, columns))) {}
+
+StatCaseReader::StatCaseReader(const StatSource& source, const StatHead& head,
+                               std::vector<size_t> columns, std::unique_ptr<MessageStream> messages)
     : source_(source),
       head_(head),
       columns_(std::move(columns)),
       decoder_(head.encoding, source.label),
-      messages_(std::make_unique<MessageStream>(source, true, columns_,
-                                                [&head](size_t column) {
-                                                  return column < head.columns.size()
-                                                             ? head.columns[column].name
-                                                             : std::string("?");
-                                                })),
+      messages_(std::move(messages)),
       values_(columns_.size()) {}
 
 StatCaseReader::~StatCaseReader() = default;
@@ -197,7 +205,7 @@ void StatCaseReader::takeTexts(std::string_view lengths, std::string_view bytes,
     std::string_view text;
     if (!decoder_.decode(raw, scratch, text)) {
       throw DataError(fmt::format(
-          "{}, case {}: {}: '{}' is no text in {}. Name the right encoding with --encoding.",
+          "{}, case {}: {}: '{}' is not text in {}. Name the right encoding with --encoding.",
           source_.label, before_ + row + 1, head_.columns[columns_[place]].name, excerpt(raw),
           head_.encoding.empty() ? "UTF-8" : head_.encoding));
     }

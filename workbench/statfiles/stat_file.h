@@ -62,6 +62,9 @@ class StatCaseReader {
  public:
   /// `columns` are positions in the head, each once. The source and the head outlive the reader.
   StatCaseReader(const StatSource& source, const StatHead& head, std::vector<size_t> columns);
+  /// The same from messages that somebody sends.
+  StatCaseReader(const StatSource& source, const StatHead& head, std::vector<size_t> columns,
+                 std::unique_ptr<MessageStream> messages);
   ~StatCaseReader();
 
   /// False after the last block.

@@ -23,11 +23,12 @@ namespace {
 
 /// Beyond what the process has when the work begins.
 constexpr rlim_t kMostMemory = rlim_t{320} << 20;
-/// Seconds of processor time without getting on.
-constexpr rlim_t kPatience = 10;
 constexpr int kOutOfMemory = 3;
 constexpr int kFailed = 4;
 constexpr int kPollMilliseconds = 50;
+
+/// Of the process that does the work.
+rlim_t patienceOfWork = 0;
 
 void limit(int resource, rlim_t soft, rlim_t hard) {
   const struct rlimit limits { soft, hard };
@@ -94,10 +95,10 @@ void extendTime() {
   struct rusage used {};
   getrusage(RUSAGE_SELF, &used);
   const auto seconds = static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec);
-  limit(RLIMIT_CPU, seconds + kPatience, RLIM_INFINITY);
+  limit(RLIMIT_CPU, seconds + patienceOfWork, RLIM_INFINITY);
 }
 
-WorkerProcess::WorkerProcess(const std::function<void(int output)>& work) {
+WorkerProcess::WorkerProcess(const std::function<void(int output)>& work, unsigned patience) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
     throw std::system_error(errno, std::generic_category(), "pipe");
@@ -106,6 +107,7 @@ WorkerProcess::WorkerProcess(const std::function<void(int output)>& work) {
   process_ = ::fork();
   if (process_ == 0) {
     ::close(ends[0]);
+    patienceOfWork = patience;
     run(work, ends[1], parent);
   }
   const int error = errno;

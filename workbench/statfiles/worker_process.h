@@ -13,10 +13,10 @@ class WorkerProcess {
   /// How the work came to its end.
   enum class Ending { kDone, kOutOfMemory, kEndless, kCrashed };
 
-  /// Starts `work(output)` in a copy of this process, with limits on memory and on processor time
-  /// (which extendTime moves on); what it writes to `output` is read here. Throws
-  /// std::system_error.
-  explicit WorkerProcess(const std::function<void(int output)>& work);
+  /// Starts `work(output)` in a copy of this process, with a limit on its memory; what it writes to
+  /// `output` is read here. `patience` are the seconds of processor time that it may take without a
+  /// call of extendTime. Throws std::system_error.
+  WorkerProcess(const std::function<void(int output)>& work, unsigned patience);
   /// Ends the process if it still runs.
   ~WorkerProcess();
   WorkerProcess(const WorkerProcess&) = delete;
