@@ -26,6 +26,7 @@ size_t endOfLastLine(const char* text, size_t size) {
 char* TextBlock::roomFor(size_t bytes) {
   if (bytes + kReadBeyond > capacity_) {
     capacity_ = bytes + kReadBeyond;
+    bytes_.reset();  // so that the old ones and the new ones are never there at once
     bytes_.reset(new char[capacity_]);
   }
   return bytes_.get();
@@ -100,8 +101,10 @@ bool BlockReader::fetch(TextBlock& block) {
   block.problem.reset();
   for (;;) {
     if (!stream_ && !openNextPart()) return false;
-    // As much again as is there already, so that a long record is not looked at too often.
-    const size_t more = std::max(blockBytes_, carry_.size());
+    // As much again as is there already, so that a long record is not looked at too often, but not
+    // much more than a record may have.
+    const size_t room = longestRecord_ - std::min(longestRecord_, carry_.size());
+    const size_t more = std::max(blockBytes_, std::min(carry_.size(), room + 1));
     char* text = block.roomFor(carry_.size() + more + 1);
     std::copy(carry_.begin(), carry_.end(), text);
     size_t size = carry_.size();
@@ -116,7 +119,11 @@ bool BlockReader::fetch(TextBlock& block) {
       // What was read before it comes first.
       block.problem = error.what();
     }
-    carry_.clear();
+    if (carry_.size() > blockBytes_) {
+      carry_ = std::string();  // what one long record took is given back
+    } else {
+      carry_.clear();
+    }
     block.part = static_cast<uint32_t>(nextPart_ - 1);
     block.firstLine = nextLine_;
     const bool whole = cut(block, size, final);
@@ -151,8 +158,9 @@ bool BlockReader::cut(TextBlock& block, size_t size, bool final) {
   }
   const bool faulty = block.indexed_ && block.index_.problem().has_value();
   if (!final && !faulty) {
-    carry_.assign(text + end, size - end);
-    if (carry_.size() > longestRecord_ && !block.problem) {
+    if (size - end <= longestRecord_) {
+      carry_.assign(text + end, size - end);
+    } else if (!block.problem) {
       const uint64_t line = nextLine_ + functions.survey(text, end).lineEnds();
       block.problem = longRecordMessage(parts_[block.part].label, line, longestRecord_);
     }

@@ -38,7 +38,7 @@ struct DelimitedOptions {
   size_t blockBytes = size_t{1} << 18U;  ///< read at a time
   /// Bytes of a record, its quotes included: without a limit a quote that is never closed would
   /// take all the memory there is.
-  size_t longestRecord = size_t{256} << 20U;
+  size_t longestRecord = size_t{128} << 20U;
 };
 
 /// A column that is wanted.

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::array kDelimiters{',', ';', '\t', '|'};
 constexpr size_t kRecordsLookedAt = 101;  // the header, too
+constexpr size_t kMostColumns = 1'000'000;
 constexpr size_t kFirstRead = size_t{1} << 16U;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
@@ -29,7 +30,7 @@ class Head {
   Head(TextStream& stream, size_t most) : stream_(stream), most_(most) {}
 
   void grow() {
-    const size_t wanted = std::max(kFirstRead, size_ * 4);
+    const size_t wanted = std::max(kFirstRead, std::min(size_ * 4, most_ + 1));
     bytes_.resize(wanted + kReadBeyond + 1);
     while (size_ < wanted && !complete_) {
       const size_t count = stream_.read(bytes_.data() + size_, wanted - size_);
@@ -209,6 +210,10 @@ PartHead readHead(TextStream& text, const std::string& label, char delimiter, ch
   const std::string_view header = head.text().substr(0, split.headerEnd());
   refuseWrongBytes(header, label);
   const size_t line = split.index().lineOf(0) + 1;
+  if (const size_t columns = split.fields(0); columns > kMostColumns) {
+    throw DataError(fmt::format("{}, line {}: the header has {} columns; up to {} can be read.",
+                                label, line, columns, kMostColumns));
+  }
   std::string buffer;
   const uint32_t* positions = split.index().positions() + split.index().base(0);
   for (size_t i = 0; i < split.fields(0); ++i) {

@@ -34,27 +34,42 @@ class RecordIndex::Scan {
   Scan(RecordIndex& index, const char* text, size_t size, char delimiter)
       : index_(index), text_(text), size_(size), delimiter_(delimiter) {}
 
-  void run(size_t specials, bool final) {
-    for (size_t i = 1; i < specials; ++i) {
+  /// The next characters, whose positions stand behind those that were kept. False when a record is
+  /// refused.
+  bool take(size_t specials) {
+    const size_t end = out_ + 1 + specials;
+    for (size_t i = out_ + 1; i < end; ++i) {
       const uint32_t at = index_.positions_[i];
       const char c = text_[at];
-      if (state_ == State::kQuoted) {
+      if (doubled_) {
+        doubled_ = false;
+      } else if (state_ == State::kQuoted) {
         if (c != '"') {
           if (c != delimiter_) ++linesInside_;
         } else if (at + 1 < size_ && text_[at + 1] == '"') {
-          ++i;  // a doubled one
+          doubled_ = true;
         } else {
           state_ = State::kClosed;
           closed_ = at;
         }
       } else if (c == '"') {
-        if (!openQuote(at)) return refuse(RecordProblem::Kind::kTextAfterQuote);
+        if (!openQuote(at)) {
+          refuse(RecordProblem::Kind::kTextAfterQuote);
+          return false;
+        }
       } else if (!endField(at, c != delimiter_)) {
-        return;
+        return false;
       }
     }
-    if (final && state_ == State::kQuoted) refuse(RecordProblem::Kind::kUnclosedQuote);
+    return true;
   }
+
+  /// Nothing comes behind the text.
+  void finish() {
+    if (state_ == State::kQuoted) refuse(RecordProblem::Kind::kUnclosedQuote);
+  }
+
+  size_t kept() const { return out_; }
 
  private:
   enum class State : uint8_t { kOpen, kQuoted, kClosed };
@@ -109,6 +124,7 @@ class RecordIndex::Scan {
   size_t size_;
   char delimiter_;
   State state_ = State::kOpen;
+  bool doubled_ = false;  // the next one is the second quote of a pair
   uint32_t fieldBegin_ = 0;
   uint32_t closed_ = 0;      // where the closing quote stands
   size_t fields_ = 0;        // of the record so far
@@ -129,15 +145,12 @@ void RecordIndex::start(size_t columns) {
   count_ = 1;
 }
 
-void RecordIndex::collect(const char* text, size_t size, char delimiter, bool quotes) {
-  const StructureFunctions& functions = structureFunctions();
-  for (size_t at = 0; at < size; at += kPiece) {
-    const size_t length = std::min(kPiece, size - at);
-    uint32_t* found = positions_.roomFor(count_, length + kReadBeyond);
-    const size_t more = functions.find(text + at, length, delimiter, quotes, found);
-    for (size_t i = 0; at > 0 && i < more; ++i) found[i] += static_cast<uint32_t>(at);
-    count_ += more;
-  }
+size_t RecordIndex::collectPiece(const char* text, size_t at, size_t length, char delimiter,
+                                 bool quotes, size_t used) {
+  uint32_t* found = positions_.roomFor(used, length + kReadBeyond);
+  const size_t more = structureFunctions().find(text + at, length, delimiter, quotes, found);
+  for (size_t i = 0; at > 0 && i < more; ++i) found[i] += static_cast<uint32_t>(at);
+  return more;
 }
 
 bool RecordIndex::isRegular(const char* text, char delimiter, size_t lineEnds) const {
@@ -152,13 +165,16 @@ bool RecordIndex::isRegular(const char* text, char delimiter, size_t lineEnds) c
 void RecordIndex::indexPlain(const char* text, size_t size, char delimiter, size_t columns,
                              const TextSurvey& survey) {
   start(columns);
-  collect(text, size, delimiter, false);
+  for (size_t at = 0; at < size; at += kPiece) {
+    count_ += collectPiece(text, at, std::min(kPiece, size - at), delimiter, false, count_);
+  }
   if (isRegular(text, delimiter, survey.lineEnds())) {
     records_ = survey.lineEnds();
     consumed_ = size;
     return;
   }
-  Scan(*this, text, size, delimiter).run(count_, true);
+  Scan scan(*this, text, size, delimiter);
+  if (scan.take(count_ - 1)) scan.finish();
 }
 
 void RecordIndex::indexQuoted(const char* text, size_t size, char delimiter, size_t columns,
@@ -166,8 +182,13 @@ void RecordIndex::indexQuoted(const char* text, size_t size, char delimiter, siz
   start(columns);
   // A CR at the very end may be half of a line end.
   const size_t known = !final && size > 0 && text[size - 1] == '\r' ? size - 1 : size;
-  collect(text, known, delimiter, true);
-  Scan(*this, text, size, delimiter).run(count_, final);
+  // What stands inside quotes goes before more is collected, so that it takes no room.
+  Scan scan(*this, text, size, delimiter);
+  for (size_t at = 0; at < known; at += kPiece) {
+    const size_t length = std::min(kPiece, known - at);
+    if (!scan.take(collectPiece(text, at, length, delimiter, true, scan.kept() + 1))) return;
+  }
+  if (final) scan.finish();
 }
 
 void RecordIndex::dropRecordsFrom(size_t position) {

@@ -67,7 +67,9 @@ class RecordIndex {
   class Scan;
 
   void start(size_t columns);
-  void collect(const char* text, size_t size, char delimiter, bool quotes);
+  /// Puts the positions of the characters that matter behind the first `used` ones.
+  size_t collectPiece(const char* text, size_t at, size_t length, char delimiter, bool quotes,
+                      size_t used);
   bool isRegular(const char* text, char delimiter, size_t lineEnds) const;
 
   PositionList positions_;  // the first one stands before the text

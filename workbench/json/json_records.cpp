@@ -22,6 +22,8 @@ using Json =
     nlohmann::basic_json<std::map, std::vector, std::string, bool, int64_t, uint64_t, long double>;
 
 constexpr size_t kBlock = size_t{1} << 18;
+/// A text that is never closed would take all the memory there is.
+constexpr size_t kLongestToken = size_t{128} << 20;
 
 /// The bytes of the text, counted by lines.
 class Bytes {
@@ -37,6 +39,7 @@ class Bytes {
     return current();
   }
   void next() {
+    if (++sinceEvent_ > kLongestToken) refuseLong();
     const char passed = block_[at_++];
     // CR, LF and CR LF end a line each.
     if (passed == '\r' || (passed == '\n' && !afterReturn_)) ++line_;
@@ -52,6 +55,8 @@ class Bytes {
   void skipBlanks() {
     while (!atEnd() && (current() == ' ' || current() == '\t' || isLineEnd())) next();
   }
+  /// The parser has understood what it took.
+  void endToken() { sinceEvent_ = 0; }
   bool isLineEnd() const { return current() == '\n' || current() == '\r'; }
   uint64_t line() const { return line_; }
   const std::string& label() const { return label_; }
@@ -66,6 +71,13 @@ class Bytes {
     throw DataError(fmt::format("{}, line 1: the bytes at the beginning are not UTF-8.", label_));
   }
 
+  [[noreturn]] void refuseLong() const {
+    throw DataError(
+        fmt::format("{}, line {}: there is a text, or a run of blanks, of more than {} bytes. Look "
+                    "for a double "
+                    "quote that is never closed.",
+                    label_, line_, kLongestToken));
+  }
   [[noreturn]] void refuseNul() const {
     throw DataError(
         fmt::format("{}, line {}: there is a NUL byte, so this is not valid JSON.", label_, line_));
@@ -76,6 +88,7 @@ class Bytes {
   std::string block_;
   size_t at_ = 0;
   size_t filled_ = 0;
+  size_t sinceEvent_ = 0;  // bytes that the parser took and has not told of
   uint64_t line_ = 1;
   bool afterReturn_ = false;
 };
@@ -113,7 +126,7 @@ struct ByteIterator {
 /// What the parser calls. Records are the objects `recordDepth` deep.
 class Walk {
  public:
-  Walk(const Bytes& bytes, JsonVisitor& visitor, size_t recordDepth)
+  Walk(Bytes& bytes, JsonVisitor& visitor, size_t recordDepth)
       : bytes_(bytes), visitor_(visitor), recordDepth_(recordDepth) {}
 
   bool null() { return scalar({JsonValue::Type::kNull, {}}); }
@@ -129,6 +142,7 @@ class Walk {
   }
   bool binary(const Json::binary_t&) { return false; }  // JSON has none
   bool key(const std::string& name) {
+    bytes_.endToken();
     refuseNul(name);
     if (depth_ == recordDepth_ + 1) {
       key_ = name;
@@ -140,6 +154,7 @@ class Walk {
     return true;
   }
   bool start_object(size_t) {
+    bytes_.endToken();
     if (depth_ == recordDepth_) {
       visitor_.beginRecord(bytes_.line());
     } else {
@@ -149,6 +164,7 @@ class Walk {
     return true;
   }
   bool end_object() {
+    bytes_.endToken();
     if (--depth_ == recordDepth_) {
       visitor_.endRecord();
     } else {
@@ -157,11 +173,13 @@ class Walk {
     return true;
   }
   bool start_array(size_t) {
+    bytes_.endToken();
     if (depth_ >= recordDepth_) beginNested('[');
     ++depth_;
     return true;
   }
   bool end_array() {
+    bytes_.endToken();
     if (--depth_ > recordDepth_) endNested(']');
     return true;
   }
@@ -181,6 +199,7 @@ class Walk {
     return scalar({JsonValue::Type::kNumber, {text.data(), text.size()}});
   }
   bool scalar(const JsonValue& value) {
+    bytes_.endToken();
     if (depth_ <= recordDepth_) refuseRecord();
     if (depth_ == recordDepth_ + 1) {
       visitor_.member(key_, value, bytes_.line());
@@ -226,7 +245,7 @@ class Walk {
     throw DataError(fmt::format("{}, line {}: {}.", bytes_.label(), bytes_.line(), what));
   }
 
-  const Bytes& bytes_;
+  Bytes& bytes_;
   JsonVisitor& visitor_;
   size_t recordDepth_;
   size_t depth_ = 0;

@@ -140,6 +140,12 @@ TEST(Json, KeysThatDifferInCaseAloneCannotBeNamed) {
   EXPECT_TRUE(has(refusal(options), "a and A (line 2) differ in the case"));
 }
 
+TEST(Json, ATextThatIsNeverClosedTakesNotAllMemory) {
+  std::string bytes = "{\"a\":1}\n{\"a\":\"";
+  bytes.resize(135'000'000, 'x');
+  EXPECT_TRUE(has(refused(bytes), ", line 2: there is a text, or a run of blanks, of more than "));
+}
+
 TEST(Json, AFileThatEndsInZeroBytesIsRefusedAtOnce) {
   std::string bytes = "{\"a\":1}\n";
   bytes.resize(9'000'000, '\0');

@@ -112,6 +112,8 @@ TEST(DelimitedText, IsRefusedWithItsLine) {
             ", line 1: ", "--encoding"},
            {"equal names", "a,b,a\n1,2,3\n", ", line 1: ", "both named a"},
            {"names that differ in case", "\nä,b,Ä\n1,2,3\n", ", line 2: ", "case of letters"},
+           {"too many columns", "\n" + std::string(1'000'000, ',') + "\n",
+            ", line 2: ", "the header has 1000001 columns; up to 1000000"},
            {"overflow", "a,b\n1,2\n-1e999,4\n",
             ", line 3, column a: ", "-1e999 is beyond the range"},
        }) {
