@@ -400,7 +400,7 @@ def read_json(data, rules):
     for record in found:
         if not isinstance(record, tuple) or holds_bad_text(record):
             raise Refused()
-        names += [key for key, _ in record[1] if key and key not in names]
+        names = list(dict.fromkeys([*names, *(key for key, _ in record[1] if key)]))
         rows.append(dict(record[1]))
     folded = [name.casefold() for name in names]
     nested = {name for record in found for name, value in record[1] if isinstance(value, (list, tuple))}

@@ -3,6 +3,7 @@
 import copy
 import json
 import pathlib
+import re
 
 import jsonschema
 
@@ -46,6 +47,25 @@ class OutputSchema(ProgramTest):
         for file in files:
             with self.subTest(file.stem):
                 self.check(json.loads(file.read_text()))
+
+    def test_every_member_is_described(self):
+        described = set(re.findall(r"`(\w+)`", (ROOT / "docs" / "output.md").read_text()))
+
+        def members(part):
+            if isinstance(part, dict):
+                for name, value in part.items():
+                    if name == "properties":
+                        yield from value
+                    yield from members(value)
+            elif isinstance(part, list):
+                for value in part:
+                    yield from members(value)
+
+        self.assertEqual(set(members(SCHEMA)) - described, set())
+        self.write("d.csv", "Imputation_,a,s\n0,1,1\n0,0,1\n1,1,1\n1,0,2\n2,1,1\n2,0,2\n")
+        for extra in (("--bootstrap", "10", "--seed", "1"), ("--split", "Imputation_"), ("--split", "s")):
+            text = self.run_program("d.csv", "-c", "ONESAMPLE a", "--format", "csv", *extra).stdout.decode()
+            self.assertEqual(set(text.splitlines()[0].split(",")) - described, {extra[1]} & {"Imputation_", "s"}, extra)
 
     def test_what_it_does_not_say_is_refused(self):
         good = self.output(str(ROOT / "examples" / "peas.csv"), "-f", str(ROOT / "examples" / "peas.txt"))

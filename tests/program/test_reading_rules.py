@@ -91,7 +91,7 @@ class ReadingRules(ProgramTest):
 
     def listing(self, *arguments, stdin=b""):
         """(variables, nothing) or (nothing, message)."""
-        done = subprocess.run([PROGRAM, *arguments, "--list", "--format", "json"], cwd=self.folder, input=stdin, capture_output=True, timeout=60)
+        done = subprocess.run([PROGRAM, *arguments, "--list", "--format", "json"], cwd=self.folder, input=stdin, capture_output=True, timeout=600)
         if done.returncode == 0:
             self.assertEqual(done.stderr, b"", arguments)
             return json.loads(done.stdout)["variables"], None
@@ -161,8 +161,7 @@ class ReadingRules(ProgramTest):
             rules.decimal = ","
             options += ["--decimal", ","]
         expected = refusal = None
-        names = [v["name"] for v in self.listing_names(data, given)]
-        options += self.options(rules, names, generator)
+        options += self.options(rules, self.names(data, rules.decimal, given), generator)
         try:
             expected = expected_listing(plain_reading.read_delimited(data, rules, given), rules)
         except Refused as refused:
@@ -175,10 +174,10 @@ class ReadingRules(ProgramTest):
             ways["parts"] = (self.parts(records, generator, delimiter) + options, b"")
         self.check(seed, expected, refusal, ways, ("plain", "compressed", "standard input"))
 
-    def listing_names(self, data, given):
+    def names(self, data, decimal, given):
         """The names that a dictionary may speak of: none where the data are refused."""
         try:
-            return [{"name": name} for name, _, _ in plain_reading.read_delimited(data, Rules(), given)]
+            return [name for name, _, _ in plain_reading.read_delimited(data, Rules(decimal=decimal), given)]
         except Refused:
             return []
 

@@ -18,6 +18,7 @@ FileStamp::FileStamp(std::string path, std::string label)
 }
 
 void FileStamp::refuseChanged() const {
+  if (!S_ISREG(status_.st_mode)) return;  // a pipe changes by being read, and was copied
   struct stat now {};
   const bool there = stat(path_.c_str(), &now) == 0;
   if (there && now.st_dev == status_.st_dev && now.st_ino == status_.st_ino &&

@@ -206,6 +206,19 @@ TEST(ReadFailures, AFlagFromOutsideStopsAsWell) {
   close(pipe);
 }
 
+TEST(ReadFailures, AParquetPipeIsReadOnce) {
+  const DataFolder folder;
+  folder.make("a.parquet", "COPY (SELECT 7 AS x) TO FILE");
+  const std::string pipe = folder.path("p.parquet");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  std::thread writer([&] {
+    std::ofstream(pipe, std::ios::binary)
+        << std::ifstream(folder.path("a.parquet"), std::ios::binary).rdbuf();
+  });
+  EXPECT_EQ(casesOf(pipe), (std::vector<std::string>{"7|1"}));
+  writer.join();
+}
+
 TEST(ReadFailures, APipeIsReadOnce) {
   const DataFolder folder;
   const std::string path = folder.path("pipe.csv");
