@@ -101,6 +101,16 @@ void CombinationTable::add(const uint64_t* combination, int64_t times) {
   if (2 * ++size_ > slots_) grow();
 }
 
+double CombinationTable::estimatedSize() const {
+  double once = 0;
+  double twice = 0;
+  forEach([&](const uint64_t*, int64_t count) {
+    once += count == 1 ? 1.0 : 0.0;
+    twice += count == 2 ? 1.0 : 0.0;
+  });
+  return static_cast<double>(size_) + once * (once - 1.0) / (2.0 * (twice + 1.0));
+}
+
 void CombinationTable::grow() {
   const std::vector<uint64_t> before =
       std::exchange(table_, std::vector<uint64_t>(2 * slots_ * (words_ + 1)));

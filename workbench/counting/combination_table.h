@@ -30,6 +30,11 @@ class CombinationTable {
   void add(const uint64_t* combination, int64_t times);
 
   size_t size() const { return size_; }
+  /// How many combinations there are in all, those that were not met yet included: at least that
+  /// many, as far as what was met tells (Chao 1984, Scandinavian Journal of Statistics 11:265-270,
+  /// in the form without a division by zero).
+  double estimatedSize() const;
+
   size_t memory() const { return table_.capacity() * sizeof(uint64_t); }
 
   /// Calls `visit(combination, count)` with every one, in no particular order.

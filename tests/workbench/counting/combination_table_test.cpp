@@ -51,6 +51,19 @@ TEST(CombinationTable, CountsWhileTheCodesGrow) {
   EXPECT_TRUE(countsOf(table, kColumns) == expected);
 }
 
+TEST(CombinationTable, EstimatesHowManyCombinationsThereAre) {
+  CombinationTable table(1);
+  table.fit({16});
+  for (const auto& [code, count] :
+       std::map<uint32_t, int64_t>{{1, 1}, {2, 1}, {3, 1}, {4, 1}, {5, 2}, {6, 2}, {7, 9}}) {
+    uint64_t combination = 0;
+    table.pack(0, &code, 1, &combination);
+    table.add(&combination, count);
+  }
+  // Seven, and 4 x 3 / (2 x 3) more.
+  EXPECT_DOUBLE_EQ(table.estimatedSize(), 9.0);
+}
+
 TEST(CombinationTable, TakesMoreColumnsThanAWordHolds) {
   constexpr size_t kColumns = 150;
   CombinationTable table(kColumns);

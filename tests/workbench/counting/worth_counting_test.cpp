@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <numeric>
+#include <cstdint>
+#include <random>
 #include <vector>
 
 namespace workbench {
@@ -27,12 +28,29 @@ size_t casesCounted(size_t cases, CodeOf codeOf) {
   return cases;
 }
 
-TEST(WorthCounting, GoesOnWithFewCombinationsHoweverOftenTheyAreNew) {
-  EXPECT_EQ(casesCounted(65'536, [](uint32_t i) { return i; }), 65'536U);
+/// Draws from 0 to most - 1.
+class Draw {
+ public:
+  explicit Draw(uint32_t most) : most_(most) {}
+  uint32_t operator()(uint32_t) { return static_cast<uint32_t>(random_() % most_); }
+
+ private:
+  std::mt19937 random_{7};
+  uint32_t most_;
+};
+
+TEST(WorthCounting, GoesOnWithFewCombinationsThatAreMostlyNewAtFirst) {
+  EXPECT_EQ(casesCounted(1U << 18U, Draw(50'000)), 1U << 18U);
 }
 
 TEST(WorthCounting, StopsWhenMostOfManyCombinationsAreNew) {
-  EXPECT_LE(casesCounted(1U << 20U, [](uint32_t i) { return i; }), 65'536U + 2 * kBlock);
+  const size_t counted = casesCounted(1U << 20U, Draw(400'000));
+  EXPECT_GE(counted, 65'536U);
+  EXPECT_LE(counted, 65'536U + 4 * kBlock);
+}
+
+TEST(WorthCounting, StopsAtOnceWhenNothingRepeats) {
+  EXPECT_EQ(casesCounted(1U << 20U, [](uint32_t i) { return i; }), 2 * kBlock);
 }
 
 TEST(WorthCounting, GoesOnWithManyCombinationsThatRepeat) {
