@@ -36,9 +36,8 @@ struct Grouping {
   const GatheredValues* midPoints;  ///< of all split groups; null when nothing is gathered
 };
 
-/// Holds a copy of every setting that the analysis reads, what the first pass learnt, the counters
-/// and the design's records. Made before the group's first pass, destroyed after the last group's
-/// second pass.
+/// Holds what the first pass learnt, the counters and the design's records. Made before the group's
+/// first pass, destroyed after the last group's second pass.
 struct PRPAlgorithm {
   PRPAlgorithm(ProcedureDataSource& dataSource, BpProcedure& procedure, const PRPValidSpecs& specs);
   PRPAlgorithm(const PRPAlgorithm&) = delete;
@@ -69,7 +68,7 @@ struct PRPAlgorithm {
   BpProcedure* procedure;
   const PRPValidSpecs* specs;
   const VarSpecObj* varValidSpecs;
-  const CommandSettings settings;
+  const CommandSettings& settings;  ///< nobody changes them during a run: all groups share them
 
   /// Working lists that this command leaves empty.
   std::vector<int32_t> firstWorkingIndices;

@@ -1,5 +1,5 @@
 /// What a command asks for, as one value: the specification record fills it, every analysis object
-/// holds a copy.
+/// reads it.
 #pragma once
 
 #include <vector>

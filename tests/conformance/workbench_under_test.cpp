@@ -111,11 +111,11 @@ class WorkbenchUnderTest final : public OpenHost {
 
   static void collect(const workbench::Table& table, std::vector<std::string>& lines) {
     for (const workbench::Dimension& dimension : table.dimensions()) {
-      for (size_t node = 0; node < dimension.nodes().size(); ++node) {
-        const auto& footnotes = dimension.nodes()[node].footnotes;
+      const auto nodes = static_cast<int32_t>(dimension.nodes().size());
+      for (int32_t node = 0; node < nodes; ++node) {
+        const auto& footnotes = dimension.footnotes(node);
         if (footnotes.empty()) continue;
-        std::string line =
-            table.title().key + ": " + pathOf(dimension, static_cast<int32_t>(node)) + " ";
+        std::string line = table.title().key + ": " + pathOf(dimension, node) + " ";
         for (const workbench::LabelData& note : footnotes) line += "{" + note.key + "}";
         lines.push_back(line);
       }

@@ -115,7 +115,10 @@ void CaseTally::takeCases(const CountedChunk& chunk) {
   if (isResample()) return;
   if (!inGroup_) {
     inGroup_ = true;
-    groups_.push_back({dataset_.currentSplit(), {}, std::vector<VariableCases>(columns_.size())});
+    groups_.emplace_back();
+    const std::vector<SplitValue>& split = dataset_.currentSplit();
+    splitValues_.insert(splitValues_.end(), split.begin(), split.end());
+    variableCases_.resize(groups_.size() * columns_.size());
   }
   const auto rows = static_cast<size_t>(chunk.count);
   if (kept_.size() < rows) {
@@ -131,7 +134,7 @@ void CaseTally::takeCases(const CountedChunk& chunk) {
 }
 
 void CaseTally::countWeights(const CountedChunk& chunk) {
-  Totals& totals = groups_.back().totals;
+  Totals& totals = groups_.back();
   const auto rows = static_cast<size_t>(chunk.count);
   allSingle_ = !weighted_ && chunk.caseCounts == nullptr;
   if (allSingle_) {
@@ -184,7 +187,7 @@ void CaseTally::countSingle(const Column& column, size_t rows, bool userIsMissin
 }
 
 void CaseTally::countVariables(const CountedChunk& chunk) {
-  Group& group = groups_.back();
+  VariableCases* const cases = variableCases_.data() + variableCases_.size() - columns_.size();
   const auto rows = static_cast<size_t>(chunk.count);
   std::copy_n(isKept_.begin(), rows, isComplete_.begin());
   for (size_t i = 0; i < columns_.size(); ++i) {
@@ -193,7 +196,7 @@ void CaseTally::countVariables(const CountedChunk& chunk) {
     column.observed->classify(view.words, view.stride, rows, column.classes.data());
     const bool userIsMissing = isMissing(column, ValueClass::kUserMissing);
     if (allSingle_) {
-      countSingle(column, rows, userIsMissing, group.variables[i]);
+      countSingle(column, rows, userIsMissing, cases[i]);
       continue;
     }
     double valid = 0.0;
@@ -208,13 +211,13 @@ void CaseTally::countVariables(const CountedChunk& chunk) {
                            ((type == ValueClass::kUserMissing) & userIsMissing);
       isComplete_[row] &= static_cast<uint8_t>(!missing);
     }
-    group.variables[i].valid += static_cast<int64_t>(valid);
-    group.variables[i].userMissing += static_cast<int64_t>(user);
-    group.variables[i].systemMissing += static_cast<int64_t>(system);
+    cases[i].valid += static_cast<int64_t>(valid);
+    cases[i].userMissing += static_cast<int64_t>(user);
+    cases[i].systemMissing += static_cast<int64_t>(system);
   }
   double complete = 0.0;
   for (size_t row = 0; row < rows; ++row) complete += isComplete_[row] != 0 ? kept_[row] : 0.0;
-  group.totals.complete += static_cast<int64_t>(complete);
+  groups_.back().complete += static_cast<int64_t>(complete);
 }
 
 void CaseTally::markValid(const Column& column, std::vector<uint8_t>& marks) const {
@@ -256,10 +259,9 @@ void CaseTally::endPass() {
   complete_ = true;
 }
 
-CaseTotals CaseTally::shownTotals(const Group& group) const {
-  return {group.totals.read,     group.totals.dropped,
-          group.totals.complete, tenDigits(group.totals.weight.value()),
-          group.totals.rounded,  group.variables};
+CaseTotals CaseTally::shownTotals(const Totals& totals, std::vector<VariableCases> variables) {
+  return {totals.read,    totals.dropped,      totals.complete, tenDigits(totals.weight.value()),
+          totals.rounded, std::move(variables)};
 }
 
 CaseReport CaseTally::report() const {
@@ -268,26 +270,29 @@ CaseReport CaseTally::report() const {
   for (const Column& column : columns_) report.variables.push_back(column.entry->name);
   report.splitVariables = splitNames(dataset_);
   const std::vector<VarIndex>& split = dataset_.splitVariables();
-  Group all{{}, {}, std::vector<VariableCases>(columns_.size())};
-  for (const Group& group : groups_) {
-    all.totals.read += group.totals.read;
-    all.totals.dropped += group.totals.dropped;
-    all.totals.complete += group.totals.complete;
-    all.totals.rounded += group.totals.rounded;
-    all.totals.weight.add(group.totals.weight.value());
+  Totals all;
+  std::vector<VariableCases> allCases(columns_.size());
+  for (size_t group = 0; group < groups_.size(); ++group) {
+    const Totals& totals = groups_[group];
+    all.read += totals.read;
+    all.dropped += totals.dropped;
+    all.complete += totals.complete;
+    all.rounded += totals.rounded;
+    all.weight.add(totals.weight.value());
+    const VariableCases* const cases = variableCases_.data() + group * columns_.size();
     for (size_t i = 0; i < columns_.size(); ++i) {
-      all.variables[i].valid += group.variables[i].valid;
-      all.variables[i].userMissing += group.variables[i].userMissing;
-      all.variables[i].systemMissing += group.variables[i].systemMissing;
+      allCases[i].valid += cases[i].valid;
+      allCases[i].userMissing += cases[i].userMissing;
+      allCases[i].systemMissing += cases[i].systemMissing;
     }
     if (split.empty()) continue;
     CaseReport::Group& shown = report.groups.emplace_back();
     for (size_t i = 0; i < split.size(); ++i) {
-      shown.split.push_back(describeSplitValue(split[i], group.split[i]).text);
+      shown.split.push_back(describeSplitValue(split[i], splitValue(group, i)).text);
     }
-    shown.cases = shownTotals(group);
+    shown.cases = shownTotals(totals, {cases, cases + columns_.size()});
   }
-  report.all = shownTotals(all);
+  report.all = shownTotals(all, std::move(allCases));
   return report;
 }
 
@@ -295,9 +300,9 @@ std::string CaseTally::groupText(size_t group) const {
   const std::vector<std::string> names = splitNames(dataset_);
   std::string text;
   for (size_t i = 0; i < names.size(); ++i) {
-    const SplitValue& value = groups_[group].split[i];
-    text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", names[i],
-                        describeSplitValue(dataset_.splitVariables()[i], value).text);
+    text +=
+        fmt::format("{}{} = {}", text.empty() ? "" : ", ", names[i],
+                    describeSplitValue(dataset_.splitVariables()[i], splitValue(group, i)).text);
   }
   return text;
 }

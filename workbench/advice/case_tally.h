@@ -64,11 +64,6 @@ class CaseTally final : public CaseObserver {
     CarefulSum weight;
     double rounded = 0.0;
   };
-  struct Group {
-    std::vector<SplitValue> split;
-    Totals totals;
-    std::vector<VariableCases> variables;
-  };
 
   void begin();
   ColumnQuestions questionsAbout(VarIndex index, const Variable& entry) const;
@@ -79,7 +74,10 @@ class CaseTally final : public CaseObserver {
   void observeValues(const CountedChunk& chunk);
   void markValid(const Column& column, std::vector<uint8_t>& marks) const;
   bool isMissing(const Column& column, ValueClass type) const;
-  CaseTotals shownTotals(const Group& group) const;
+  static CaseTotals shownTotals(const Totals& totals, std::vector<VariableCases> variables);
+  const SplitValue& splitValue(size_t group, size_t position) const {
+    return splitValues_[group * dataset_.splitVariables().size() + position];
+  }
 
   ActiveDataset& dataset_;
   const CommandFacts& facts_;
@@ -89,7 +87,12 @@ class CaseTally final : public CaseObserver {
   bool weighted_ = false;
   bool inGroup_ = false;
   std::vector<Column> columns_;
-  std::vector<Group> groups_;  // one only without split variables
+
+  // Group after group; one only without split variables.
+  std::vector<Totals> groups_;
+  std::vector<SplitValue> splitValues_;       // of each group one for each split variable
+  std::vector<VariableCases> variableCases_;  // of each group one for each column
+
   CarefulSum positiveWeight_;
   double roundedWeight_ = 0.0;
 

@@ -68,14 +68,20 @@ int32_t Dimension::add(int32_t parent, LabelData label, bool leaf) {
   return index;
 }
 
+const std::vector<LabelData>& Dimension::footnotes(int32_t index) const {
+  static const std::vector<LabelData> none;
+  const auto found = footnotes_.find(index);
+  return found == footnotes_.end() ? none : found->second;
+}
+
 bool Dimension::hasFootnote(int32_t index, std::string_view identity) const {
-  const auto& footnotes = node(index).footnotes;
-  return std::any_of(footnotes.begin(), footnotes.end(),
-                     [&](const LabelData& known) { return known.identity == identity; });
+  const std::vector<LabelData>& known = footnotes(index);
+  return std::any_of(known.begin(), known.end(),
+                     [&](const LabelData& footnote) { return footnote.identity == identity; });
 }
 
 void Dimension::addFootnote(int32_t index, LabelData footnote) {
-  nodes_[static_cast<size_t>(index)].footnotes.push_back(std::move(footnote));
+  footnotes_[index].push_back(std::move(footnote));
 }
 
 size_t Table::findDimension(std::string_view identity) const {

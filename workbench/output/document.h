@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -65,7 +66,6 @@ struct DimensionNode {
   int32_t parent = -1;
   int32_t leaf = -1;  ///< number of the leaf in order of addition; -1 for groups
   std::vector<int32_t> children;
-  std::vector<LabelData> footnotes;
 };
 
 /// A tree of groups and categories; children stand in the order in which they were added.
@@ -86,6 +86,8 @@ class Dimension {
   int32_t find(int32_t parent, std::string_view identity, bool leaf) const;
   /// Adds a child that is not there yet.
   int32_t add(int32_t parent, LabelData label, bool leaf);
+  /// In the order in which they were added.
+  const std::vector<LabelData>& footnotes(int32_t node) const;
   bool hasFootnote(int32_t node, std::string_view identity) const;
   /// Adds a footnote that the node does not have yet.
   void addFootnote(int32_t node, LabelData footnote);
@@ -107,6 +109,7 @@ class Dimension {
   LabelData label_;
   std::vector<DimensionNode> nodes_;
   std::vector<int32_t> leaves_;
+  std::map<int32_t, std::vector<LabelData>> footnotes_;  // of the few nodes that have some
   NumberIndex index_;
   int32_t current_ = -1;
 };

@@ -26,13 +26,13 @@ using workbench::Severity;
 
 struct ParserMessage::Impl {
   std::string commandName;
-  std::string procedureTitle;
 };
 
 ParserMessage::ParserMessage() : impl_(std::make_unique<Impl>()) {}
 ParserMessage::~ParserMessage() = default;
 void ParserMessage::SetCommandName(const std::string& name) { impl_->commandName = name; }
-void ParserMessage::SetProcedureTitle(const std::string& title) { impl_->procedureTitle = title; }
+// Messages stand in their procedure's output and need not name it.
+void ParserMessage::SetProcedureTitle(const std::string&) {}
 
 void ParserMessage::GenericError(const std::string& key) { report(Severity::kError, key, {}); }
 void ParserMessage::GenericError(const std::string& key, const std::string& first) {
@@ -67,7 +67,8 @@ void ParserMessage::VariableNotNumeric(const std::string& variable, const std::s
 
 struct ACAInpAdaptMsg::Impl {};
 
-ACAInpAdaptMsg::ACAInpAdaptMsg(ProcedureDataSource&) : impl_(std::make_unique<Impl>()) {}
+// Nothing to hold: the session knows the data, and there are as many of these as split groups.
+ACAInpAdaptMsg::ACAInpAdaptMsg(ProcedureDataSource&) {}
 ACAInpAdaptMsg::~ACAInpAdaptMsg() = default;
 
 void ACAInpAdaptMsg::NoValidCases() { report(Severity::kWarning, "No valid cases", {}); }

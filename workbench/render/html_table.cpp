@@ -69,7 +69,7 @@ class HtmlTable {
       const int32_t node = axis.node(column, d);
       if (node < 0) continue;
       const Dimension& dimension = grid_.table().dimensions()[axis.dimensions()[d]];
-      for (const LabelData& note : dimension.node(node).footnotes) {
+      for (const LabelData& note : dimension.footnotes(node)) {
         path.back().notes.push_back(footnotes_.numberOf(note.text));
       }
     }

@@ -121,9 +121,9 @@ class TableWriter {
       const DimensionNode& node = dimension.node(child);
       out_ << "{\"label\":" << jsonString(node.label.text)
            << ",\"key\":" << jsonString(node.label.key) << facts(node.label);
-      if (!node.footnotes.empty()) {
+      if (const auto& footnotes = dimension.footnotes(child); !footnotes.empty()) {
         out_ << ",\"notes\":";
-        writeList(out_, node.footnotes, [this](const LabelData& note) {
+        writeList(out_, footnotes, [this](const LabelData& note) {
           out_ << "{\"key\":" << jsonString(note.key) << ",\"text\":" << jsonString(note.text)
                << '}';
         });

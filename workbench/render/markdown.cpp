@@ -96,7 +96,7 @@ class MarkdownTable {
       heading += (heading.empty() ? "" : ": ") + joined(axis.path(column, d));
       const int32_t node = axis.node(column, d);
       if (node < 0) continue;
-      for (const LabelData& note : dimension(axis.dimensions()[d]).node(node).footnotes) {
+      for (const LabelData& note : dimension(axis.dimensions()[d]).footnotes(node)) {
         heading += superscript(footnotes_.numberOf(note.text));
       }
     }

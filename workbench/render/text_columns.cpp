@@ -30,7 +30,7 @@ std::vector<std::string> TextColumns::pathOf(size_t place) {
     const int32_t node = axis.node(place, d);
     if (node < 0) continue;
     const Dimension& dimension = grid_.table().dimensions()[axis.dimensions()[d]];
-    for (const LabelData& note : dimension.node(node).footnotes) {
+    for (const LabelData& note : dimension.footnotes(node)) {
       path.back() += Footnotes::superscript(footnotes_.numberOf(note.text));
     }
   }

@@ -56,7 +56,8 @@ void ResultRows::findColumns() {
       columnOf_[static_cast<size_t>(*quantity)] = column;
       const LabelData& parent = dimension.node(leaf.parent).label;
       if (isIntervalGroup(parent.key)) level_ = parent.number;
-      if (!leaf.footnotes.empty()) testValue_ = leaf.footnotes.front().number;
+      const std::vector<LabelData>& footnotes = dimension.footnotes(index);
+      if (!footnotes.empty()) testValue_ = footnotes.front().number;
     }
   }
 }

@@ -107,7 +107,7 @@ class Ownership : public OutputTest {
               "Wald (Continuity Corrected)/ A group that takes memory/A category that takes "
               "memory/ 0.500 A note that takes some memory\n");
     EXPECT_EQ(done.tables[0]->dimensions().size(), 4u);
-    EXPECT_EQ(done.tables[0]->dimensions()[3].nodes()[2].footnotes.size(), 1u);
+    EXPECT_EQ(done.tables[0]->dimensions()[3].footnotes(2).size(), 1u);
     for (const Dimension& dimension : done.tables[0]->dimensions()) {
       EXPECT_EQ(dimension.leafCount(), 1);
     }

@@ -108,7 +108,7 @@ TEST_F(Tables, AFootnoteIsKeptOnce) {
   leaf.Cell(count(1));
   for (int i = 0; i < 3; ++i) leaf.Note(composite("Test Value = ^1", labelNumber(0.2)));
   leaf.Note(composite("Test Value = ^1", labelNumber(0.3)));
-  const auto& footnotes = finish().tables[0]->dimensions()[0].nodes()[1].footnotes;
+  const auto& footnotes = finish().tables[0]->dimensions()[0].footnotes(1);
   ASSERT_EQ(footnotes.size(), 2u);
   EXPECT_EQ(footnotes[0].text, "Test Value = 0.2");
   EXPECT_EQ(footnotes[0].key, "Test Value = ^1");
