@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 export CMAKE_CXX_COMPILER_LAUNCHER := $(shell command -v ccache)
 
-.PHONY: build demo test check headers lint browser sanitize coverage mutate fuzz bench format format-check \
+.PHONY: build demo test test-sources check headers lint browser sanitize coverage mutate fuzz bench format format-check \
   setup needed program everything install package clean
 
 # The two libraries and the program.
@@ -35,6 +35,13 @@ demo: setup
 test: setup
 	@$(MAKE) --no-print-directory everything
 	ctest --test-dir build --output-on-failure -j $(JOBS)
+	@echo "left out: the program on SQL servers (make test-sources)"
+
+# The program on SQL servers, which are installed, started as an unprivileged user and stopped.
+test-sources: setup
+	@scripts/setup_servers.sh
+	@$(MAKE) --no-print-directory program
+	cd tests/sources && PROPORTIONS=$(CURDIR)/build/bin/proportions PYTHONDONTWRITEBYTECODE=1 python3 -m unittest -v
 
 # Under DESTDIR, when it is given.
 install: build

@@ -17,7 +17,7 @@ fi
 
 packages=(g++ cmake ninja-build python3 python3-jsonschema
   libicu-dev libreadstat-dev libcli11-dev nlohmann-json3-dev libfmt-dev zlib1g-dev libzstd-dev
-  libgtest-dev libgmock-dev "$@")
+  unixodbc-dev libgtest-dev libgmock-dev "$@")
 
 missing=()
 for package in "${packages[@]}"; do

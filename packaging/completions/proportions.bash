@@ -1,8 +1,8 @@
 # Completion of proportions for bash: options, their values, the command's keywords and the names of
 # the variables in the data file.
 
-_proportions_options='--counts --list --command --file --query --table --schema --na --delimiter
-  --decimal --encoding --weight --split --split-layout --locale --collapse --bootstrap --seed --format
+_proportions_options='--counts --list --explain --command --file --query --table --password-file --schema --na
+  --delimiter --decimal --encoding --weight --split --split-layout --locale --collapse --bootstrap --seed --format
   --output --width --digits --percent --plot --sentences --advice --progress --help --version -c -f -o'
 
 _proportions_keywords='PROPORTIONS ONESAMPLE PAIREDSAMPLES INDEPENDENTSAMPLES SUCCESS MISSING CRITERIA

@@ -23,7 +23,7 @@ FLOORS = {
     "workbench": [
         ["system", "text", "distributions", "session", "catalogue", "counting", "manual", "resampling"],
         ["values", "display"],
-        ["engine", "delimited", "statfiles"],
+        ["engine", "delimited", "statfiles", "odbc"],
         ["json"],
         ["dataset"],
         ["output"],

@@ -13,13 +13,16 @@
 namespace workbench {
 namespace {
 
-/// The digits of a sum that the order of addition never reaches.
-double tenDigits(double value) {
-  const std::string text = fmt::format("{:.10g}", value);
+double toDigits(double value, int digits) {
+  const std::string text = fmt::format("{:.{}g}", value, digits);
   double rounded = value;
   std::from_chars(text.data(), text.data() + text.size(), rounded);
   return rounded;
 }
+
+/// The digits of a sum that the order of addition never reaches. First without the last bits, which
+/// it does reach, and which would decide about sums that lie halfway between two of ten digits.
+double tenDigits(double value) { return toDigits(toDigits(value, 15), 10); }
 
 LabelData splitName(const ActiveDataset& dataset, VarIndex index) {
   LabelData label;

@@ -23,7 +23,8 @@ Usage: proportions [OPTIONS] DATA
 DATA
   a .csv, .tsv, .parquet, .json, .jsonl or .ndjson file (compressed ones too);
   a .dta, .sas7bdat or .xpt file of a statistics package;
-  - for CSV on standard input; duckdb:FILE for a database
+  - for CSV on standard input; duckdb:FILE for a database;
+  odbc:CONNECTION-STRING or odbc:DSN for an SQL server
   --counts N...        in place of DATA: 81/263 one sample (outcome),
                        189/11034 104/11037 two groups (outcome BY group),
                        59,6,16,80 pairs (first, second: both, first only,
@@ -37,6 +38,8 @@ The command
 Reading
   --query SQL          what to select (a file is the table data)
   --table NAME         the table of a database to read
+  --password-file FILE the password of an SQL server; default: the environment's
+                       PROPORTIONS_ODBC_PASSWORD, else it is asked for
   --schema FILE|none   the variables' dictionary; default: STEM.schema.json
                        beside the data
   --na TEXT[,TEXT]     texts that are missing, "" for none; default: NA in
@@ -62,6 +65,8 @@ Reading
 
 Results
   --list               the variables of DATA instead of a command
+  --explain            the statements that a database or server would get
+                       instead of a command's results
   --format text|markdown|html|json|csv
                        default: from the ending of -o, else text
   -o, --output FILE    the output file; default -: standard output

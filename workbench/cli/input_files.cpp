@@ -10,6 +10,7 @@ namespace workbench {
 namespace {
 
 constexpr std::string_view kDatabase = "duckdb:";
+constexpr std::string_view kServer = "odbc:";
 
 class Collector {
  public:
@@ -34,6 +35,7 @@ void addData(const DataOptions& options, Collector& files) {
     files.add("the database's log", file + ".wal");
     return;
   }
+  if (options.data.compare(0, kServer.size(), kServer) == 0) return;
   const DataFiles found = findFiles(options.data);
   for (const DataFile& file : found.files) {
     if (file.path == "-") {
@@ -53,6 +55,7 @@ std::vector<InputFile> inputFiles(const ProgramOptions& options) {
   if (!options.counts) addData(options.data, files);
   const std::string dictionary = options.data.schema.value_or("none");
   if (dictionary != "none") files.add("the dictionary", dictionary);
+  if (options.passwordFile) files.add("the password's file", *options.passwordFile);
   if (options.commandFile == "-") {
     files.addStandardInput("the command text on standard input");
   } else if (!options.commandFile.empty()) {

@@ -6,10 +6,12 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <system_error>
 
 #include "workbench/cli/console.h"
+#include "workbench/system/exit_steps.h"
 #include "workbench/system/temporary_paths.h"
 
 namespace workbench {
@@ -18,6 +20,9 @@ namespace {
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU};
 /// Writes report what these would end the program for.
 constexpr int kReportedByWrites[] = {SIGPIPE, SIGXFSZ};
+
+/// A server that does not answer cannot keep the program from ending.
+constexpr std::chrono::milliseconds kPatience{1500};
 
 /// Where the handler tells the watcher; negative while nobody watches.
 std::atomic<int> tellWatcher{-1};
@@ -51,7 +56,9 @@ void watch(int told, int status) {
   do {
     heard = ::read(told, &byte, 1);
   } while (heard < 0 && errno == EINTR);
-  if (heard == 1) removeTemporariesAndExit(status, [] { complainLast("interrupted"); });
+  if (heard != 1) return;
+  takeExitSteps(kPatience);
+  removeTemporariesAndExit(status, [] { complainLast("interrupted"); });
 }
 
 }  // namespace

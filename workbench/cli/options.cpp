@@ -15,6 +15,8 @@
 
 #include "workbench/cli/command_source.h"
 #include "workbench/cli/option_values.h"
+#include "workbench/cli/password_prompt.h"
+#include "workbench/odbc/connection_text.h"
 #include "workbench/text/nearest.h"
 
 namespace workbench {
@@ -88,7 +90,9 @@ void declare(CLI::App& app, ProgramOptions& options, Raw& raw) {
       "--decimal", choice("--decimal", Choices<char>{{".", '.'}, {",", ','}}, raw.decimal));
   app.add_option("--encoding", options.data.layout.encoding);
   app.add_option("--counts", raw.counts)->expected(1, -1);
+  app.add_option("--password-file", options.passwordFile);
   app.add_flag("--list", options.list);
+  app.add_flag("--explain", options.explain);
   app.add_option("-c,--command", raw.command);
   app.add_option("-f,--file", raw.file);
   app.add_option("--locale", options.locale);
@@ -180,9 +184,9 @@ void chooseReading(const Raw& raw, DataOptions& data) {
 }
 
 /// Options that say something of data, which counts do without.
-constexpr const char* kDataOptions[] = {"DATA",     "--query",     "--table",       "--schema",
-                                        "--na",     "--delimiter", "--decimal",     "--encoding",
-                                        "--weight", "--split",     "--split-layout"};
+constexpr const char* kDataOptions[] = {
+    "DATA",      "--query",    "--table",  "--schema", "--na",           "--delimiter",
+    "--decimal", "--encoding", "--weight", "--split",  "--split-layout", "--password-file"};
 
 void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   if (app.count("--counts") == 0) {
@@ -201,6 +205,32 @@ void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   } catch (const std::invalid_argument& error) {
     throw UsageError(std::string("--counts ") + error.what());
   }
+}
+
+/// What DATA says of a server; its password stands somewhere else.
+void chooseServer(ProgramOptions& options) {
+  constexpr std::string_view kServer = "odbc:";
+  const std::string& data = options.data.data;
+  if (!data.starts_with(kServer)) {
+    if (options.passwordFile) throw UsageError("--password-file is for a server (odbc:...)");
+    return;
+  }
+  const std::string secret =
+      secretAttribute(connectionAttributes(std::string_view(data).substr(kServer.size())));
+  if (!secret.empty()) {
+    throw UsageError(secret +
+                     " in DATA can be read by everybody on this machine; leave it out, and give "
+                     "the password with --password-file FILE, in the environment variable "
+                     "PROPORTIONS_ODBC_PASSWORD, or when it is asked for");
+  }
+  options.data.password = serverPassword(options.passwordFile);
+}
+
+void chooseExplanation(const ProgramOptions& options) {
+  if (!options.explain) return;
+  if (options.counts) throw UsageError("--explain has nothing to tell of --counts");
+  if (options.list) throw UsageError("give --list or --explain, not both");
+  if (options.format != Format::kText) throw UsageError("--explain is written as text");
 }
 
 /// The width that nobody chose: the terminal's on standard output, for a file always the same.
@@ -261,6 +291,8 @@ ProgramOptions readOptions(const std::vector<std::string>& arguments) {
   if (app.count("--width") == 0) options.shown.width = usualWidth(options.output);
   chooseFormat(raw, options);
   chooseData(app, raw, options);
+  chooseServer(options);
+  chooseExplanation(options);
   chooseSeed(app, options);
   chooseCommand(app, raw, options);
   return options;

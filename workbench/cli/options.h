@@ -19,6 +19,8 @@ struct ProgramOptions {
   DataOptions data;
   std::optional<TypedCounts> counts;  ///< in place of data
   bool list = false;                  ///< the variables are listed, no command runs
+  bool explain = false;  ///< the statements that would run elsewhere are listed, no command runs
+  std::optional<std::string> passwordFile;
   std::string commandText;
   std::string commandFile;  ///< where the text was read from; empty: the command line
   std::string locale = "und";

@@ -20,6 +20,7 @@
 #include "workbench/cli/progress_line.h"
 #include "workbench/cli/run_command.h"
 #include "workbench/listing/listing.h"
+#include "workbench/parser/variable_names.h"
 #include "workbench/text/collation.h"
 
 namespace workbench {
@@ -88,6 +89,30 @@ std::unique_ptr<ActiveDataset> openData(const ProgramOptions& options, ProgressL
   return dataset;
 }
 
+/// Told to those who want to know how a read comes on.
+void tellCost(const ActiveDataset& dataset, const ProgramOptions& options) {
+  const std::string cost = dataset.cost();
+  if (options.progress == ProgressMode::kAlways && !cost.empty()) tell(cost);
+}
+
+/// Each statement once, in the order in which the commands need it.
+int explainCommands(const ProgramOptions& options, const OutputTarget& target) {
+  const std::unique_ptr<SourceDataset> dataset = openDataset(options.data);
+  std::vector<std::string> statements;
+  for (const CommandTokens& command : splitCommands(options.commandText)) {
+    dataset->beginCommand(mentionedVariables(command, *dataset));
+    for (std::string& statement : dataset->statements()) {
+      if (std::find(statements.begin(), statements.end(), statement) != statements.end()) continue;
+      statements.push_back(std::move(statement));
+    }
+  }
+  if (statements.empty()) tell("The program reads these data itself: there are no statements.");
+  target.write([&](std::ostream& out) {
+    for (const std::string& statement : statements) out << statement << ";\n";
+  });
+  return kDone;
+}
+
 int listData(const ProgramOptions& options, const OutputTarget& target) {
   std::unique_ptr<ActiveDataset> dataset;
   std::vector<ListedVariable> variables;
@@ -99,6 +124,7 @@ int listData(const ProgramOptions& options, const OutputTarget& target) {
     const SessionScope scope(session);
     variables = listVariables(session);
   }
+  tellCost(*dataset, options);
   if (dataset->failed()) {
     complain(dataset->failure());
     return kUnusable;
@@ -134,6 +160,7 @@ int runCommands(const ProgramOptions& options, const OutputTarget& target) {
       if (dataset->failed()) break;
     }
   }
+  tellCost(*dataset, options);
   deliver(document, options, target);
   if (dataset->failed()) return kUnusable;
   return anyFailed(document) ? kRefused : kDone;
@@ -143,6 +170,7 @@ int runAll(const ProgramOptions& options) {
   chooseOrder(options.locale);
   const OutputTarget target(options.output);
   refuseToOverwrite(inputFiles(options), options.output, target.identity());
+  if (options.explain) return explainCommands(options, target);
   return options.list ? listData(options, target) : runCommands(options, target);
 }
 

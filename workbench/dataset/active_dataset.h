@@ -54,6 +54,8 @@ class ActiveDataset {
   /// more lines.
   virtual bool failed() const = 0;
   virtual const std::string& failure() const = 0;
+  /// What reading has brought from elsewhere so far, as a text for the reader; empty when nothing.
+  virtual std::string cost() const { return {}; }
   /// Number of cases that the last complete pass of the running command read, dropped ones
   /// included; negative before.
   virtual int64_t caseCount() const = 0;

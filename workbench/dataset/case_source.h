@@ -54,6 +54,9 @@ struct ColumnRequest {
 
 struct CaseRequest {
   std::vector<ColumnRequest> columns;
+  /// The entry of the last column, when that is the weight: of its values only the rounded ones and
+  /// their sum matter. Null without a weight.
+  const Variable* weight = nullptr;
   CollapseMode collapse = CollapseMode::kAuto;
   size_t memoryLimit = 0;  ///< bytes that the cases may take
 };
@@ -90,6 +93,13 @@ class CaseSource {
   /// Hands over all cases in file order, block by block, on the caller's thread.
   virtual void forEachBlock(const CaseRequest& request,
                             const std::function<void(const CaseBlock&)>& take) = 0;
+
+  /// The statements that a read of the request would run elsewhere, in their order, all that were
+  /// run so far among them; none when the program reads the data itself. Runs nothing.
+  virtual std::vector<std::string> statements(const CaseRequest& request) const = 0;
+  /// What the reads so far have brought from elsewhere, as a text for the reader; empty when
+  /// nothing.
+  virtual std::string cost() const { return {}; }
 
   /// Stops what is running and all that follows; may be called from a signal handler.
   virtual void requestInterrupt() = 0;

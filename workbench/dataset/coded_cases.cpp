@@ -111,7 +111,7 @@ void CaseColumn::decode(size_t rows) {
 }
 
 size_t CodedCases::memory() const {
-  size_t total = counts.capacity() * sizeof(double);
+  size_t total = (counts.capacity() + weightSums.capacity()) * sizeof(double);
   for (const CaseColumn& column : columns) total += column.memory();
   return total;
 }

@@ -99,6 +99,9 @@ struct CaseColumn {
 struct CodedCases {
   std::vector<CaseColumn> columns;  ///< in the order in which they were asked for
   std::vector<double> counts;       ///< cases of each combination; every row beyond is one case
+  /// Of each combination the sum of its raw weights that are not missing, when the source knows it
+  /// and the weight in the last column is the rounded one; else empty.
+  std::vector<double> weightSums;
   size_t rows = 0;
   int64_t cases = 0;  ///< in all
   /// False: they do not fit into the memory that was allowed. There are no rows then.

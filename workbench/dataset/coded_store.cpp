@@ -74,6 +74,7 @@ void sortIntoGroups(StoredCases& stored) {
   for (size_t i = stored.split.size(); i-- > 0;) sortBy(cases.columns[stored.split[i]], order);
   const size_t combinations = cases.counts.size();
   std::vector<double> counts;
+  std::vector<double> weightSums;
   counts.reserve(combinations);
   const auto sameGroup = [&](uint32_t a, uint32_t b) {
     return std::all_of(stored.split.begin(), stored.split.end(), [&](size_t position) {
@@ -83,11 +84,13 @@ void sortIntoGroups(StoredCases& stored) {
   for (size_t i = 0; i < order.size(); ++i) {
     const bool counted = order[i] < combinations;
     if (counted) counts.push_back(cases.counts[order[i]]);
+    if (counted && !cases.weightSums.empty()) weightSums.push_back(cases.weightSums[order[i]]);
     if (i == 0 || !sameGroup(order[i - 1], order[i])) stored.groups.push_back({i, i});
     stored.groups.back().end = i + 1;
     if (counted) stored.groups.back().combinationsEnd = i + 1;
   }
   cases.counts = std::move(counts);
+  cases.weightSums = std::move(weightSums);
   if (std::is_sorted(order.begin(), order.end())) return;
   for (CaseColumn& column : cases.columns) column.permute(order);
 }
@@ -223,6 +226,7 @@ void CodedFeed::decodeWeights(size_t count) {
   chunk_.rawWeights = counted && stored_->weighted ? rawWeights_.data() : nullptr;
   if (stored_->weighted) decodeNumbers(stored_->weight, row_, count, weights_.data());
   if (!counted) return;
+  const std::vector<double>& sums = stored_->cases.weightSums;
   for (size_t i = 0; i < count; ++i) {
     const double cases = chunk_.caseCounts[i];
     if (!stored_->weighted) {
@@ -232,6 +236,7 @@ void CodedFeed::decodeWeights(size_t count) {
     const double raw = weights_[i];
     const double rounded = roundedWeight(raw);
     rawWeights_[i] = raw == kSystemMissing ? 0.0 : raw * cases;
+    if (!sums.empty()) rawWeights_[i] = sums[combination_ + i];
     weights_[i] = rounded == kSystemMissing ? kSystemMissing : rounded * cases;
   }
   combination_ += count;

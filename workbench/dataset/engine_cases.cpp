@@ -66,6 +66,22 @@ class EngineRows final : public TypedRows {
     }
   }
 
+  /// The statement that reads a request.
+  static std::string sqlOf(const Relation& relation, const std::vector<TypedColumnFacts>& facts,
+                           const CaseRequest& request) {
+    std::string list;
+    for (const ColumnRequest& wanted : request.columns) {
+      const RelationColumn& column = relation.columns()[wanted.column];
+      const std::string name = quotedName(column.name);
+      list += list.empty() ? "" : ", ";
+      list += isMadeText(facts[wanted.column], wanted.type)
+                  ? fmt::format("CAST({} AS VARCHAR)", name)
+                  : typedExpression(column.type, name);
+    }
+    // Cases count even when nothing of them is looked at.
+    return fmt::format("SELECT {} FROM {}", list.empty() ? "1" : list, relation.sql());
+  }
+
   bool next() override {
     try {
       chunk_ = query_.fetch();
@@ -90,21 +106,6 @@ class EngineRows final : public TypedRows {
   }
 
  private:
-  static std::string sqlOf(const Relation& relation, const std::vector<TypedColumnFacts>& facts,
-                           const CaseRequest& request) {
-    std::string list;
-    for (const ColumnRequest& wanted : request.columns) {
-      const RelationColumn& column = relation.columns()[wanted.column];
-      const std::string name = quotedName(column.name);
-      list += list.empty() ? "" : ", ";
-      list += isMadeText(facts[wanted.column], wanted.type)
-                  ? fmt::format("CAST({} AS VARCHAR)", name)
-                  : typedExpression(column.type, name);
-    }
-    // Cases count even when nothing of them is looked at.
-    return fmt::format("SELECT {} FROM {}", list.empty() ? "1" : list, relation.sql());
-  }
-
   const std::string& label_;
   Query query_;
   std::vector<TypedColumn> columns_;
@@ -121,6 +122,9 @@ class EngineCases final : public TypedCases {
   }
 
   const std::string& label() const override { return relation_->label(); }
+  std::vector<std::string> statements(const CaseRequest& request) const override {
+    return {EngineRows::sqlOf(*relation_, columns(), request)};
+  }
   void requestInterrupt() override { relation_->engine().requestInterrupt(); }
   bool interruptRequested() const override { return relation_->engine().interruptRequested(); }
   void setProgress(ProgressCallback callback) override {

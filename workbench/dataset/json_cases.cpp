@@ -295,6 +295,7 @@ class JsonCases final : public CaseSource {
   CodedCases read(const CaseRequest& request) override;
   void forEachBlock(const CaseRequest& request,
                     const std::function<void(const CaseBlock&)>& take) override;
+  std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
   void requestInterrupt() override { interrupted_ = true; }
   bool interruptRequested() const override {
     return interrupted_ || (watched_ != nullptr && *watched_);

@@ -10,6 +10,7 @@
 #include "workbench/dataset/engine_cases.h"
 #include "workbench/dataset/json_cases.h"
 #include "workbench/dataset/query_cases.h"
+#include "workbench/dataset/server_cases.h"
 #include "workbench/dataset/stat_cases.h"
 #include "workbench/engine/relation.h"
 #include "workbench/values/data_error.h"
@@ -18,6 +19,7 @@ namespace workbench {
 namespace {
 
 constexpr std::string_view kDatabase = "duckdb:";
+constexpr std::string_view kServer = "odbc:";
 
 OpenedSource openDatabaseSource(const SourceOptions& options) {
   if (options.query && options.table) {
@@ -26,6 +28,15 @@ OpenedSource openDatabaseSource(const SourceOptions& options) {
   auto relation = openDatabase(options.data.substr(kDatabase.size()), options.data, options.query,
                                options.table, options.interrupted);
   return {openEngineCases(std::move(relation), options.rules), ""};
+}
+
+OpenedSource openServerSource(const SourceOptions& options) {
+  const std::atomic<bool>* interrupted = options.interrupted;
+  return {openServerCases(
+              {options.data, options.data.substr(kServer.size()), options.query, options.table,
+               options.password, [interrupted] { return interrupted != nullptr && *interrupted; }},
+              options.rules),
+          ""};
 }
 
 std::unique_ptr<CaseSource> openParquetFiles(const DataFiles& files, const SourceOptions& options) {
@@ -54,6 +65,7 @@ std::unique_ptr<CaseSource> openOwn(const DataFiles& files, const SourceOptions&
 
 OpenedSource openSource(const SourceOptions& options) {
   if (options.data.compare(0, kDatabase.size(), kDatabase) == 0) return openDatabaseSource(options);
+  if (options.data.compare(0, kServer.size(), kServer) == 0) return openServerSource(options);
   if (options.table) {
     throw DataError(
         fmt::format("{}: --table names a table of a database; this is a file.", options.data));

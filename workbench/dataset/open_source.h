@@ -8,16 +8,18 @@
 
 #include "workbench/dataset/case_source.h"
 #include "workbench/dataset/delimited_cases.h"
+#include "workbench/odbc/server_relation.h"
 #include "workbench/values/field.h"
 
 namespace workbench {
 
 struct SourceOptions {
-  std::string data;  ///< a file, a folder, a pattern, "-" or "duckdb:FILE"
+  std::string data;  ///< a file, a folder, a pattern, "-", "duckdb:FILE" or "odbc:..."
   std::optional<std::string> query;
   std::optional<std::string> table;
   FieldRules rules;
   TextLayout layout;
+  ServerPassword password;
   /// Set from outside to make all reading throw Interrupted; may be null, else it outlives the
   /// source.
   const std::atomic<bool>* interrupted = nullptr;

@@ -20,8 +20,8 @@ SourceDataset::SourceDataset(const DataOptions& options)
     : separate_(options.separateTables),
       collapse_(options.collapse),
       memoryLimit_(options.memoryLimit) {
-  SourceOptions from{options.data, options.query,  options.table,
-                     FieldRules(), options.layout, options.interrupted};
+  SourceOptions from{options.data,   options.query,    options.table,      FieldRules(),
+                     options.layout, options.password, options.interrupted};
   from.rules.decimal = options.decimal;
   if (options.missingTexts) {
     from.rules.missingTexts = *options.missingTexts;
@@ -187,6 +187,7 @@ CasePlan SourceDataset::plan() const {
     plan.weight = &declaration(weight_);
   }
   plan.request = request(columns);
+  plan.request.weight = plan.weight;
   plan.variables = projection_;
   for (const VarIndex index : split_) {
     const auto at = std::lower_bound(projection_.begin(), projection_.end(), index);

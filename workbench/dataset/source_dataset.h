@@ -20,7 +20,7 @@
 namespace workbench {
 
 struct DataOptions {
-  std::string data;  ///< a file, a folder, a pattern, "-" or "duckdb:FILE"
+  std::string data;  ///< a file, a folder, a pattern, "-", "duckdb:FILE" or "odbc:..."
   std::optional<std::string> query;
   std::optional<std::string> table;
   /// The dictionary, or "none"; else the one beside the data, if any.
@@ -32,6 +32,7 @@ struct DataOptions {
   std::optional<std::string> weight;
   std::vector<std::string> split;  ///< outermost first
   bool separateTables = false;
+  ServerPassword password;  ///< of "odbc:..."
   CollapseMode collapse = CollapseMode::kAuto;
   size_t memoryLimit = size_t{400} << 20;  ///< bytes of cases that are held in memory
   /// Set from outside (by a signal handler, say) to make all reading fail; may be null, else it
@@ -61,6 +62,10 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
     source_->setProgress(callback);
     workspace_.setProgress(callback);
   }
+
+  /// The statements that reading the variables of the command begun would run elsewhere.
+  std::vector<std::string> statements() const { return source_->statements(plan().request); }
+  std::string cost() const override { return source_->cost(); }
 
   int32_t variableCount() const override { return static_cast<int32_t>(variables_.size()); }
   const Variable& variable(VarIndex index) override;

@@ -85,6 +85,10 @@ FieldValue SpelledColumn::understand(Spelling spelling, std::string_view text) c
       value.kind = FieldKind::kBoolean;
       value.number = text == "true" ? 1.0 : 0.0;
       return value;
+    case Spelling::kText:
+      value = interpretString(text, rules_, type_.missingTexts);
+      if (value.kind != FieldKind::kMissing) value.kind = FieldKind::kText;
+      return value;
     case Spelling::kMissing:
       break;
   }

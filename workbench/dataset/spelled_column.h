@@ -20,6 +20,7 @@ enum class Spelling : char {
   kString = 's',   ///< a text of a source that has numbers and booleans of its own
   kNumber = 'n',   ///< a number there
   kBoolean = 'b',  ///< "true" or "false" there
+  kText = 't',     ///< a text there that stays one, whatever it spells
   kMissing = 'm'   ///< nothing
 };
 

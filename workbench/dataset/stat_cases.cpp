@@ -60,6 +60,7 @@ class StatCases final : public TypedCases {
             const std::atomic<bool>* interrupted);
 
   const std::string& label() const override { return files_.label; }
+  std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
   void requestInterrupt() override { interrupted_ = true; }
   bool interruptRequested() const override {
     return interrupted_ || (watched_ != nullptr && *watched_);

@@ -3,10 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "workbench/dataset/value_text.h"
+#include "workbench/dataset/typed_rules.h"
 #include "workbench/values/data_error.h"
 #include "workbench/values/excerpt.h"
 #include "workbench/values/extended_missing.h"
@@ -14,7 +13,6 @@
 namespace workbench {
 namespace {
 
-constexpr double kDaySeconds = 86'400;
 using Name = ColumnType::Name;
 
 /// Texts whose values decide what they are: those of paths, and those that a dictionary makes
@@ -52,11 +50,7 @@ TypedBlocks::Column TypedBlocks::columnOf(const TypedColumnFacts& column,
   if (isSpelledColumn(column, type) || (isMadeText(column, type) && !type.codes.empty())) {
     made.spelled.emplace(label_ + ", case", column.name, rules_, type);
   }
-  for (const std::string& text : column.categories) {
-    const auto found = std::find_if(type.codes.begin(), type.codes.end(),
-                                    [&](const auto& entry) { return entry.first == text; });
-    made.categories.push_back(found == type.codes.end() ? kSystemMissing : found->second);
-  }
+  made.categories = categoryNumbers(column.categories, type);
   return made;
 }
 
@@ -70,17 +64,8 @@ bool TypedBlocks::next() {
 std::vector<ValueKind> TypedBlocks::kinds() const {
   std::vector<ValueKind> kinds;
   for (const Column& column : columns_) {
-    ValueKind kind = ValueKind::kNumber;
-    if (column.isText || column.spelled) {
-      kind = ValueKind::kString;
-    } else if (column.wanted == Name::kDate || column.wanted == Name::kDateTime) {
-      kind = column.wanted == Name::kDate ? ValueKind::kDate : ValueKind::kDateTime;
-    } else if (column.wanted == Name::kBoolean) {
-      kind = ValueKind::kBoolean;
-    } else if (column.wanted == Name::kDetected || column.wanted == Name::kTime) {
-      kind = column.native;
-    }
-    kinds.push_back(kind);
+    kinds.push_back(column.isText || column.spelled ? ValueKind::kString
+                                                    : wantedKind(column.wanted, column.native));
   }
   return kinds;
 }
@@ -123,21 +108,9 @@ const uint8_t* TypedBlocks::bytes(size_t position) {
 void TypedBlocks::refuseWrongType(const Column& column) const {
   for (size_t row = 0; row < column.numbers.size(); ++row) {
     const double value = column.numbers[row];
-    if (value == kSystemMissing || (column.extendedMissing && isExtendedMissing(value))) continue;
-    if (column.wanted == Name::kInteger && std::isfinite(value) && value != std::trunc(value)) {
-      refuse(column, row,
-             fmt::format("{} is not a whole number, though the dictionary gives the type integer.",
-                         shortestNumber(value)));
-    }
-    if (column.wanted == Name::kBoolean && value != 0.0 && value != 1.0) {
-      refuse(column, row,
-             fmt::format("{} is neither 0 nor 1, though the dictionary gives the type boolean.",
-                         shortestNumber(value)));
-    }
-    if (column.wanted == Name::kDate && std::fmod(value, kDaySeconds) != 0.0) {
-      refuse(column, row,
-             "a time stays behind the day, though the dictionary gives the type date.");
-    }
+    if (column.extendedMissing && isExtendedMissing(value)) continue;
+    const std::string wrong = wrongType(column.wanted, value);
+    if (!wrong.empty()) refuse(column, row, wrong);
   }
 }
 
@@ -156,15 +129,9 @@ const std::string_view* TypedBlocks::texts(size_t position) {
   readTexts(position);
   Column& column = columns_[position];
   for (size_t row = 0; row < column.texts.size(); ++row) {
-    std::string_view& text = column.texts[row];
-    text = trimmed(text);
-    if (text.size() > kWidestString) {
-      refuse(column, row,
-             fmt::format("the text takes {} bytes; a string holds up to {}.", text.size(),
-                         kWidestString));
-    }
-    const std::vector<std::string>& missing = rules_.missingTexts;
-    if (std::find(missing.begin(), missing.end(), text) != missing.end()) text = {};
+    const KeptText kept = keptText(column.texts[row], rules_);
+    if (!kept.flaw.empty()) refuse(column, row, kept.flaw);
+    column.texts[row] = kept.text;
   }
   return column.texts.data();
 }

@@ -1,0 +1,73 @@
+#include "workbench/dataset/typed_rules.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "workbench/dataset/value_text.h"
+
+namespace workbench {
+namespace {
+
+constexpr double kDaySeconds = 86'400;
+using Name = ColumnType::Name;
+
+}  // namespace
+
+ValueKind wantedKind(Name wanted, ValueKind native) {
+  switch (wanted) {
+    case Name::kDate:
+      return ValueKind::kDate;
+    case Name::kDateTime:
+      return ValueKind::kDateTime;
+    case Name::kBoolean:
+      return ValueKind::kBoolean;
+    case Name::kDetected:
+    case Name::kTime:
+      return native;
+    default:
+      return ValueKind::kNumber;
+  }
+}
+
+std::string wrongType(Name wanted, double value) {
+  if (wanted == Name::kDetected || value == kSystemMissing) return {};
+  if (wanted == Name::kInteger && std::isfinite(value) && value != std::trunc(value)) {
+    return fmt::format("{} is not a whole number, though the dictionary gives the type integer.",
+                       shortestNumber(value));
+  }
+  if (wanted == Name::kBoolean && value != 0.0 && value != 1.0) {
+    return fmt::format("{} is neither 0 nor 1, though the dictionary gives the type boolean.",
+                       shortestNumber(value));
+  }
+  if (wanted == Name::kDate && std::fmod(value, kDaySeconds) != 0.0) {
+    return "a time stays behind the day, though the dictionary gives the type date.";
+  }
+  return {};
+}
+
+std::vector<double> categoryNumbers(const std::vector<std::string>& categories,
+                                    const ColumnType& type) {
+  std::vector<double> numbers;
+  for (const std::string& text : categories) {
+    const auto found = std::find_if(type.codes.begin(), type.codes.end(),
+                                    [&](const auto& entry) { return entry.first == text; });
+    numbers.push_back(found == type.codes.end() ? kSystemMissing : found->second);
+  }
+  return numbers;
+}
+
+KeptText keptText(std::string_view text, const FieldRules& rules) {
+  const std::string_view kept = trimmed(text);
+  if (kept.size() > kWidestString) {
+    return {{},
+            fmt::format("the text takes {} bytes; a string holds up to {}.", kept.size(),
+                        kWidestString)};
+  }
+  const std::vector<std::string>& missing = rules.missingTexts;
+  const bool isMissing = std::find(missing.begin(), missing.end(), kept) != missing.end();
+  return {isMissing ? std::string_view() : kept, {}};
+}
+
+}  // namespace workbench

@@ -1,0 +1,31 @@
+/// What a dictionary may make of values that come with a type of their own.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbench/dataset/case_source.h"
+#include "workbench/values/field.h"
+
+namespace workbench {
+
+/// The kind of a column of numbers of the kind `native` that is wanted as another.
+ValueKind wantedKind(ColumnType::Name wanted, ValueKind native);
+
+/// Why a number cannot stand in a column that is wanted so, as a sentence; empty when it can.
+std::string wrongType(ColumnType::Name wanted, double value);
+
+/// The number of each category of an enumeration; kSystemMissing for those without one.
+std::vector<double> categoryNumbers(const std::vector<std::string>& categories,
+                                    const ColumnType& type);
+
+/// A text as cases carry it: without trailing blanks, empty when it is missing. With why it cannot
+/// be held, as a sentence, if so.
+struct KeptText {
+  std::string_view text;
+  std::string flaw;
+};
+KeptText keptText(std::string_view text, const FieldRules& rules);
+
+}  // namespace workbench

@@ -1,0 +1,54 @@
+/// What servers do differently.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbench/odbc/connection_text.h"
+#include "workbench/odbc/query_scan.h"
+#include "workbench/odbc/server_column.h"
+
+namespace workbench {
+
+/// Where the types of columns are looked up, beyond what the driver tells.
+enum class TypeSource { kDriver, kPostgresCatalogue, kInformationSchema };
+
+/// What is known of one kind of server. A server that is not known by name gets plain SQL, and its
+/// texts are never grouped there: its collation may put different ones together.
+struct Dialect {
+  std::string_view server;  ///< how the name that the server tells begins, in lower case
+  /// Statements before all others. With the last one a read-only transaction has begun.
+  std::vector<std::string_view> session = {};
+  TypeSource types = TypeSource::kDriver;
+  bool marked = false;  ///< values begin with a ValueMark
+  bool cursor = false;  ///< many rows come by a cursor, lest the driver hold them all
+  bool limit = false;   ///< LIMIT is understood
+  std::string_view doubleType = "DOUBLE PRECISION";
+  ScanRules scan = ScanRules::unknown();
+
+  /// The column's kind, after the driver's types were looked at.
+  void (*settle)(ServerColumn& column, const ResultColumn& told) = nullptr;
+  /// What to select so that the value comes in the form of its kind; `asText`: as a plain text.
+  std::string (*shown)(const ServerColumn& column, bool asText) = nullptr;
+  /// What to group by so that values that differ, byte for byte in texts, stay apart; empty when
+  /// there is nothing.
+  std::string (*grouped)(const ServerColumn& column) = nullptr;
+  /// Of a number above 0 the largest whole number that is not larger.
+  std::string (*floor)(const std::string& number) = nullptr;
+  std::string (*sum)(const std::string& number) = nullptr;
+  /// A condition: the program would not take the weight for what a double of the server is. Empty
+  /// when it always does.
+  std::string (*oddWeight)(const ServerColumn& column) = nullptr;
+  /// What else a weight that is large enough has to be: " AND ...", or nothing.
+  std::string (*soundWeight)(const ServerColumn& column) = nullptr;
+};
+
+/// By the name that the server tells (SQL_DBMS_NAME).
+const Dialect& dialectOf(const std::string& server);
+
+/// Attributes that a connection gets when its driver's name holds a word: what keeps the driver
+/// from making files, and from holding a whole result in memory.
+ConnectionAttributes driverAttributes(const std::string& driver);
+
+}  // namespace workbench

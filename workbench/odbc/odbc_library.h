@@ -1,0 +1,44 @@
+/// The ODBC driver manager, loaded when a server is first named: everything else works without it.
+#pragma once
+
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>
+
+namespace workbench {
+
+/// The functions that are used. Each is a member of OdbcLibrary without `SQL`.
+#define WORKBENCH_ODBC_FUNCTIONS(X) \
+  X(AllocHandle)                    \
+  X(BindCol)                        \
+  X(Cancel)                         \
+  X(ColAttributeW)                  \
+  X(DataSourcesW)                   \
+  X(DescribeColW)                   \
+  X(Disconnect)                     \
+  X(DriverConnectW)                 \
+  X(EndTran)                        \
+  X(ExecDirectW)                    \
+  X(Fetch)                          \
+  X(FreeHandle)                     \
+  X(FreeStmt)                       \
+  X(GetDiagRecW)                    \
+  X(GetInfoW)                       \
+  X(NumResultCols)                  \
+  X(SetConnectAttrW)                \
+  X(SetEnvAttr)                     \
+  X(TablesW)
+
+struct OdbcLibrary {
+#define WORKBENCH_DECLARE(name) decltype(&SQL##name) name = nullptr;
+  WORKBENCH_ODBC_FUNCTIONS(WORKBENCH_DECLARE)
+#undef WORKBENCH_DECLARE
+};
+
+/// Throws DataError that names the package when the file is not there or is no driver manager.
+OdbcLibrary loadOdbc(const char* file);
+
+/// The system's driver manager; loaded once per process. Throws as loadOdbc.
+const OdbcLibrary& odbc();
+
+}  // namespace workbench
