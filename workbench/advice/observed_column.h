@@ -40,7 +40,7 @@ struct ColumnAnswers {
   bool moreValues = false;             ///< there are more than could be listed
   std::vector<bool> found;             ///< for each of `wanted` whether it occurs
   std::vector<GroupsOfValue> byGroup;  ///< most groups first
-  /// Texts that occur and that people write for missing values, though they are declared as none.
+  /// Texts that occur and that people write for missing values, though not declared as such.
   std::vector<std::string> missingLike;
 };
 

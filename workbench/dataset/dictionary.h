@@ -20,7 +20,7 @@ class Dictionary {
   /// An empty one.
   Dictionary();
   /// Throws DataError that names the file and the place in it when the file cannot be read, is
-  /// larger than 64 MiB, is no JSON or no Table Schema, or says about values what is not supported.
+  /// larger than 64 MiB, is not a JSON Table Schema, or says about values what is not supported.
   /// `decimal` is the sign that the data's numbers have; a listed value may be spelt with it.
   explicit Dictionary(const std::string& file, char decimal = '.');
   ~Dictionary();

@@ -31,7 +31,7 @@ class KindTally {
   };
 
   void add(FieldKind kind, int64_t cases, Position position, std::string_view text);
-  /// The first of the values that are of another kind than all others, which are no texts, when
+  /// The first of the values that are of another kind than all others, which are not texts, when
   /// there are such values and at most one in twenty is one.
   std::optional<Odd> odd() const;
 

@@ -41,7 +41,7 @@ class TypedRows {
   virtual size_t cases() const = 0;
   /// The block's values of a column of the request, NaN when missing: dates and date-times in
   /// seconds since 1970-01-01, times in seconds since midnight, booleans 0 and 1, enumerations by
-  /// their place from 1 on. False at the first value that is none; `flaw` says which.
+  /// their place from 1 on. False at the first that is none of these; `flaw` says which.
   virtual bool numbers(size_t column, double* out, ValueFlaw& flaw) = 0;
   /// The same values as bytes where all are whole numbers from 0 to below kMissingByte, which
   /// stands for missing ones; false where they are not, or cannot be had so.

@@ -33,8 +33,8 @@ class NumberCoder {
 
  private:
   static constexpr uint32_t kNone = 0xFFFFFFFF;
-  /// A place of its own have the whole numbers from 0 on and the missing value, which are most of
-  /// what there is.
+  /// The whole numbers from 0 on and the missing value, which are most of what there is, have
+  /// places of their own.
   static constexpr size_t kWhole = 255;
   static constexpr size_t kMissing = kWhole;
   static constexpr size_t kSmall = kWhole + 1;  // all others

@@ -20,7 +20,7 @@ struct ColumnPlan {
   DeclaredType type = DeclaredType::kNone;
   std::vector<std::string> missingTexts;
   const FieldRules* rules = nullptr;
-  /// Fields get codes however many different ones there are: it is known to be no column of
+  /// Fields get codes however many different ones there are: it is known not to be a column of
   /// numbers.
   bool onlyCodes = false;
   /// By part: the position of the field, or the text that the part's path gives.
