@@ -76,12 +76,15 @@ class Analysis {
  public:
   Analysis(ProcedureDataSource& source, BpProcedure& procedure, const PRPValidSpecs& specs,
            PRPAggregation& store)
-      : source_(source), procedure_(procedure), specs_(specs), store_(store) {}
+      : source_(source),
+        procedure_(procedure),
+        specs_(specs),
+        store_(store),
+        hasSplitVariables_(source.GetNSplitVars() != 0) {}
 
   /// The iterators and groups of both passes are locals in the order of their making, which an
   /// exception undoes from its end.
   void run() {
-    hasSplitVariables_ = source_.GetNSplitVars() != 0;
     IteratorOwner firstIterator = makeIterator();
     Groups groups;
     bool goOn = true;
@@ -146,7 +149,7 @@ class Analysis {
   BpProcedure& procedure_;
   const PRPValidSpecs& specs_;
   PRPAggregation& store_;
-  bool hasSplitVariables_ = false;
+  bool hasSplitVariables_;
 };
 
 void runProcedure() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 #include "host/strings.h"
 
@@ -22,8 +23,8 @@ bool VarValueLess::operator()(const VarValue& a, const VarValue& b) const {
     const size_t n = std::max(a.stringValue.size(), b.stringValue.size());
     return ZELKMBstrncoll_A(a.stringValue.c_str(), b.stringValue.c_str(), n) < 0;
   }
-  const int rankA = rank(a.numericValue), rankB = rank(b.numericValue);
-  return rankA != rankB ? rankA < rankB : a.numericValue < b.numericValue;
+  return std::pair(rank(a.numericValue), a.numericValue) <
+         std::pair(rank(b.numericValue), b.numericValue);
 }
 
 void sortAggregation(PRPAggregation& store) {

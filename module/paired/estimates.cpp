@@ -28,8 +28,8 @@ bool setFlags(PropZPairSamp& record) {
   record.goodData = record.numObservations > 0.0;
   if (record.goodData) {
     const Counts counts = countsOf(record);
-    record.completeData = counts.b + counts.c > 0.0 && record._n1p > 0.0 && record._np1 > 0.0 &&
-                          counts.spread() > 0.0;
+    // The spread is 0 without discordant pairs.
+    record.completeData = record._n1p > 0.0 && record._np1 > 0.0 && counts.spread() > 0.0;
   }
   return record.goodData;
 }

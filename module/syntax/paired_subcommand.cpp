@@ -36,7 +36,7 @@ bool storeTwoLists(ParseContext& context, VarIndices first, VarIndices second) {
     context.messages.GenericWarning(texts::kDuplicatesAfter, keywords::kWith,
                                     keywords::kPairedSamples);
   }
-  if (first.size() < 2 && second.size() < 2 && first == second) {
+  if (first.size() < 2 && first == second) {
     return refuse(context, texts::kNeedTwoVariables);
   }
   context.specs.setSecondVarIndices(second);

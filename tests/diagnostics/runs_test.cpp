@@ -260,6 +260,16 @@ TEST(Runs, CasesOfTheSecondGroupAloneAreJudged) {
   )"));
 }
 
+TEST(Runs, WithoutCasesOfEitherGroupNoRecordIsJudged) {
+  recording::Script script;
+  script.addNumeric("g");
+  script.addNumeric("x");
+  script.addCase({3.0, 1.0}, 2);
+  script.command = "PROPORTIONS /INDEPENDENTSAMPLES x BY g.";
+  const Lines dump = dumpOf(runWithDumps(script), "PropZIndSamp");
+  EXPECT_EQ(dump, with(freshIndependentRecord(), "I Local variable index = 0"));
+}
+
 class WithoutGoodRecords : public testing::TestWithParam<std::string> {};
 
 TEST_P(WithoutGoodRecords, TheAnalysisHasNoGoodData) {
@@ -268,13 +278,15 @@ TEST_P(WithoutGoodRecords, TheAnalysisHasNoGoodData) {
   script.addNumeric("y");
   script.addCase({kSystemMissing, 1.0}, 2);
   script.command = "PROPORTIONS " + GetParam() + ".";
-  const Lines dump = dumpOf(runWithDumps(script), "PRPAlgorithm");
+  const DumpedRun run = runWithDumps(script);
+  const Lines dump = dumpOf(run, "PRPAlgorithm");
   EXPECT_EQ(dump, with(dump, "I Number of valid cases = 2"));
   const auto flag = std::find_if(dump.begin(), dump.end(), [](const std::string& line) {
     return line.starts_with("B Good Data indicator");
   });
   ASSERT_NE(flag, dump.end());
   EXPECT_EQ(*flag, "B Good Data indicator = false");
+  EXPECT_EQ(run.standardOutput, "") << "the probe belongs to runs that give results";
 }
 
 INSTANTIATE_TEST_SUITE_P(Designs, WithoutGoodRecords,
