@@ -86,6 +86,9 @@ def large_files(folder, rows):
         for what, command, options, query in large_shapes(source):
             at_most = 0.5 if kind == "CSV" and "measure" in what else 2 if "case by case" in what else bar
             compare(f"{rows:,} rows of {kind}, {what}", program(data, command, *options), engine(query), at_most)
+    eight = "PROPORTIONS /ONESAMPLE v1 TO v8."
+    compare(f"{rows:,} rows of CSV, 8 variables, 1,000 samples, beside none",
+            program(text, eight, "--bootstrap", "1000", "--seed", "1"), program(text, eight), 1.5)
 
 
 def rscript_with(package):
@@ -123,6 +126,18 @@ def many_pairs(folder):
             [rscript, f"{ROOT}/bench/paired_tables.R", data, f"{folder}/r"], 1)
 
 
+def samples(folder):
+    """2,000 bootstrap samples of a difference, beside R."""
+    rscript = rscript_with("boot")
+    if rscript is None:
+        print("10,000 rows, 2,000 bootstrap samples: needs R with boot; left out")
+        return
+    data = make_data(f"{folder}/boot.csv", 10000)
+    compare("10,000 rows, 2,000 samples of a difference, beside R",
+            program(data, "PROPORTIONS /INDEPENDENTSAMPLES v1 BY arm.", "--bootstrap", "2000", "--seed", "1"),
+            [rscript, f"{ROOT}/bench/bootstrap.R", data, "2000"], 0.05)
+
+
 def many_groups(folder):
     """Groups of ten cases: ten times the groups beside a tenth of them."""
     def grouped(groups):
@@ -157,6 +172,7 @@ def main():
         heavy_pairs(folder)
         many_groups(folder)
         many_pairs(folder)
+        samples(folder)
         large_files(folder, rows)
         stat_files(folder, rows)
 
