@@ -16,6 +16,7 @@ import unittest
 
 import generated_data
 import plain_reading
+from engine import execute
 from plain_reading import DAY, MISSING, Refused, Rules
 from program import PROGRAM, ProgramTest
 
@@ -85,6 +86,29 @@ def differences(listing, expected):
         if variable["kind"] != kind or not same or (variable["missing"] != missing and not unusable):
             found.append(f"{variable['name']}: {variable['kind']} {values} {variable['missing']} for {kind} {smallest} {missing}")
     return found
+
+
+ENGINE_TYPES = {"number": "DOUBLE", "boolean": "BOOLEAN", "date": "DATE", "time": "TIME", "datetime": "TIMESTAMP",
+                "zoned": "TIMESTAMPTZ", "text": "VARCHAR"}
+
+
+def quoted(name):
+    return '"' + name.replace('"', '""') + '"'
+
+
+def engine_value(kind, value):
+    """A value in SQL."""
+    if value is MISSING:
+        return "NULL"
+    if kind == "text":
+        return "'" + value.replace("'", "''") + "'"
+    if kind == "number":
+        return f"'{value!r}'::DOUBLE"
+    if kind == "boolean":
+        return str(bool(value))
+    if kind == "time":
+        return f"TIME '{instant_text(*value)}'"
+    return f"make_timestamp({value[1]})::{ENGINE_TYPES[kind]}"
 
 
 class ReadingRules(ProgramTest):
@@ -160,10 +184,11 @@ class ReadingRules(ProgramTest):
         if generator.random() < .15 and given != ",":
             rules.decimal = ","
             options += ["--decimal", ","]
-        expected = refusal = None
+        expected = refusal = columns = None
         options += self.options(rules, self.names(data, rules.decimal, given), generator)
         try:
-            expected = expected_listing(plain_reading.read_delimited(data, rules, given), rules)
+            columns = plain_reading.read_delimited(data, rules, given)
+            expected = expected_listing(columns, rules)
         except Refused as refused:
             refusal = refused
         self.write("d.csv", data)
@@ -172,7 +197,23 @@ class ReadingRules(ProgramTest):
                 "counted": (["d.csv", "--collapse", "always", *options], b""), "not counted": (["d.csv", "--collapse", "never", *options], b"")}
         if whole and given == delimiter and len(records) > 2:
             ways["parts"] = (self.parts(records, generator, delimiter) + options, b"")
+        if columns and not rules.user_missing and generator.random() < .1:
+            ways["parquet"] = (self.parquet(columns, generator), b"")
         self.check(seed, expected, refusal, ways, ("plain", "compressed", "standard input"))
+
+    def parquet(self, columns, generator):
+        """The same values from a typed source, in one file or in two."""
+        rows = len(columns[0][2])
+        made = ", ".join(f"{quoted(name)} {ENGINE_TYPES[kind]}" for name, kind, _ in columns)
+        values = ["(" + ", ".join(engine_value(kind, column[row]) for _, kind, column in columns) + ")" for row in range(rows)]
+        folder = self.folder / "parquet"
+        folder.mkdir(exist_ok=True)
+        cut = generator.choice((0, rows // 2))
+        copies = [f"COPY (SELECT * EXCLUDE (number) FROM t WHERE number {side} {cut} ORDER BY number) TO '{folder}/{part}.parquet' (FORMAT parquet)"
+                  for part, side in enumerate((">=", "<"))]
+        execute([f"CREATE TABLE t ({made}, number INTEGER)",
+                 *[f"INSERT INTO t VALUES {value[:-1]}, {number})" for number, value in enumerate(values)], *copies])
+        return ["parquet"]
 
     def names(self, data, decimal, given):
         """The names that a dictionary may speak of: none where the data are refused."""

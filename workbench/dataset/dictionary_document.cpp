@@ -22,7 +22,8 @@ namespace {
 using Json = nlohmann::json;
 using Entry = DictionaryField::Entry;
 
-constexpr std::streamoff kLargestFile = std::streamoff{64} << 20;
+constexpr size_t kDeepest = 1000;  // of any use are six levels
+constexpr size_t kLargestFile = size_t{64} << 20U;
 
 struct TypeName {
   const char* name;
@@ -56,6 +57,9 @@ class KeyWatch {
     switch (event) {
       case Event::object_start:
       case Event::array_start:
+        if (open_.size() == kDeepest) {
+          refuseDictionary(file_, "", fmt::format("it is nested more than {} deep", kDeepest));
+        }
         open_.emplace_back();
         break;
       case Event::key:
@@ -108,16 +112,19 @@ class Reader {
     if (std::filesystem::is_directory(file_, ignored)) {
       throw DataError(fmt::format("{}: the dictionary is a folder; name a file.", file_));
     }
-    std::ifstream stream(file_, std::ios::binary);
-    std::string bytes(static_cast<size_t>(kLargestFile) + 1, '\0');
+    std::string bytes;
+    std::vector<char> block(size_t{1} << 16U);
     errno = 0;
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<size_t>(stream.gcount()));
+    std::ifstream stream(file_, std::ios::binary);
+    while (stream && bytes.size() <= kLargestFile) {
+      stream.read(block.data(), static_cast<std::streamsize>(block.size()));
+      bytes.append(block.data(), static_cast<size_t>(stream.gcount()));
+    }
     if (!stream.is_open() || stream.bad()) {
       throw DataError(fmt::format("{}: the dictionary cannot be read ({}).", file_,
                                   errno == 0 ? "reading failed" : std::strerror(errno)));
     }
-    if (bytes.size() > static_cast<size_t>(kLargestFile)) {
+    if (bytes.size() > kLargestFile) {
       throw DataError(fmt::format("{}: the dictionary is larger than 64 MiB.", file_));
     }
     try {

@@ -234,6 +234,18 @@ TEST(Dictionary, MayHave64MiB) {
   EXPECT_TRUE(has(refusal(path), "a.schema.json: the dictionary is larger than 64 MiB"));
 }
 
+TEST(Dictionary, MayNotBeNestedWithoutEnd) {
+  const DataFolder folder;
+  const std::string path = folder.write("a.csv", "x\n1\n");
+  const auto nested = [&](size_t depth) {
+    folder.write("a.schema.json", "{\"fields\":[],\"more\":" + std::string(depth, '[') +
+                                      std::string(depth, ']') + "}");
+    return refusal(path);
+  };
+  EXPECT_EQ(nested(900), "");
+  EXPECT_TRUE(has(nested(1'000'000), "a.schema.json: /: it is nested more than 1000 deep"));
+}
+
 TEST(Dictionary, WholeNumbersAreTakenAsTheyAreWritten) {
   const DataFolder folder;
   folder.write("a.schema.json", R"({"fields":[{"name":"id","missingValues":[9007199254740993]}]})");
@@ -295,7 +307,10 @@ TEST(Dictionary, TheOneNamedMustBeThere) {
   const DataFolder folder;
   DataOptions options = dataOptions(folder.write("a.csv", "x\n1\n"));
   options.schema = folder.path("none.json");
-  EXPECT_TRUE(has(refusal(options), "none.json: the dictionary cannot be read"));
+  EXPECT_TRUE(has(refusal(options),
+                  "none.json: the dictionary cannot be read (No such file or directory)."));
+  options.schema = folder.path(std::string(300, 'n'));
+  EXPECT_TRUE(has(refusal(options), "the dictionary cannot be read (File name too long)."));
 }
 
 }  // namespace
