@@ -1,17 +1,21 @@
 """Files of statistics packages: what they say, what they hold, and what is wrong with them."""
 
+import csv
 import json
 import os
 import pathlib
+import re
 import signal
 import struct
 import subprocess
 import time
 
 from program import PROGRAM, ProgramTest, table, value
+from test_examples import OPTIONS as EXAMPLE_OPTIONS
 from stat_writer import numbers, write_catalogue, write_stat
 
-MADE = pathlib.Path(__file__).resolve().parents[1] / "statfiles" / "files"
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+MADE = ROOT / "tests" / "statfiles" / "files"
 FORMATS = ("dta", "sas7bdat", "xpt")
 WALD = "PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD."
 
@@ -297,6 +301,30 @@ class Labels(StatFilesTest):
         groups = self.procedure(WALD.replace("x", "y"), "l.dta", "--split", "x", "--schema", "none")
         self.assertEqual([c["label"] for c in table(groups, "Intervals")["dimensions"][0]["categories"]], ["No", "Yes", "Refused"])
 
+    def test_labels_belong_to_the_values_of_the_file(self):
+        """A dictionary that makes other numbers of a column takes the labels of the old ones away."""
+        sets = {"s": [{"value": 1, "label": "Low"}, {"value": 2, "label": "High"}, {"value": 3653, "label": "Unknown"}, {"value": ".a", "label": "Refused"}]}
+        self.stat("l.dta", [{"name": "x", "type": "int32", "labels": "s"}, {"name": "d", "type": "int32", "format": "%td", "labels": "s"}],
+                  [[1, 3653], [2, 0], [2, ".a"]], labels=sets)
+        self.assertEqual(self.values(self.listed("l.dta")["d"]), [("1960-01-01", None, 1), ("1970-01-01", "Unknown", 1)])
+        self.schema("l.schema.json", {"name": "x", "type": "string", "categoriesOrdered": True, "categories": ["2", "1"]},
+                    {"name": "d", "type": "integer"})
+        found = self.listed("l.dta")
+        self.assertEqual(self.values(found["x"]), [(1, "2", 2), (2, "1", 1)])
+        self.assertEqual(self.values(found["d"]), [(0, None, 1), (3653, None, 1)])
+        groups = self.procedure(WALD, "l.dta", "--split", "d")
+        self.assertEqual([c["label"] for c in table(groups, "Intervals")["dimensions"][0]["categories"]], ["0", "3653", "Refused"])
+
+    def test_many_labels(self):
+        """As many as a set may have, on many columns."""
+        sets = {"s": [{"value": value, "label": f"Label {value}"} for value in range(65536)]}
+        columns = [{"name": f"x{i}", "type": "int32", "labels": "s"} for i in range(10)]
+        self.stat("l.dta", columns, [[0] * 10, [65535] * 10], labels=sets)
+        self.assertEqual(self.values(self.listed("l.dta")["x7"]), [(0, "Label 0", 1), (65535, "Label 65535", 1)])
+        columns = [{"name": f"x{i}", "type": "int32", "labels": "s"} for i in range(30)]
+        self.stat("l.dta", columns, [[0] * 30], labels=sets)
+        self.assertIn("l.dta: the value labels of all columns take more memory", self.unusable("l.dta", "--list"))
+
     def catalogue(self, name, labels):
         write_catalogue(self.folder / name, labels)
 
@@ -338,6 +366,41 @@ class Labels(StatFilesTest):
         self.stat("t.xpt", columns, rows, textBytes=True)
         self.run_program("t.xpt", "-c", WALD)
         self.assertIn("t.xpt, case 1: t: 'K", self.unusable("t.xpt", "-c", WALD.replace("x", "t")))
+
+
+class Examples(StatFilesTest):
+    """The same output, byte for byte, as from the CSV file."""
+
+    def converted(self, path):
+        """Columns and rows of a CSV file: numbers where every value that is not missing is one, else texts."""
+        with open(path, encoding="utf-8", newline="") as file:
+            names, *rows = csv.reader(file)
+        columns = []
+        for at, name in enumerate(names):
+            values = [row[at] for row in rows]
+            if all(re.fullmatch(r"(-?\d+(\.\d+)?)?|NA", v) for v in values):
+                columns.append({"name": name, "type": "double"})
+                for row in rows:
+                    row[at] = None if row[at] in ("", "NA") else float(row[at])
+            else:
+                columns.append({"name": name, "type": "string", "width": max(len(v.encode()) for v in values)})
+        return columns, rows
+
+    def test_examples(self):
+        compared = 0
+        for command in sorted((ROOT / "examples").glob("*.txt")):
+            options = ["-f", str(command), "--format", "json", *EXAMPLE_OPTIONS.get(command.stem, [])]
+            columns, rows = self.converted(command.with_suffix(".csv"))
+            schema = command.with_suffix(".schema.json")
+            if schema.exists():
+                options += ["--schema", str(schema)]
+            expected = self.run_program(str(command.with_suffix(".csv")), *options).stdout
+            for form in FORMATS:
+                with self.subTest((command.stem, form)):
+                    self.stat(f"e.{form}", columns, rows)
+                    self.assertEqual(self.run_program(f"e.{form}", *options).stdout, expected)
+                    compared += 1
+        self.assertGreaterEqual(compared, 21)
 
 
 class Sources(StatFilesTest):

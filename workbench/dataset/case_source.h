@@ -42,6 +42,7 @@ struct ColumnType {
   enum class Name { kDetected, kString, kNumber, kInteger, kBoolean, kDate, kTime, kDateTime };
   Name name = Name::kDetected;
   std::vector<std::string> missingTexts;  ///< user-missing values as texts
+  bool asCount = false;  ///< a date or time is to be the number that the source has for it
   /// Of a string that is read as ordered categories: texts and the number of each.
   std::vector<std::pair<std::string, double>> codes;
 };

@@ -12,6 +12,7 @@
 #include "workbench/dataset/variable.h"
 #include "workbench/text/nearest.h"
 #include "workbench/values/data_error.h"
+#include "workbench/values/extended_missing.h"
 #include "workbench/values/field.h"
 
 namespace workbench {
@@ -142,11 +143,11 @@ ColumnType Dictionary::type(const SourceVariable& column) const {
   } else if (field->ordered && field->typeName.empty()) {
     refuseUntypedOrder(file_, *field);
   }
-  const bool asCount = column.countable && (type.name == ColumnType::Name::kNumber ||
-                                            type.name == ColumnType::Name::kInteger);
+  type.asCount = column.countable && (type.name == ColumnType::Name::kNumber ||
+                                      type.name == ColumnType::Name::kInteger);
   const bool impossible = !column.unusable.empty() ||
-                          (column.kindKnown && !column.untyped && type.codes.empty() && !asCount &&
-                           !canBe(column.variable.kind, type.name)) ||
+                          (column.kindKnown && !column.untyped && type.codes.empty() &&
+                           !type.asCount && !canBe(column.variable.kind, type.name)) ||
                           (enumeration && !asText && !field->typeName.empty());
   if (impossible && !field->typeName.empty()) {
     refuseDictionary(file_, field->place + "/type",
@@ -165,6 +166,12 @@ Variable Dictionary::titled(Variable variable) const {
 Variable Dictionary::variable(Variable variable, const ColumnType& type) const {
   if (variable.kind == ValueKind::kBoolean && variable.numberLabels.empty()) {
     variable.numberLabels = {{0, "false"}, {1, "true"}};
+  }
+  if (type.asCount || !type.codes.empty()) {
+    // What the source calls its values is said of other numbers than these.
+    std::erase_if(variable.numberLabels, [&](const auto& each) {
+      return !type.codes.empty() || !isExtendedMissing(each.first);
+    });
   }
   for (const auto& [text, code] : type.codes) {
     variable.categoryTexts.emplace_back(code, text);

@@ -2,14 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <system_error>
 #include <utility>
 
+#include "workbench/dataset/stat_labels.h"
 #include "workbench/dataset/stat_rows.h"
 #include "workbench/dataset/typed_cases.h"
 #include "workbench/engine/file_stamp.h"
@@ -43,17 +41,6 @@ ValueKind kindOf(const StatColumn& column) {
   return ValueKind::kNumber;
 }
 
-/// Adds the labels of one file to those of the files before; false when a value has another label
-/// there.
-template <typename Labels>
-bool addLabel(Labels& labels, const typename Labels::value_type& label) {
-  const auto same = std::find_if(labels.begin(), labels.end(),
-                                 [&](const auto& each) { return each.first == label.first; });
-  if (same != labels.end()) return same->second == label.second;
-  labels.push_back(label);
-  return true;
-}
-
 class StatCases final : public TypedCases {
  public:
   StatCases(const DataFiles& files, const std::string& encoding, const FieldRules& rules,
@@ -76,7 +63,7 @@ class StatCases final : public TypedCases {
   void declare();
   void declarePathColumns();
   void match(const StatPart& part) const;
-  void addLabels(const StatPart& part, SourceVariable& variable, size_t column) const;
+  void addLabels(const StatPart& part, SourceVariable& source, size_t column);
   std::unique_ptr<TypedRows> openRows(const CaseRequest& request) override;
 
   DataFiles files_;
@@ -85,6 +72,7 @@ class StatCases final : public TypedCases {
   ProgressCallback progress_;
   std::vector<FileStamp> stamps_;
   std::vector<StatPart> parts_;
+  StatLabels labels_;
 };
 
 StatCases::StatCases(const DataFiles& files, const std::string& encoding, const FieldRules& rules,
@@ -201,30 +189,15 @@ void StatCases::match(const StatPart& part) const {
   }
 }
 
-void StatCases::addLabels(const StatPart& part, SourceVariable& source, size_t column) const {
+void StatCases::addLabels(const StatPart& part, SourceVariable& source, size_t column) {
   Variable& variable = source.variable;
   const size_t place = part.places.at(parts_.front().head.columns[column].name);
   const StatColumn& facts = part.head.columns[place];
   if (variable.label.empty()) variable.label = facts.label;
-  const auto set = part.head.labels.find(facts.labelSet);
-  if (facts.labelSet.empty() || set == part.head.labels.end()) return;
-  bool agrees = true;
-  for (const StatValueLabel& each : set->second) {
-    if (each.label.empty() || each.isText != facts.isText) continue;
-    if (each.isText) {
-      agrees = addLabel(variable.stringLabels, {std::string(trimmed(each.text)), each.label});
-    } else {
-      std::string_view ignored;
-      const std::optional<double> value =
-          isExtendedMissing(each.number) ? each.number : momentOf(facts.unit, each.number, ignored);
-      if (value) agrees = addLabel(variable.numberLabels, {normalNumber(*value), each.label});
-    }
-    if (agrees) continue;
-    source.unusable =
-        fmt::format("a value of {} has one label in {} and another in {}; make them the same",
-                    excerpt(variable.name), parts_.front().source.label, part.source.label);
-    return;
-  }
+  if (labels_.add(part.source, part.head, facts, variable)) return;
+  source.unusable =
+      fmt::format("a value of {} has one label in {} and another in {}; make them the same",
+                  excerpt(variable.name), parts_.front().source.label, part.source.label);
 }
 
 std::unique_ptr<TypedRows> StatCases::openRows(const CaseRequest& request) {

@@ -55,11 +55,10 @@ class StatRows final : public TypedRows {
 StatRows::StatRows(const std::vector<StatPart>& parts, const std::vector<TypedColumnFacts>& columns,
                    const CaseRequest& request, ProgressCallback progress)
     : parts_(parts), columns_(columns), progress_(std::move(progress)) {
-  using Name = ColumnType::Name;
   for (const ColumnRequest& each : request.columns) {
     Wanted& wanted = wanted_.emplace_back();
     wanted.column = each.column;
-    wanted.asCount = each.type.name == Name::kNumber || each.type.name == Name::kInteger;
+    wanted.asCount = each.type.asCount;
   }
   for (const StatPart& part : parts_) allBytes_ += part.bytes;
 }

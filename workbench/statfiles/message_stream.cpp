@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 #include <utility>
 
 #include "workbench/values/data_error.h"
@@ -100,8 +101,13 @@ std::unique_ptr<WorkerProcess> startReading(const StatSource& source, bool cases
   const ReadingOrder order{source.format, file.descriptor(), file.size(), cases,
                            std::move(columns)};
   const auto patience = static_cast<unsigned>(kPatience + file.size() / kBytesOfASecond);
-  return std::make_unique<WorkerProcess>([&order](int output) { readByLibrary(order, output); },
-                                         patience);
+  try {
+    return std::make_unique<WorkerProcess>([&order](int output) { readByLibrary(order, output); },
+                                           patience);
+  } catch (const std::system_error& error) {
+    throw DataError(fmt::format("{}: the process that is to read it cannot be started ({}).",
+                                source.label, error.code().message()));
+  }
 }
 
 MessageStream::MessageStream(const StatSource& source, const StatHead* head,

@@ -16,9 +16,10 @@
 namespace workbench {
 namespace {
 
-/// More than any of the formats can have.
-constexpr size_t kMostColumns = 1 << 20;
-constexpr size_t kMostLabels = 1 << 24;
+/// Of all names and labels; each counts with what holds it. A small file can have many, all of them
+/// in the same place.
+constexpr size_t kMostBytes = size_t{128} << 20;
+constexpr size_t kBytesOfAText = 48;
 
 /// What a file says of itself, put together from messages.
 class HeadReader {
@@ -63,7 +64,6 @@ class HeadReader {
     column.isText = reader.get<uint8_t>() != 0;
     if (!column.isText) column.unit = unitOf(source_.format, format);
     if (source_.format != StatFormat::kDta) column.labelSet = catalogueName(column.labelSet);
-    if (head_.columns.size() > kMostColumns) throw wire::Malformed();
   }
 
   void takeLabel(wire::Reader& reader) {
@@ -77,7 +77,6 @@ class HeadReader {
     }
     label.text = text(reader);
     label.label = text(reader);
-    if (++labels_ > kMostLabels) throw wire::Malformed();
     head_.labels[set].push_back(std::move(label));
   }
 
@@ -92,6 +91,13 @@ class HeadReader {
           "--encoding.",
           source_.label, head_.encoding.empty() ? "UTF-8" : head_.encoding, excerpt(bytes)));
     }
+    bytes_ += decoded.size() + kBytesOfAText;
+    if (bytes_ > kMostBytes) {
+      throw DataError(
+          fmt::format("{}: its names and labels take more memory than they may: the file is "
+                      "damaged, or has to be exported without labels.",
+                      source_.label));
+    }
     return std::string(decoded);
   }
 
@@ -100,7 +106,7 @@ class HeadReader {
   StatHead head_;
   std::optional<TextDecoder> decoder_;
   std::string scratch_;
-  size_t labels_ = 0;
+  size_t bytes_ = 0;
 };
 
 }  // namespace

@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"a.csv", "Straße,x,STRASSE\n1,2,3\n", ", line 1: columns 1 and 3 are named"},
         BadFile{"a.xlsx", "x", ": this ending is not known. Files that are read: .csv"},
         BadFile{"a", "x", ": this ending is not known"},
-        BadFile{"a.sas7bdat", "x", ": this ending is not known"},
+        BadFile{"a.xlsx", "x", ": this ending is not known"},
         BadFile{"a.parquet", "no parquet", ":"}, BadFile{"a.parquet", "", ": the file is empty"},
         BadFile{"a.json", "{\"a\":", ":"}, BadFile{"a.csv.gz", "no gzip", ":"}));
 
