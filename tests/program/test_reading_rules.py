@@ -195,11 +195,22 @@ class ReadingRules(ProgramTest):
         self.write("d.csv.gz", gzip.compress(data, 1))
         ways = {"plain": (["d.csv", *options], b""), "compressed": (["d.csv.gz", *options], b""), "standard input": (["-", *options], data),
                 "counted": (["d.csv", "--collapse", "always", *options], b""), "not counted": (["d.csv", "--collapse", "never", *options], b"")}
+        if encoded := self.encoded(data, generator):
+            ways["encoded"] = (["encoded.csv", "--encoding", encoded, *options], b"")
         if whole and given == delimiter and len(records) > 2:
             ways["parts"] = (self.parts(records, generator, delimiter) + options, b"")
         if columns and not rules.user_missing and generator.random() < .1:
             ways["parquet"] = (self.parquet(columns, generator), b"")
-        self.check(seed, expected, refusal, ways, ("plain", "compressed", "standard input"))
+        self.check(seed, expected, refusal, ways, ("plain", "compressed", "standard input", "encoded"))
+
+    def encoded(self, data, generator):
+        """Writes the same text in another encoding; its name, or nothing where there is none."""
+        encoding = generator.choice(("UTF-16", "UTF-16LE", "UTF-32BE", "ISO-8859-1", "windows-1252", "GB18030"))
+        try:
+            self.write("encoded.csv", data.decode("utf-8-sig").encode(encoding))
+        except UnicodeError:
+            return None
+        return encoding
 
     def parquet(self, columns, generator):
         """The same values from a typed source, in one file or in two."""

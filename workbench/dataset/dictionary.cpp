@@ -11,6 +11,7 @@
 #include "workbench/dataset/value_text.h"
 #include "workbench/dataset/variable.h"
 #include "workbench/text/nearest.h"
+#include "workbench/text/text_fold.h"
 #include "workbench/values/data_error.h"
 #include "workbench/values/extended_missing.h"
 #include "workbench/values/field.h"
@@ -69,7 +70,11 @@ std::vector<std::pair<std::string, double>> codesOf(const std::vector<std::strin
     if (!contains(missing, text)) codes.emplace_back(text, code++);
   }
   code = 0.0;
-  for (const Entry& each : missing) codes.emplace_back(std::string(trimmed(each.text)), code--);
+  std::set<std::string_view> known;
+  for (const Entry& each : missing) {
+    const std::string_view text = trimmed(each.text);
+    if (known.insert(text).second) codes.emplace_back(std::string(text), code--);
+  }
   return codes;
 }
 
@@ -101,16 +106,21 @@ Dictionary::Dictionary(Dictionary&&) noexcept = default;
 Dictionary& Dictionary::operator=(Dictionary&&) noexcept = default;
 
 Dictionary::Dictionary(const std::string& file, char decimal)
-    : file_(file), decimal_(decimal), fields_(readDictionary(file)) {}
+    : file_(file), decimal_(decimal), fields_(readDictionary(file)) {
+  for (const auto& [name, field] : fields_) folded_.emplace(foldCase(name), field.get());
+}
 
 const DictionaryField* Dictionary::find(const std::string& name) const {
-  const auto found = fields_.find(name);
-  return found == fields_.end() ? nullptr : found->second.get();
+  if (const auto found = fields_.find(name); found != fields_.end()) return found->second.get();
+  const auto alike = folded_.find(foldCase(name));
+  return alike == folded_.end() ? nullptr : alike->second;
 }
 
 void Dictionary::refuseUnknown(const std::vector<std::string>& names) const {
+  std::set<const DictionaryField*> known;
+  for (const std::string& name : names) known.insert(find(name));
   for (const auto& [name, field] : fields_) {
-    if (std::find(names.begin(), names.end(), name) != names.end()) continue;
+    if (known.count(field.get()) > 0) continue;
     const std::string guess = nearest(name, names);
     refuseDictionary(file_, field->place + "/name",
                      fmt::format("the data have no variable '{}'{}", name,

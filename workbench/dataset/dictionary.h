@@ -44,6 +44,7 @@ class Dictionary {
   Variable variable(Variable variable, const ColumnType& type) const;
 
  private:
+  /// As everywhere the case of letters does not matter, but an exact match wins.
   const DictionaryField* find(const std::string& name) const;
   std::optional<double> valueOf(const Variable& variable, const std::string& text) const;
   /// Values that got a label.
@@ -57,6 +58,7 @@ class Dictionary {
   std::string file_;
   char decimal_ = '.';
   std::map<std::string, std::unique_ptr<DictionaryField>> fields_;
+  std::map<std::string, const DictionaryField*> folded_;  // by folded names
 };
 
 }  // namespace workbench

@@ -234,6 +234,21 @@ TEST(Dictionary, MayHave64MiB) {
   EXPECT_TRUE(has(refusal(path), "a.schema.json: the dictionary is larger than 64 MiB"));
 }
 
+TEST(Dictionary, NamesVariablesInAnyCase) {
+  const DataFolder folder;
+  folder.write("a.schema.json", R"({"fields":[{"name":"Smoker","missingValues":["9"]},)"
+                                R"({"name":"AGE","title":"Any"},{"name":"age","title":"Age"}]})");
+  DataOptions options = dataOptions(folder.write("a.csv", "smoker,age\n1,5\n9,6\n"));
+  const auto data = openDataset(options);
+  casesOf(*data);
+  EXPECT_EQ(data->declaration(0).missingNumbers, (std::vector<double>{9}));
+  EXPECT_EQ(data->declaration(1).label, "Age") << "an exact match wins";
+  options.schema = folder.path("a.schema.json");
+  EXPECT_TRUE(has(refusal(options), "/fields/1/name: the data have no variable 'AGE'"));
+  options.schema = folder.write("b.json", R"({"fields":[{"name":"SMOKER"}]})");
+  EXPECT_EQ(refusal(options), "");
+}
+
 TEST(Dictionary, MayNotBeNestedWithoutEnd) {
   const DataFolder folder;
   const std::string path = folder.write("a.csv", "x\n1\n");
