@@ -78,8 +78,7 @@ void CellTexts::settleDecimals() {
     if (entry.format != BpFormatSpec::Kind::kGeneralStat || !isPlainNumber(entry.value)) continue;
     const double size = std::fabs(entry.value);
     if (size < kSmallestFixed) continue;
-    int& decimals =
-        columns_[place_[static_cast<size_t>(table_.leafOf(cell, dimension_) + 1)]].decimals;
+    int& decimals = columns_[columnPosition(cell)].decimals;
     decimals = std::max(decimals, decimalsFor(size, kFewestDecimals, kMostDecimals));
   }
   for (Column& column : columns_) {
@@ -88,7 +87,12 @@ void CellTexts::settleDecimals() {
 }
 
 const CellTexts::Column& CellTexts::columnOf(size_t cell) const {
-  return columns_[place_[static_cast<size_t>(table_.leafOf(cell, dimension_) + 1)]];
+  return columns_[columnPosition(cell)];
+}
+
+size_t CellTexts::columnPosition(size_t cell) const {
+  const int32_t leaf = table_.leafOf(cell, dimension_);
+  return place_[leaf < 0 ? 0 : static_cast<size_t>(leaf) + 1];
 }
 
 std::string CellTexts::operator()(size_t cell) const {

@@ -30,6 +30,7 @@ class CellTexts {
   };
 
   const Column& columnOf(size_t cell) const;
+  size_t columnPosition(size_t cell) const;
   void findColumns(const RenderOptions& options);
   void settleDecimals();
 
