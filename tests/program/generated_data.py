@@ -22,7 +22,7 @@ NAMES = ["a", "b", "c", "d", "\u00e4", "x y", "n,1", "2", "\"q\"", "e\nf", "id",
 
 
 def moments(random):
-    text = random.choice(DATES[:2] + DATES[4:] + ODD_DATES[:2]) + random.choice("T  T_") + random.choice(TIMES + ODD_TIMES[:2])
+    text = random.choice(DATES * 3 + ODD_DATES[:2]) + random.choice("T  T_") + random.choice(TIMES + ODD_TIMES[:2])
     return text + (random.choice(ZONES) if random.random() < .5 else "")
 
 

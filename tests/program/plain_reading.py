@@ -7,6 +7,7 @@ with the lines that a message may name.
 
 import dataclasses
 import datetime
+import fractions
 import json
 import math
 import re
@@ -113,6 +114,11 @@ def moment_of(text):
     return "zoned", day * DAY + clock - (offset if sign == "+" else -offset)
 
 
+def told_by_seconds(microseconds):
+    """Whether the nearest double of the seconds leads back to the microsecond."""
+    return round(fractions.Fraction(float(fractions.Fraction(microseconds, 1_000_000))) * 1_000_000) == microseconds
+
+
 @dataclasses.dataclass
 class Value:
     """A text by itself."""
@@ -143,7 +149,7 @@ def value_of(text, rules, column, numbers=True):
         if found is not None:
             return Value(text, kind, found, listed=listed)
     if (moment := moment_of(text)) is not None:
-        return Value(text, moment[0], moment[1], listed=listed)
+        return Value(text, moment[0], moment[1], told_by_seconds(moment[1]), listed=listed)
     return Value(text, "text", listed=listed)
 
 

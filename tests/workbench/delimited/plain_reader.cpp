@@ -214,7 +214,7 @@ std::vector<std::string> PlainTable::column(size_t position, const FieldRules& r
       std::string text = records[i].fields[position];
       while (!text.empty() && text.back() == ' ') text.pop_back();
       shown.push_back('[' + text + ']');
-    } else if (values[i].flaw == NumberFlaw::kOverflow) {
+    } else if (values[i].flaw != NumberFlaw::kNone) {
       return {"refused", std::to_string(records[i].line)};
     } else {
       shown.push_back(shownNumber(values[i].number));
