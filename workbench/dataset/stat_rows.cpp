@@ -74,7 +74,7 @@ void StatRows::openPart() {
     wanted.place = static_cast<size_t>(known - read.begin());
     if (known == read.end()) read.push_back(place);
   }
-  reader_ = std::make_unique<StatCaseReader>(part.source, part.head, std::move(read));
+  reader_ = std::make_unique<StatCaseReader>(part.source, part.head, read);
 }
 
 bool StatRows::next() {

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -95,7 +96,8 @@ class Reading {
   int endCase();
   bool flush();
   void sendProblem(Problem problem, size_t column, std::string_view detail);
-  bool endIsRight();
+  std::optional<Problem> problemAtEnd() const;
+  std::optional<Problem> problemOfTransportFile() const;
   bool labelsEndRight() const;
 
   const ReadingOrder& order_;
@@ -126,7 +128,9 @@ void Reading::run() {
     sendProblem(Problem::kSeveralDataSets, 0, {});
   } else if (error != READSTAT_OK) {
     sendProblem(problemOf(error), 0, orEmpty(readstat_error_message(error)));
-  } else if (endIsRight() && flush()) {
+  } else if (const std::optional<Problem> problem = problemAtEnd()) {
+    sendProblem(*problem, 0, {});
+  } else if (flush()) {
     wire::Writer message;
     message.put(cases_);
     sender_.send(wire::Kind::kEnd, message);
@@ -376,31 +380,32 @@ void Reading::sendProblem(Problem problem, size_t column, std::string_view detai
 }
 
 /// What the library passes over in silence.
-bool Reading::endIsRight() {
-  Problem problem = Problem::kDamaged;
-  bool right = true;
-  if (order_.format == StatFormat::kXport) {
-    const uint64_t used = dataStart_ + cases_ * caseBytes_;
-    const std::string rest = bytes_.tail(used, kXportRecord + static_cast<size_t>(caseBytes_));
-    if (order_.size % kXportRecord != 0) {
-      right = false;
-      problem = Problem::kCutOff;
-    } else if (order_.cases && rest.find_first_not_of(' ') != std::string::npos) {
-      right = false;
-      problem = Problem::kCutOff;
-    } else if (order_.cases && caseBytes_ > 0 && rest.size() >= kXportRecord) {
-      right = false;
-      problem = Problem::kBlankCases;
+std::optional<Problem> Reading::problemAtEnd() const {
+  switch (order_.format) {
+    case StatFormat::kXport:
+      return problemOfTransportFile();
+    case StatFormat::kSas7bdat: {
+      const uint64_t unread = order_.size - std::min(order_.size, bytes_.readUntil());
+      const bool wrapped = order_.cases && order_.size >= kManyCases && unread >= order_.size / 4;
+      return wrapped ? std::optional(Problem::kTooManyCases) : std::nullopt;
     }
-  } else if (order_.format == StatFormat::kSas7bdat && order_.cases) {
-    right = order_.size < kManyCases || order_.size - bytes_.readUntil() < order_.size / 4;
-    problem = Problem::kTooManyCases;
-  } else if (order_.format == StatFormat::kDta && !order_.cases) {
-    right = labelsEndRight();
-    problem = Problem::kLabels;
+    case StatFormat::kDta:
+      return order_.cases || labelsEndRight() ? std::nullopt : std::optional(Problem::kLabels);
+    case StatFormat::kCatalogue:
+      break;
   }
-  if (!right) sendProblem(problem, 0, {});
-  return right;
+  return std::nullopt;
+}
+
+/// Cases end where no whole one is left; what is left has to be filling.
+std::optional<Problem> Reading::problemOfTransportFile() const {
+  if (order_.size % kXportRecord != 0) return Problem::kCutOff;
+  if (!order_.cases) return std::nullopt;
+  const uint64_t used = dataStart_ + cases_ * caseBytes_;
+  const std::string rest = bytes_.tail(used, kXportRecord + static_cast<size_t>(caseBytes_));
+  if (rest.find_first_not_of(' ') != std::string::npos) return Problem::kCutOff;
+  if (caseBytes_ > 0 && rest.size() >= kXportRecord) return Problem::kBlankCases;
+  return std::nullopt;
 }
 
 /// The value labels at the end of the file are read until something else comes: the end of their

@@ -121,7 +121,7 @@ StatHead readStatHead(const StatSource& source) {
 }
 
 StatCaseReader::StatCaseReader(const StatSource& source, const StatHead& head,
-                               std::vector<size_t> columns)
+                               const std::vector<size_t>& columns)
     : StatCaseReader(
           source, head, columns,
           std::make_unique<MessageStream>(source, &head, startReading(source, true, columns))) {}

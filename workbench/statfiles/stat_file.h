@@ -61,7 +61,8 @@ StatHead readStatHead(const StatSource& source);
 class StatCaseReader {
  public:
   /// `columns` are positions in the head, each once. The source and the head outlive the reader.
-  StatCaseReader(const StatSource& source, const StatHead& head, std::vector<size_t> columns);
+  StatCaseReader(const StatSource& source, const StatHead& head,
+                 const std::vector<size_t>& columns);
   /// The same from messages that somebody sends.
   StatCaseReader(const StatSource& source, const StatHead& head, std::vector<size_t> columns,
                  std::unique_ptr<MessageStream> messages);
