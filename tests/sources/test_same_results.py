@@ -12,6 +12,7 @@ from cluster import Cluster
 from engine import execute
 from program import ProgramTest
 from servers import MariaDb, Postgres
+from spider import Spider
 
 ODBC_SQLITE = "odbc:DRIVER=SQLite3;Database=d.sqlite"
 
@@ -29,6 +30,9 @@ class SameResults(ProgramTest):
         cls.cluster = Cluster()
         cls.addClassCleanup(cls.cluster.stop)
         cls.cluster.fill(cls.made)
+        cls.spider = Spider()
+        cls.addClassCleanup(cls.spider.stop)
+        cls.spider.fill(cls.made)
 
     def setUp(self):
         super().setUp()
@@ -38,7 +42,7 @@ class SameResults(ProgramTest):
         execute([f"CREATE TABLE d ({data.declared(data.POSTGRES).replace(' NUMERIC,', ' NUMERIC(10, 2),').replace('dw NUMERIC', 'dw NUMERIC(10, 2)')})",
                  data.inserts(self.made), f"COPY d TO '{self.folder}/d.parquet'"])
         self.sources = {"Parquet": ("d.parquet",), "SQLite": (ODBC_SQLITE,)}
-        for name, server in (("PostgreSQL", self.postgres), ("MariaDB", self.mariadb), ("two servers", self.cluster)):
+        for name, server in (("PostgreSQL", self.postgres), ("MariaDB", self.mariadb), ("two servers", self.cluster), ("Spider", self.spider)):
             self.write(name + ".password", server.password + "\n")
             self.sources[name] = (server.data(), "--password-file", name + ".password", "--table", "d")
 

@@ -60,7 +60,7 @@ std::optional<std::string> countingStatement(const Dialect& dialect, const Selec
   for (const SelectedColumn& selected : selection.columns) {
     std::string group = dialect.grouped(*selected.column);
     if (group.empty()) return std::nullopt;
-    values.push_back(shown(dialect, selected));
+    values.push_back(dialect.anyOf(*selected.column, shown(dialect, selected)));
     groups.push_back(std::move(group));
   }
   std::vector<std::string> sums = {"COUNT(*)"};

@@ -21,6 +21,7 @@ std::string plainGrouped(const ServerColumn& column) {
   const bool isText = column.kind == ServerKind::kText || column.kind == ServerKind::kEnumeration;
   return isText ? "" : column.quoted;
 }
+std::string plainAnyOf(const ServerColumn&, const std::string& shown) { return shown; }
 std::string plainFloor(const std::string& number) { return fmt::format("FLOOR({})", number); }
 std::string plainOddWeight(const ServerColumn& column) {
   if (column.floating || (column.digits > 0 && column.digits <= kExactDigits)) return "";
@@ -33,6 +34,11 @@ std::string plainSum(const std::string& number) { return fmt::format("SUM({})", 
 // PostgreSQL. Collations are deterministic, which is bytewise as far as equality goes, unless
 // somebody has made one that is not: then the columns are marked as not plain.
 
+std::string postgresText(const ServerColumn& column) {
+  if (column.plainText) return column.quoted;
+  return fmt::format("CAST({} AS TEXT) COLLATE \"C\"", column.quoted);
+}
+
 std::string postgresShown(const ServerColumn& column, bool asText) {
   switch (column.kind) {
     case ServerKind::kNumber:
@@ -42,7 +48,7 @@ std::string postgresShown(const ServerColumn& column, bool asText) {
       return column.floating || asText ? fmt::format("CAST({} AS TEXT)", column.quoted)
                                        : column.quoted;
     case ServerKind::kText:
-      return column.plainText ? column.quoted : fmt::format("CAST({} AS TEXT)", column.quoted);
+      return postgresText(column);
     case ServerKind::kTime:
       if (column.typeName != "timetz") break;
       return fmt::format("CAST(CAST({} AT TIME ZONE 'UTC' AS TIME) AS TEXT)", column.quoted);
@@ -53,8 +59,7 @@ std::string postgresShown(const ServerColumn& column, bool asText) {
 }
 
 std::string postgresGrouped(const ServerColumn& column) {
-  if (column.kind != ServerKind::kText || column.plainText) return column.quoted;
-  return fmt::format("CAST({} AS TEXT) COLLATE \"C\"", column.quoted);
+  return column.kind == ServerKind::kText ? postgresText(column) : column.quoted;
 }
 
 std::string postgresOddWeight(const ServerColumn& column) {
@@ -71,7 +76,7 @@ std::string postgresSoundWeight(const ServerColumn& column) {
 // MariaDB, and the server that it came from.
 
 std::string mariaText(const ServerColumn& column) {
-  return fmt::format("CONVERT({} USING utf8mb4) COLLATE utf8mb4_bin", column.quoted);
+  return fmt::format("CONVERT({} USING utf8mb4)", column.quoted);
 }
 
 std::string mariaShown(const ServerColumn& column, bool asText) {
@@ -91,8 +96,14 @@ std::string mariaShown(const ServerColumn& column, bool asText) {
   return fmt::format("CAST({} AS CHAR)", column.quoted);
 }
 
+/// By its bytes, spelt out: engines that group at other servers lose a collation on the way.
 std::string mariaGrouped(const ServerColumn& column) {
-  return column.kind == ServerKind::kText ? mariaText(column) : column.quoted;
+  if (column.kind != ServerKind::kText) return column.quoted;
+  return fmt::format("HEX({})", mariaText(column));
+}
+
+std::string mariaAnyOf(const ServerColumn& column, const std::string& shown) {
+  return column.kind == ServerKind::kText ? fmt::format("MIN({})", shown) : shown;
 }
 
 std::string mariaOddWeight(const ServerColumn& column) {
@@ -156,6 +167,7 @@ Dialect plainDialect() {
   dialect.settle = plainSettle;
   dialect.shown = plainShown;
   dialect.grouped = plainGrouped;
+  dialect.anyOf = plainAnyOf;
   dialect.floor = plainFloor;
   dialect.sum = plainSum;
   dialect.oddWeight = plainOddWeight;
@@ -196,6 +208,7 @@ Dialect maria(std::string_view server) {
                   .backslashes = Backslashes::kInAll};
   dialect.shown = mariaShown;
   dialect.grouped = mariaGrouped;
+  dialect.anyOf = mariaAnyOf;
   dialect.oddWeight = mariaOddWeight;
   return dialect;
 }

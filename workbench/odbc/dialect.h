@@ -34,6 +34,8 @@ struct Dialect {
   /// What to group by so that values that differ, byte for byte in texts, stay apart; empty when
   /// there is nothing.
   std::string (*grouped)(const ServerColumn& column) = nullptr;
+  /// Of the cases of a group, in which what was `shown` is the same, one value.
+  std::string (*anyOf)(const ServerColumn& column, const std::string& shown) = nullptr;
   /// Of a number above 0 the largest whole number that is not larger.
   std::string (*floor)(const std::string& number) = nullptr;
   std::string (*sum)(const std::string& number) = nullptr;
