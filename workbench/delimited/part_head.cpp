@@ -219,7 +219,7 @@ PartHead readHead(TextStream& text, const std::string& label, char delimiter, ch
   for (size_t i = 0; i < split.fields(0); ++i) {
     const uint32_t begin = positions[i] + 1;
     const std::string_view field = header.substr(begin, positions[i + 1] - begin);
-    const size_t end = field.find_last_not_of("\r");
+    const size_t end = field.find_last_not_of('\r');
     const std::string_view name = fieldText(field.substr(0, end + 1), buffer);
     const size_t first = name.find_first_not_of(" \t");
     found.names.emplace_back(first == std::string_view::npos

@@ -8,7 +8,7 @@ namespace {
 class Lanes {
  public:
   explicit Lanes(const char* data) {
-    for (int i = 0; i < 4; ++i) {
+    for (size_t i = 0; i < 4; ++i) {
       part_[i] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + 16 * i));
     }
   }
