@@ -56,6 +56,9 @@ def is_user_missing(kind, value, texts):
         if kind == "text":
             if value == text.rstrip(" "):
                 return True
+        elif kind == "boolean":
+            if text.lower() == ("true" if value else "false") or text == str(int(value)):
+                return True
         elif kind == "number" and (number := plain_reading.number_of(text, ".")) is not None and number[:2] == (value, True):
             return True
     return False
