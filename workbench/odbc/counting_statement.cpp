@@ -14,7 +14,7 @@ std::string shown(const Dialect& dialect, const SelectedColumn& selected) {
 struct WeightTerms {
   WeightTerms(const Dialect& dialect, const ServerColumn& column)
       : number(column.floating ? column.quoted
-                               : fmt::format("CAST({} AS {})", column.quoted, dialect.doubleType)),
+                               : fmt::format(fmt::runtime(dialect.asDouble), column.quoted)),
         sound(dialect.soundWeight(column)),
         odd(dialect.oddWeight(column)),
         rounded(fmt::format("CASE WHEN {0} >= 0.5{1} THEN {2} END", number, sound,

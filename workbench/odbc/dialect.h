@@ -24,7 +24,7 @@ struct Dialect {
   bool marked = false;  ///< values begin with a ValueMark
   bool cursor = false;  ///< many rows come by a cursor, lest the driver hold them all
   bool limit = false;   ///< LIMIT is understood
-  std::string_view doubleType = "DOUBLE PRECISION";
+  const char* asDouble = "CAST({} AS DOUBLE PRECISION)";  ///< a number in binary, as fmt has it
   ScanRules scan = ScanRules::unknown();
 
   /// The column's kind, after the driver's types were looked at.
