@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "workbench/odbc/server_error.h"
@@ -77,7 +78,7 @@ class ServerStatement {
 
   std::vector<ResultColumn> columns() const;
   /// To be called before the first fetch: numbers of these columns come as they are in memory.
-  void asDoubles(const std::vector<bool>& columns) { asDoubles_ = columns; }
+  void asDoubles(std::vector<bool> columns) { asDoubles_ = std::move(columns); }
   /// False after the last row. Throws as run.
   bool fetch();
   size_t columnCount() const { return values_.size(); }
