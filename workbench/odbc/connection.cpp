@@ -1,6 +1,7 @@
 #include "workbench/odbc/connection.h"
 
 #include <array>
+#include <bit>
 
 #include "workbench/odbc/connection_text.h"
 #include "workbench/odbc/utf16.h"
@@ -11,9 +12,10 @@ namespace {
 
 constexpr SQLULEN kLoginSeconds = 15;
 
+/// Whole numbers go to the driver manager where it takes pointers.
 template <typename Value>
 SQLPOINTER asPointer(Value value) {
-  return reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(value));
+  return std::bit_cast<SQLPOINTER>(static_cast<SQLULEN>(value));
 }
 
 SQLHENV newEnvironment() {
