@@ -141,6 +141,7 @@ class Waiting(Servers):
             while not self.active(server) and time.monotonic() < end:
                 time.sleep(0.1)
             self.assertTrue(self.active(server), name)
+            time.sleep(1)  # for a line of progress
             begun = time.monotonic()
             running.send_signal(signal.SIGINT)
             out, err = running.communicate(timeout=30)
