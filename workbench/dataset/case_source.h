@@ -102,9 +102,6 @@ class CaseSource {
   /// nothing.
   virtual std::string cost() const { return {}; }
 
-  /// Stops what is running and all that follows; may be called from a signal handler.
-  virtual void requestInterrupt() = 0;
-  virtual bool interruptRequested() const = 0;
   virtual void setProgress(ProgressCallback callback) = 0;
   /// Throws DataError when what was read is not what is there now.
   virtual void refuseChanged() const {}

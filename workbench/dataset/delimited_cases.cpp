@@ -40,10 +40,6 @@ class DelimitedCaseSource final : public CaseSource {
   void forEachBlock(const CaseRequest& request,
                     const std::function<void(const CaseBlock&)>& take) override;
   std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
-  void requestInterrupt() override { interrupted_ = true; }
-  bool interruptRequested() const override {
-    return interrupted_ || (watched_ != nullptr && *watched_);
-  }
   void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
 
  private:
@@ -61,8 +57,7 @@ class DelimitedCaseSource final : public CaseSource {
                            std::string_view text, const std::string& why) const;
 
   DataFiles files_;
-  const std::atomic<bool>* watched_;
-  std::atomic<bool> interrupted_{false};
+  const std::atomic<bool>* interrupted_;
   ProgressCallback progress_;
   std::unique_ptr<DelimitedData> data_;
   std::vector<SourceVariable> variables_;
@@ -74,7 +69,7 @@ DelimitedCaseSource::DelimitedCaseSource(const DataFiles& files, const TextLayou
                                          const FieldRules& rules,
                                          const std::atomic<bool>* interrupted)
     : files_(files),
-      watched_(interrupted),
+      interrupted_(interrupted),
       data_(std::make_unique<DelimitedData>(optionsFor(layout, rules))) {
   for (size_t i = 0; i < data_->names().size(); ++i) {
     if (data_->names()[i].empty()) continue;  // nobody could name it
@@ -97,7 +92,7 @@ DelimitedOptions DelimitedCaseSource::optionsFor(const TextLayout& layout,
   if (options.delimiter == 0 && files_.format == FileFormat::kTabbed) options.delimiter = '\t';
   options.rules = rules;
   options.encoding = layout.encoding;
-  options.interrupted = watched_;
+  options.interrupted = interrupted_;
   return options;
 }
 

@@ -125,8 +125,6 @@ class EngineCases final : public TypedCases {
   std::vector<std::string> statements(const CaseRequest& request) const override {
     return {EngineRows::sqlOf(*relation_, columns(), request)};
   }
-  void requestInterrupt() override { relation_->engine().requestInterrupt(); }
-  bool interruptRequested() const override { return relation_->engine().interruptRequested(); }
   void setProgress(ProgressCallback callback) override {
     relation_->engine().setProgress(std::move(callback));
   }

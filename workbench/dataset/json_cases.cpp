@@ -296,10 +296,6 @@ class JsonCases final : public CaseSource {
   void forEachBlock(const CaseRequest& request,
                     const std::function<void(const CaseBlock&)>& take) override;
   std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
-  void requestInterrupt() override { interrupted_ = true; }
-  bool interruptRequested() const override {
-    return interrupted_ || (watched_ != nullptr && *watched_);
-  }
   void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
   void refuseChanged() const override {
     for (const auto& input : inputs_) input->refuseChanged();
@@ -313,8 +309,7 @@ class JsonCases final : public CaseSource {
 
   DataFiles files_;
   FieldRules rules_;
-  const std::atomic<bool>* watched_;
-  std::atomic<bool> interrupted_{false};
+  const std::atomic<bool>* interrupted_;
   ProgressCallback progress_;
   std::vector<std::unique_ptr<ByteInput>> inputs_;
   std::vector<SourceVariable> variables_;  // of the records, then of the paths
@@ -323,10 +318,10 @@ class JsonCases final : public CaseSource {
 };
 
 JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted)
-    : files_(files), rules_(std::move(rules)), watched_(interrupted) {
+    : files_(files), rules_(std::move(rules)), interrupted_(interrupted) {
   NameCollector names;
   for (size_t i = 0; i < files_.files.size(); ++i) {
-    inputs_.push_back(openInput(files_.files[i].path, files_.files[i].label, watched_));
+    inputs_.push_back(openInput(files_.files[i].path, files_.files[i].label, interrupted_));
     names.beginFile(files_.files[i].label);
     walk(i, names);
     names.endFile();
@@ -368,7 +363,7 @@ void JsonCases::beginPart(std::vector<SpelledColumn>& columns, size_t file) cons
 }
 
 void JsonCases::report(int64_t cases) const {
-  if (interruptRequested()) throw Interrupted();
+  throwIfSet(interrupted_);
   if (progress_) progress_(-1.0, cases);
 }
 

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <atomic>
 #include <charconv>
 #include <optional>
 #include <utility>
@@ -127,7 +126,7 @@ class CombinationTotals {
 class ServerCases final : public CaseSource {
  public:
   ServerCases(ServerOptions options, const FieldRules& rules) : rules_(rules) {
-    watched_ = std::move(options.isInterrupted);
+    interrupted_ = std::move(options.isInterrupted);
     options.isInterrupted = [this] { return lookUp(); };
     relation_ = std::make_unique<ServerRelation>(options);
     if (!rules_.missingGiven) rules_.missingTexts.clear();
@@ -143,8 +142,6 @@ class ServerCases final : public CaseSource {
                     const std::function<void(const CaseBlock&)>& take) override;
   std::vector<std::string> statements(const CaseRequest& request) const override;
   std::string cost() const override;
-  void requestInterrupt() override { interrupted_ = true; }
-  bool interruptRequested() const override { return interrupted_ || (watched_ && watched_()); }
   void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
 
  private:
@@ -161,11 +158,10 @@ class ServerCases final : public CaseSource {
   void showProgress();
 
   FieldRules rules_;
-  std::function<bool()> watched_;
+  std::function<bool()> interrupted_;
   std::unique_ptr<ServerRelation> relation_;
   std::vector<SourceVariable> variables_;
   std::vector<SpelledColumn> understood_;  // of the last read
-  std::atomic<bool> interrupted_{false};
   ProgressCallback progress_;
   int64_t rowsNow_ = 0;  // of the statement that runs
   int64_t rows_ = 0;
@@ -179,7 +175,7 @@ void ServerCases::showProgress() {
 /// Called while the server is waited for.
 bool ServerCases::lookUp() {
   showProgress();
-  return interruptRequested();
+  return interrupted_ && interrupted_();
 }
 
 void ServerCases::reckon(const ServerRows& rows) {

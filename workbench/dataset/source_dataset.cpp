@@ -273,7 +273,8 @@ const OddText* SourceDataset::oddText(VarIndex index) const {
 }
 
 bool SourceDataset::mayContinue() {
-  if (source_->interruptRequested()) fail(Interrupted().what());
+  const std::atomic<bool>* interrupted = workspace_.watched();
+  if (interrupted != nullptr && *interrupted) fail(Interrupted().what());
   return !failed_;
 }
 

@@ -52,12 +52,6 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   /// A list or a structure, say.
   std::string unusableBecause(VarIndex index) const override;
 
-  /// Makes the read that is under way, and all later ones, fail. May be called from a signal
-  /// handler.
-  void requestInterrupt() {
-    source_->requestInterrupt();
-    workspace_.requestInterrupt();
-  }
   void setProgress(const ProgressCallback& callback) {
     source_->setProgress(callback);
     workspace_.setProgress(callback);

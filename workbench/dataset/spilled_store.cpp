@@ -14,7 +14,8 @@
 namespace workbench {
 namespace {
 
-/// Runs a statement that leaves a table behind; unlike Database::execute it can be interrupted.
+/// Runs a statement that leaves a table behind; unlike Database::execute it ends when it is
+/// interrupted.
 void run(Database& database, const std::string& sql) {
   Query query(database, sql);
   while (query.fetch()) {

@@ -48,10 +48,6 @@ class StatCases final : public TypedCases {
 
   const std::string& label() const override { return files_.label; }
   std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
-  void requestInterrupt() override { interrupted_ = true; }
-  bool interruptRequested() const override {
-    return interrupted_ || (watched_ != nullptr && *watched_);
-  }
   void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
   void refuseChanged() const override {
     for (const FileStamp& stamp : stamps_) stamp.refuseChanged();
@@ -67,8 +63,7 @@ class StatCases final : public TypedCases {
   std::unique_ptr<TypedRows> openRows(const CaseRequest& request) override;
 
   DataFiles files_;
-  const std::atomic<bool>* watched_;
-  std::atomic<bool> interrupted_{false};
+  const std::atomic<bool>* interrupted_;
   ProgressCallback progress_;
   std::vector<FileStamp> stamps_;
   std::vector<StatPart> parts_;
@@ -77,7 +72,7 @@ class StatCases final : public TypedCases {
 
 StatCases::StatCases(const DataFiles& files, const std::string& encoding, const FieldRules& rules,
                      const std::atomic<bool>* interrupted)
-    : TypedCases(rules), files_(files), watched_(interrupted) {
+    : TypedCases(rules), files_(files), interrupted_(interrupted) {
   parts_.reserve(files_.files.size());
   for (const DataFile& file : files_.files) open(file, encoding);
   declare();
@@ -87,8 +82,7 @@ StatCases::StatCases(const DataFiles& files, const std::string& encoding, const 
 void StatCases::open(const DataFile& file, const std::string& encoding) {
   stamps_.emplace_back(file.path, file.label);
   StatPart& part = parts_.emplace_back();
-  part.source = {statFormat(files_.format), file.path, file.label, encoding,
-                 [this] { return interruptRequested(); }};
+  part.source = {statFormat(files_.format), file.path, file.label, encoding, interrupted_};
   std::error_code ignored;
   part.bytes = std::filesystem::file_size(file.path, ignored);
   part.head = readStatHead(part.source);

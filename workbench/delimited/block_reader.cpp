@@ -88,7 +88,7 @@ void BlockReader::skipHeader(uint64_t bytes) {
 size_t BlockReader::fill(char* to, size_t most) {
   size_t size = 0;
   while (size < most) {
-    if (interrupted_ != nullptr && *interrupted_) throw Interrupted();
+    throwIfSet(interrupted_);
     const size_t count = stream_->read(to + size, most - size);
     if (count == 0) break;
     size += count;

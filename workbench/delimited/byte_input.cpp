@@ -154,7 +154,7 @@ class PipeInput final : public ByteInput {
   size_t readPipe(char* to, size_t most) const {
     for (;;) {
       // A signal that sets the flag between the test and poll() is seen after the timeout.
-      if (interrupted_ != nullptr && *interrupted_) throw Interrupted();
+      throwIfSet(interrupted_);
       pollfd ready{pipe_.get(), POLLIN, 0};
       const int state = poll(&ready, 1, kPollMilliseconds);
       if (state < 0 && errno != EINTR) failToRead(label_);

@@ -69,11 +69,6 @@ void Database::execute(const std::string& sql) {
   if (state != DuckDBSuccess) throw EngineError(error);
 }
 
-void Database::requestInterrupt() {
-  interrupted_ = true;
-  duckdb().interrupt(connection_);
-}
-
 void Database::pollProgress() {
   if (!progress_) return;
   const int64_t now = nanoseconds();
@@ -193,7 +188,7 @@ Query::Query(Database& database, const std::string& sql)
 
 void Query::runUntilReady(duckdb_pending_result pending) {
   for (;;) {
-    if (database_.interruptRequested()) throw Interrupted();
+    throwIfSet(database_.watched());
     switch (duckdb().pending_execute_task(pending)) {
       case DUCKDB_PENDING_RESULT_READY:
         return;
@@ -211,14 +206,14 @@ void Query::runUntilReady(duckdb_pending_result pending) {
 }
 
 void Query::fail(const char* text) {
-  if (database_.interruptRequested()) throw Interrupted();
+  throwIfSet(database_.watched());
   throw EngineError(textOrNothing(text));
 }
 
 Query::~Query() { duckdb().destroy_result(&result_); }
 
 Chunk Query::fetch() {
-  if (database_.interruptRequested()) throw Interrupted();
+  throwIfSet(database_.watched());
   Chunk chunk(duckdb().fetch_chunk(result_));
   if (!chunk || chunk.size() == 0) {
     const char* error = duckdb().result_error(&result_);

@@ -46,12 +46,10 @@ class Database {
   /// Runs one or more statements whose result does not matter. Throws EngineError.
   void execute(const std::string& sql);
 
-  /// Stops what is running and all that follows. May be called from a signal handler or another
-  /// thread.
-  void requestInterrupt();
-  /// A flag from outside that is looked at now and then and means the same. May be null.
-  void watch(const std::atomic<bool>* flag) { watched_ = flag; }
-  bool interruptRequested() const { return interrupted_ || (watched_ != nullptr && *watched_); }
+  /// A flag from outside that is looked at now and then: once it is set, what is running ends in
+  /// Interrupted, and so does all that follows. May be null, else it outlives the database.
+  void watch(const std::atomic<bool>* interrupted) { watched_ = interrupted; }
+  const std::atomic<bool>* watched() const { return watched_; }
 
   void setProgress(ProgressCallback callback) { progress_ = std::move(callback); }
   /// Calls back now and then; queries do this while they run.
@@ -60,7 +58,6 @@ class Database {
  private:
   duckdb_database database_ = nullptr;
   duckdb_connection connection_ = nullptr;
-  std::atomic<bool> interrupted_{false};
   const std::atomic<bool>* watched_ = nullptr;
   ProgressCallback progress_;
   int64_t nextPoll_ = 0;

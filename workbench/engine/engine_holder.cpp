@@ -34,8 +34,6 @@ void EngineHolder::open(const std::string& file, const std::vector<std::string>&
                   quotedText(folder())));
   database_->setProgress(progress_);
   database_->watch(watched_);
-  running_ = database_.get();
-  if (interrupted_) database_->requestInterrupt();
 }
 
 void EngineHolder::start(const std::vector<std::string>& paths) { open("", paths); }
@@ -47,11 +45,6 @@ void EngineHolder::lock() { database_->execute("SET lock_configuration = true");
 const std::string& EngineHolder::folder() {
   if (folder_ == nullptr) folder_ = std::make_unique<TempFolder>();
   return folder_->path();
-}
-
-void EngineHolder::requestInterrupt() {
-  interrupted_ = true;
-  if (Database* database = running_) database->requestInterrupt();
 }
 
 void EngineHolder::setProgress(ProgressCallback callback) {

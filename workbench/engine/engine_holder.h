@@ -26,11 +26,9 @@ class EngineHolder {
   bool started() const { return database_ != nullptr; }
   Database& database() { return *database_; }
   const std::string& folder();
-  void requestInterrupt();
-  /// A flag from outside that means the same. May be null.
-  void watch(const std::atomic<bool>* flag) { watched_ = flag; }
+  /// As of a Database.
+  void watch(const std::atomic<bool>* interrupted) { watched_ = interrupted; }
   const std::atomic<bool>* watched() const { return watched_; }
-  bool interruptRequested() const { return interrupted_ || (watched_ != nullptr && *watched_); }
   void setProgress(ProgressCallback callback);
 
  private:
@@ -38,8 +36,6 @@ class EngineHolder {
 
   std::unique_ptr<TempFolder> folder_;  // outlives the database, which writes to it
   std::unique_ptr<Database> database_;
-  std::atomic<Database*> running_{nullptr};
-  std::atomic<bool> interrupted_{false};
   const std::atomic<bool>* watched_ = nullptr;
   ProgressCallback progress_;
 };

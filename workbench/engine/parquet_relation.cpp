@@ -29,7 +29,7 @@ std::string enginePath(const ParquetFile& file, size_t number, EngineHolder& eng
     std::ofstream to(own, std::ios::binary);
     std::vector<char> buffer(size_t{1} << 20);
     while (from && to) {
-      if (engine.interruptRequested()) throw Interrupted();
+      throwIfSet(engine.watched());
       from.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
       to.write(buffer.data(), from.gcount());
     }

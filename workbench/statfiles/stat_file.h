@@ -4,8 +4,8 @@
 /// DataError here.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -24,9 +24,9 @@ class MessageStream;
 struct StatSource {
   StatFormat format = StatFormat::kDta;
   std::string path;
-  std::string label;     ///< names it in messages
-  std::string encoding;  ///< empty: the one that the file names
-  std::function<bool()> interrupted;
+  std::string label;                               ///< names it in messages
+  std::string encoding;                            ///< empty: the one that the file names
+  const std::atomic<bool>* interrupted = nullptr;  ///< outlives the reading; may be null
 };
 
 /// A value with a label: a number (a missing one by extendedMissing) or a text.

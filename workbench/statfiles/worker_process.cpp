@@ -134,9 +134,9 @@ void WorkerProcess::reap(int& status) {
   process_ = -1;
 }
 
-size_t WorkerProcess::read(char* to, size_t most, const std::function<bool()>& interrupted) {
+size_t WorkerProcess::read(char* to, size_t most, const std::atomic<bool>* interrupted) {
   for (;;) {
-    if (interrupted()) throw Interrupted();
+    throwIfSet(interrupted);
     struct pollfd ready {
       input_, POLLIN, 0
     };

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 
@@ -22,9 +23,9 @@ class WorkerProcess {
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-  /// Up to `most` bytes; 0 at the end only. Asks `interrupted` at least ten times a second and
-  /// throws Interrupted when the answer is yes.
-  size_t read(char* to, size_t most, const std::function<bool()>& interrupted);
+  /// Up to `most` bytes; 0 at the end only. Looks at `interrupted`, which may be null, at least
+  /// ten times a second and throws Interrupted once it is set.
+  size_t read(char* to, size_t most, const std::atomic<bool>* interrupted);
   /// To be asked once all was read.
   Ending wait();
 

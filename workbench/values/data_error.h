@@ -1,6 +1,7 @@
 /// Failures whose text is meant for the person who gave the data.
 #pragma once
 
+#include <atomic>
 #include <stdexcept>
 #include <string>
 
@@ -17,5 +18,11 @@ class Interrupted : public DataError {
  public:
   Interrupted() : DataError("The run was interrupted.") {}
 };
+
+/// Throws Interrupted when a flag from outside (a signal handler's, say), which may be null, is
+/// set.
+inline void throwIfSet(const std::atomic<bool>* interrupted) {
+  if (interrupted != nullptr && *interrupted) throw Interrupted();
+}
 
 }  // namespace workbench

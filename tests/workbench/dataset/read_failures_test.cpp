@@ -163,10 +163,12 @@ TEST(ReadFailures, AnInterruptStopsTheRead) {
   options.query =
       "SELECT count(*) AS n FROM range(100000000) a, range(100000) b WHERE a.range * b.range % 7 = "
       "3";
+  std::atomic<bool> interrupted{false};
+  options.interrupted = &interrupted;
   const auto data = openDataset(options);
-  std::thread killer([&data] {
+  std::thread killer([&interrupted] {
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    data->requestInterrupt();
+    interrupted = true;
   });
   const std::string failure = casesOf(*data).back();
   killer.join();
@@ -177,11 +179,14 @@ TEST(ReadFailures, AnInterruptStopsAPass) {
   const DataFolder folder;
   std::string text = "a\n";
   for (int i = 0; i < 100000; ++i) text += "1\n";
-  const auto data = openDataset(dataOptions(folder.write("a.csv", text)));
+  DataOptions options = dataOptions(folder.write("a.csv", text));
+  std::atomic<bool> interrupted{false};
+  options.interrupted = &interrupted;
+  const auto data = openDataset(options);
   data->beginCommand({0});
   ProcDSIterator iterator(data->openFeed());
   ASSERT_NE(iterator.NextCase(), nullptr);
-  data->requestInterrupt();
+  interrupted = true;
   int more = 0;
   while (iterator.NextCase() != nullptr) ++more;
   EXPECT_LT(more, 99999);
@@ -189,7 +194,7 @@ TEST(ReadFailures, AnInterruptStopsAPass) {
   EXPECT_EQ(data->openFeed(), nullptr);
 }
 
-TEST(ReadFailures, AFlagFromOutsideStopsAsWell) {
+TEST(ReadFailures, AnInterruptStopsOpeningAndWaiting) {
   const DataFolder folder;
   std::atomic<bool> interrupted{false};
   DataOptions options = dataOptions(folder.write("a.csv", "a\n1\n"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -61,7 +62,8 @@ TEST(Database, ReportsErrors) {
 
 TEST(Database, StopsForEver) {
   Database database("", {});
-  database.requestInterrupt();
+  const std::atomic<bool> interrupted{true};
+  database.watch(&interrupted);
   EXPECT_THROW(Query(database, "SELECT 1"), Interrupted);
 }
 

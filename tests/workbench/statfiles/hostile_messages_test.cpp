@@ -15,7 +15,7 @@ namespace {
 using wire::Kind;
 
 const StatSource& source() {
-  static const StatSource dta{StatFormat::kDta, "d.dta", "d.dta", "", [] { return false; }};
+  static const StatSource dta{StatFormat::kDta, "d.dta", "d.dta", "", nullptr};
   return dta;
 }
 

@@ -7,11 +7,13 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <ctime>
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "workbench/values/data_error.h"
 
@@ -29,7 +31,7 @@ Outcome run(const std::function<void(int)>& work) {
   WorkerProcess process(work, 2);
   Outcome outcome{};
   std::array<char, 100> piece{};
-  while (const size_t count = process.read(piece.data(), piece.size(), [] { return false; })) {
+  while (const size_t count = process.read(piece.data(), piece.size(), nullptr)) {
     outcome.text.append(piece.data(), count);
   }
   outcome.ending = process.wait();
@@ -104,11 +106,16 @@ TEST(WorkerProcess, AnInterruptEndsIt) {
           ::write(output, &self, sizeof self) == sizeof self ? ::pause() : 0;
         },
         2);
-    ASSERT_EQ(worker.read(reinterpret_cast<char*>(&process), sizeof process, [] { return false; }),
+    ASSERT_EQ(worker.read(reinterpret_cast<char*>(&process), sizeof process, nullptr),
               sizeof process);
     std::array<char, 10> more{};
-    int asked = 0;
-    EXPECT_THROW(worker.read(more.data(), more.size(), [&] { return ++asked > 2; }), Interrupted);
+    std::atomic<bool> interrupted{false};
+    std::thread user([&interrupted] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(300));
+      interrupted = true;
+    });
+    EXPECT_THROW(worker.read(more.data(), more.size(), &interrupted), Interrupted);
+    user.join();
     EXPECT_EQ(::kill(process, 0), 0);
   }
   EXPECT_EQ(::kill(process, 0), -1) << "it is gone, and waited for";
