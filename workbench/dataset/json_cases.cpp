@@ -2,189 +2,29 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <deque>
-#include <optional>
-#include <unordered_map>
 #include <utility>
 
 #include "workbench/dataset/case_collector.h"
+#include "workbench/dataset/json_members.h"
+#include "workbench/dataset/json_names.h"
 #include "workbench/dataset/spelled_column.h"
 #include "workbench/json/json_records.h"
 #include "workbench/text/text_fold.h"
 #include "workbench/values/data_error.h"
-#include "workbench/values/excerpt.h"
 
 namespace workbench {
 namespace {
 
 constexpr size_t kBlockCases = 1024;
-constexpr const char* kNested =
-    "holds lists or objects (line {}); take the part that is wanted with --query";
-
-Spelling spellingOf(JsonValue::Type type) {
-  switch (type) {
-    case JsonValue::Type::kBoolean:
-      return Spelling::kBoolean;
-    case JsonValue::Type::kNumber:
-      return Spelling::kNumber;
-    case JsonValue::Type::kString:
-    case JsonValue::Type::kNested:  // asked for by queries only, which take its JSON
-      return Spelling::kString;
-    case JsonValue::Type::kNull:
-      break;
-  }
-  return Spelling::kMissing;
-}
-
-/// One member of a record, or nothing.
-struct Member {
-  Spelling spelling = Spelling::kMissing;
-  std::string text;
-  uint64_t line = 0;
-};
-
-/// Collects the names of all records, which every file with a record must have.
-class NameCollector final : public JsonVisitor {
- public:
-  void beginFile(const std::string& label);
-  void endFile() const;
-  void beginRecord(uint64_t) override {
-    if (firstFile_.empty()) firstFile_ = file_;
-    hasRecords_ = true;
-  }
-  void member(const std::string& name, const JsonValue& value, uint64_t line) override;
-  void endRecord() override {}
-  bool wantsNested(const std::string&) const override { return false; }
-
-  std::vector<SourceVariable> take() { return std::move(variables_); }
-
- private:
-  size_t add(const std::string& name, uint64_t line);
-  [[noreturn]] void refuse(const char* difference, const std::string& name) const;
-
-  std::vector<SourceVariable> variables_;
-  std::vector<bool> inFile_;  // by variable
-  std::unordered_map<std::string, size_t> known_;
-  std::unordered_map<std::string, size_t> folded_;
-  std::string file_;
-  std::string firstFile_;  // with a record
-  bool hasRecords_ = false;
-};
-
-void NameCollector::beginFile(const std::string& label) {
-  file_ = label;
-  hasRecords_ = false;
-  inFile_.assign(variables_.size(), false);
-}
-
-void NameCollector::endFile() const {
-  const auto lacking = std::find(inFile_.begin(), inFile_.end(), false);
-  if (!hasRecords_ || lacking == inFile_.end()) return;
-  refuse("lacks the key {} of",
-         variables_[static_cast<size_t>(lacking - inFile_.begin())].variable.name);
-}
-
-void NameCollector::refuse(const char* difference, const std::string& name) const {
-  throw DataError(
-      fmt::format("{} {} {}. Give all files the same keys (null where there is no "
-                  "value), or name fewer files.",
-                  file_, fmt::format(fmt::runtime(difference), excerpt(name)), firstFile_));
-}
-
-size_t NameCollector::add(const std::string& name, uint64_t line) {
-  if (file_ != firstFile_) refuse("has the key {}, which is not in", name);
-  inFile_.push_back(true);
-  SourceVariable& variable = variables_.emplace_back();
-  variable.variable.name = name;
-  variable.kindKnown = false;
-  variable.untyped = true;
-  const auto [other, isNew] = folded_.emplace(foldCase(name), variables_.size() - 1);
-  if (!isNew) {
-    SourceVariable& first = variables_[other->second];
-    variable.unusable = fmt::format(
-        "the keys {} and {} (line {}) differ in the case of their letters alone; rename one",
-        excerpt(first.variable.name), excerpt(name), line);
-    first.unusable = variable.unusable;
-  }
-  return variables_.size() - 1;
-}
-
-void NameCollector::member(const std::string& name, const JsonValue& value, uint64_t line) {
-  if (name.empty()) return;  // it cannot be named by a command either
-  const auto [at, isNew] = known_.emplace(name, 0);
-  if (isNew) at->second = add(name, line);
-  inFile_[at->second] = true;
-  SourceVariable& variable = variables_[at->second];
-  if (value.type == JsonValue::Type::kNested && variable.unusable.empty()) {
-    variable.unusable = name + " " + fmt::format(kNested, line);
-  }
-}
-
-/// Picks the wanted members of every record and hands them over record by record.
-class MemberReader : public JsonVisitor {
- public:
-  MemberReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
-               std::string label)
-      : label_(std::move(label)), members_(request.columns.size()) {
-    for (size_t i = 0; i < request.columns.size(); ++i) {
-      const size_t column = request.columns[i].column;
-      if (column < variables.size()) wanted_.emplace(variables[column].variable.name, i);
-    }
-  }
-  /// The members that come from the path of a file.
-  void setPathMember(size_t position, const std::string& text) {
-    members_[position] = {Spelling::kField, text, 0};
-  }
-
-  void beginRecord(uint64_t line) override {
-    for (const auto& [name, position] : wanted_) {
-      members_[position].spelling = Spelling::kMissing;
-      members_[position].line = 0;
-    }
-    line_ = line;
-  }
-  void member(const std::string& name, const JsonValue& value, uint64_t line) override {
-    const auto [begin, end] = wanted_.equal_range(name);
-    for (auto found = begin; found != end; ++found)
-      take(members_[found->second], name, value, line);
-  }
-  void take(Member& into, const std::string& name, const JsonValue& value, uint64_t line) const {
-    if (into.line != 0) {
-      throw DataError(fmt::format("{}, line {}: the record has the key {} twice; remove one.",
-                                  label_, line, excerpt(name)));
-    }
-    into.spelling = spellingOf(value.type);
-    into.text = into.spelling == Spelling::kMissing ? std::string_view() : value.text;
-    into.line = line;
-  }
-  void endRecord() override {
-    for (Member& each : members_) {
-      if (each.line == 0) each.line = line_;
-    }
-    takeRecord(members_);
-  }
-  bool wantsNested(const std::string& name) const override { return wanted_.count(name) > 0; }
-
- protected:
-  virtual void takeRecord(const std::vector<Member>& members) = 0;
-  /// On which the record begins.
-  uint64_t line() const { return line_; }
-
- private:
-  std::string label_;
-  std::vector<Member> members_;
-  std::unordered_multimap<std::string, size_t> wanted_;  // a column may be wanted twice
-  uint64_t line_ = 0;
-};
 
 /// Codes the records.
-class CodingReader final : public MemberReader {
+class CodingReader final : public JsonMembers {
  public:
   CodingReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
-               const std::string& label, std::vector<SpelledColumn>& columns,
-               CaseCollector& collector, std::function<void(int64_t)> report)
-      : MemberReader(variables, request, label),
+               const DataFile& file, std::vector<SpelledColumn>& columns, CaseCollector& collector,
+               std::function<void(int64_t)> report)
+      : JsonMembers(variables, request, file),
         columns_(columns),
         collector_(collector),
         report_(std::move(report)),
@@ -208,9 +48,9 @@ class CodingReader final : public MemberReader {
   }
 
  private:
-  void takeRecord(const std::vector<Member>& members) override {
+  void takeRecord(const std::vector<JsonMember>& members) override {
     for (size_t i = 0; i < members.size(); ++i) {
-      const Member& each = members[i];
+      const JsonMember& each = members[i];
       if (keeping_) {
         codes_[i].push_back(columns_[i].code(each.spelling, each.text, each.line));
       } else {
@@ -231,20 +71,20 @@ class CodingReader final : public MemberReader {
 };
 
 /// Hands the records over in blocks.
-class BlockingReader final : public MemberReader {
+class BlockingReader final : public JsonMembers {
  public:
   BlockingReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
-                 const std::string& label, const std::vector<SpelledColumn>& columns,
+                 const DataFile& from, const std::vector<SpelledColumn>& columns,
                  std::vector<KindTally>& tallies, size_t file,
                  const std::function<void(const CaseBlock&)>& take)
-      : MemberReader(variables, request, label),
+      : JsonMembers(variables, request, from),
         columns_(columns),
         take_(take),
         tallies_(tallies),
         file_(file) {
     block_.columns.resize(columns.size());
-    block_.placeOf = [this, label](size_t row) {
-      return fmt::format("{}, line {}", label, lines_[row]);
+    block_.placeOf = [this](size_t row) {
+      return fmt::format("{}, line {}", label(), lines_[row]);
     };
   }
 
@@ -260,9 +100,9 @@ class BlockingReader final : public MemberReader {
   }
 
  private:
-  void takeRecord(const std::vector<Member>& members) override {
+  void takeRecord(const std::vector<JsonMember>& members) override {
     for (size_t i = 0; i < members.size(); ++i) {
-      const Member& each = members[i];
+      const JsonMember& each = members[i];
       if (columns_[i].valueKind() == ValueKind::kString) {
         tallies_[i].add(columns_[i].kindOf(each.spelling, each.text), 1, {file_, each.line},
                         each.text);
@@ -313,13 +153,12 @@ class JsonCases final : public CaseSource {
   ProgressCallback progress_;
   std::vector<std::unique_ptr<ByteInput>> inputs_;
   std::vector<SourceVariable> variables_;  // of the records, then of the paths
-  size_t recordVariables_ = 0;
   std::vector<SpelledColumn> understood_;  // of the last read
 };
 
 JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted)
     : files_(files), rules_(std::move(rules)), interrupted_(interrupted) {
-  NameCollector names;
+  JsonNames names;
   for (size_t i = 0; i < files_.files.size(); ++i) {
     inputs_.push_back(openInput(files_.files[i].path, files_.files[i].label, interrupted_));
     names.beginFile(files_.files[i].label);
@@ -327,7 +166,6 @@ JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic
     names.endFile();
   }
   variables_ = names.take();
-  recordVariables_ = variables_.size();
   for (const std::string& name : files_.pathNames) {
     for (const SourceVariable& other : variables_) {
       if (foldCase(other.variable.name) != foldCase(name)) continue;
@@ -373,15 +211,8 @@ CodedCases JsonCases::read(const CaseRequest& request) {
   CaseCollector collector(kinds, request.collapse, request.memoryLimit);
   for (size_t i = 0; i < files_.files.size(); ++i) {
     beginPart(columns, i);
-    CodingReader reader(
-        {variables_.begin(), variables_.begin() + static_cast<ptrdiff_t>(recordVariables_)},
-        request, files_.files[i].label, columns, collector,
-        [this](int64_t cases) { report(cases); });
-    for (size_t k = 0; k < request.columns.size(); ++k) {
-      const size_t column = request.columns[k].column;
-      if (column < recordVariables_) continue;
-      reader.setPathMember(k, files_.files[i].pathValues[column - recordVariables_]);
-    }
+    CodingReader reader(variables_, request, files_.files[i], columns, collector,
+                        [this](int64_t cases) { report(cases); });
     walk(i, reader);
     reader.flush();
   }
@@ -408,14 +239,7 @@ void JsonCases::forEachBlock(const CaseRequest& request,
   std::vector<KindTally> tallies(request.columns.size());
   for (size_t i = 0; i < files_.files.size(); ++i) {
     beginPart(understood_, i);
-    BlockingReader reader(
-        {variables_.begin(), variables_.begin() + static_cast<ptrdiff_t>(recordVariables_)},
-        request, files_.files[i].label, understood_, tallies, i, take);
-    for (size_t k = 0; k < request.columns.size(); ++k) {
-      const size_t column = request.columns[k].column;
-      if (column < recordVariables_) continue;
-      reader.setPathMember(k, files_.files[i].pathValues[column - recordVariables_]);
-    }
+    BlockingReader reader(variables_, request, files_.files[i], understood_, tallies, i, take);
     walk(i, reader);
     reader.flush();
   }
