@@ -181,6 +181,18 @@ def many_groups(folder, groups):
     compare(f"{groups:,} split groups of 10 cases", grouped(groups), {TENTH: grouped(groups // 10)}, {TENTH: 12, "memory": 2048})
 
 
+def many_levels(folder):
+    """A list of 60,000 levels and as many values, beside a tenth of each: linear where the ratio is ten."""
+    def listed(count):
+        path = f"{folder}/levels{count}"
+        with open(f"{path}.csv", "w", encoding="ascii") as file:
+            file.write("x\n" + "".join(f"{case * 7919 % (2 * count)}\n" for case in range(4 * count)))
+        with open(f"{path}.txt", "w", encoding="ascii") as file:
+            file.write("PROPORTIONS /ONESAMPLE x /SUCCESS VALUE=LEVEL(" + "\n".join(map(str, range(0, 2 * count, 2))) + ").")
+        return [f"{BIN}/proportions", f"{path}.csv", "-f", f"{path}.txt"]
+    compare("60,000 levels in a list", listed(60_000), {TENTH: listed(6_000)}, {TENTH: 12})
+
+
 def heavy_pairs(folder):
     """Ten thousand million discordant cases beside ten: what the long sums of two tests cost."""
     def weighted(name, count):
@@ -201,6 +213,7 @@ def main():
         compare("1,000 rows, beside an empty engine",
                 program(small, "PROPORTIONS /ONESAMPLE v1 TO v8."), {ENGINE: engine()}, {ENGINE: 0.5})
         heavy_pairs(folder)
+        many_levels(folder)
         many_groups(folder, max(100, rows // 10))
         many_pairs(folder, min(rows, 100_000))
         samples(folder)

@@ -31,8 +31,6 @@ CaseReader::CaseReader(PRPAlgorithm& analysis, ProcDSIterator& iterator)
 /// True when the case is used: always while the extremes are collected.
 inline bool CaseReader::takeValues(const Case& data, UsedCase& used) {
   if (classifier_) return classifier_->classifyCase(data, used.first, used.second, used.group);
-  used.first.resize(values_.first().variables.size(), kNotCounted);
-  used.second.resize(values_.second().variables.size(), kNotCounted);
   collector_->collect(data);
   return true;
 }

@@ -16,7 +16,7 @@ namespace proportions {
 /// the case: missing, NaN or below 0.5.
 std::optional<double> roundedWeight(double weight);
 
-/// A used case. In the first pass, which only collects, no code counts.
+/// A used case. The first pass only collects: the lists of codes stay empty.
 struct UsedCase {
   std::vector<Code> first;
   std::vector<Code> second;

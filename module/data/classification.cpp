@@ -12,15 +12,10 @@ bool liesWithin(double value, const Range& range) {
                            static_cast<int>(value <= range.high));
 }
 
-template <typename Value>
-bool isAmong(const std::vector<Value>& list, const Value& value) {
-  return std::find(list.begin(), list.end(), value) != list.end();
-}
-
 bool stringSucceeds(const std::string& value, const CaseVariable& variable) {
   const SuccessRuleRow* rule = variable.rule;
   if (rule == nullptr) return false;
-  if (rule->comparison == Comparison::kOneOf) return isAmong(variable.info->stringValues, value);
+  if (rule->comparison == Comparison::kOneOf) return variable.info->hasText(value);
   const VarCatInfo& cats = *variable.cats;
   return rule->text != nullptr && cats.extremesKnown && value == cats.*rule->text;
 }
@@ -62,7 +57,7 @@ Classifier::Successes Classifier::successesOf(const CaseVariable& variable) {
   if (variable.isString || rule == nullptr) return successes;
   if (rule->comparison == Comparison::kOneOf) {
     if (info.numericValues.size() != 1) {
-      successes.levels = &info.numericValues;
+      successes.levels = &info;
     } else {
       successes.low = successes.high = info.numericValues.front();
     }
@@ -105,7 +100,7 @@ Code Classifier::classifyValue(const Case& data, const CaseVariable& variable,
   const auto [value, missing] = values_.fetchNumeric(data, variable);
   if (missing) return kNotCounted;
   const bool succeeds = successes.levels == nullptr ? liesWithin(value, successes)
-                                                    : isAmong(*successes.levels, value);
+                                                    : successes.levels->hasNumber(value);
   return succeeds ? 1 : 0;
 }
 

@@ -23,13 +23,13 @@ class Classifier {
                     int32_t& group);
 
  private:
-  /// Numbers from `low` to `high` are successes, or those among `levels` where there are any: one
+  /// Numbers from `low` to `high` are successes, or the numbers of `levels` where it is set: one
   /// comparison whatever the rule, without a branch that depends on the data.
   struct Successes {
     VarIndex index;
     double low = std::numeric_limits<double>::infinity();
     double high = -std::numeric_limits<double>::infinity();
-    const std::vector<double>* levels = nullptr;
+    const BinInfoElem* levels = nullptr;
   };
   struct List {
     const CaseVariables& variables;

@@ -1,6 +1,7 @@
 /// One success or grouping definition.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -25,6 +26,32 @@ struct BinInfoElem {
 
   /// The cut point; the missing value when the definition holds none.
   double cutPoint() const { return numericValues.empty() ? kSystemMissing : numericValues.front(); }
+
+  /// Makes long lists of values quick to search; once, after the last value was added. Without it
+  /// the answers below are the same, after a search from first to last.
+  void sortValues();
+  /// True when one of the numbers is equal: a minus zero is a zero, a NaN is none of them.
+  bool hasNumber(double value) const {
+    if (numberOrder_.empty()) return isAmong(numericValues, value);
+    return findNumber(value);
+  }
+  /// True when one of the texts is the same, byte for byte.
+  bool hasText(const std::string& value) const {
+    if (textOrder_.empty()) return isAmong(stringValues, value);
+    return findText(value);
+  }
+
+ private:
+  template <typename Value>
+  static bool isAmong(const std::vector<Value>& list, const Value& value) {
+    return std::find(list.begin(), list.end(), value) != list.end();
+  }
+  bool findNumber(double value) const;
+  bool findText(const std::string& value) const;
+
+  // Empty unless the lists are long.
+  std::vector<double> numberOrder_;  ///< the numbers, ascending, but for NaN
+  std::vector<uint32_t> textOrder_;  ///< positions of the texts, ascending by their bytes
 };
 
 }  // namespace proportions

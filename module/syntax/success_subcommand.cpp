@@ -78,7 +78,10 @@ bool addLevels(ParseContext& context, const GivenRule& given, VarSpecObj& valida
   const auto add = [&](const TokenInfoObj& token) {
     return addLevel(context.buffers, validator, levelOf(token), element);
   };
-  if (std::all_of(given.tokens.begin(), given.tokens.end(), add)) return true;
+  if (std::all_of(given.tokens.begin(), given.tokens.end(), add)) {
+    element.sortValues();
+    return true;
+  }
   context.messages.GenericError(texts::kInvalidSuccessLevel);
   return false;
 }

@@ -51,7 +51,9 @@ class Reading {
     CaseReader reader(analysis(), static_cast<ProcDSIterator&>(*iterator_));
     UsedCase used;
     std::vector<Code> found;
-    while (reader.nextUsedCase(used)) found.push_back(used.first.at(0));
+    while (reader.nextUsedCase(used)) {
+      found.push_back(analysis().initialDataPass ? kNotCounted : used.first.at(0));
+    }
     return found;
   }
 

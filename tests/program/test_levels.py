@@ -1,5 +1,7 @@
 """Levels and cut points as people write them, and where a refused word stands."""
 
+import csv
+import io
 import unittest
 
 from program import ProgramTest, cells, table
@@ -183,6 +185,20 @@ class Text(ProgramTest):
         self.write("wide.csv", f"{names}\n{','.join('1' * 2_000)}\n{','.join('0' * 2_000)}\n")
         done = self.run_json("/ONESAMPLE ALL CITYPES=WALD TESTTYPES=NONE", "wide.csv")
         self.assertEqual(len(done[0]["cases"]["variables"]), 2_000)
+
+    def test_long_lists_of_levels_find_what_short_ones_find(self):
+        csv.field_size_limit(1 << 20)  # "success" names all levels
+        rows = [(i * 7919 % 50_000, i % 3) for i in range(50_000)]
+        self.write("d.csv", "number,text,g\n" + "".join(f"{value},t{value},{group}\n" for value, group in rows))
+        for step in (2, 3):
+            levels = range(0, 50_000, step)
+            for variable, written in (("number", levels), ("text", (f"'t{value}'" for value in levels))):
+                self.write("c.txt", f"/ONESAMPLE {variable} CITYPES=WALD TESTTYPES=NONE "
+                                    f"/SUCCESS VALUE=LEVEL({' '.join(map(str, written))})")
+                done = self.run_program("d.csv", "-f", "c.txt", "--split", "g", "--format", "csv")
+                found = [(int(row["successes"]), int(row["trials"])) for row in csv.DictReader(io.StringIO(done.stdout.decode()))]
+                expected = [[value % step == 0 for value, its in rows if its == group] for group in range(3)]
+                self.assertEqual(found, [(sum(group), len(group)) for group in expected], (variable, step))
 
 
 if __name__ == "__main__":

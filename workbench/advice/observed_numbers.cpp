@@ -68,10 +68,12 @@ class NumberColumn final : public ObservedColumn {
   NumberColumn(const Variable& variable, ColumnQuestions questions)
       : variable_(variable), questions_(std::move(questions)) {
     for (const SplitValue& value : questions_.wanted) {
-      unseen_.push_back(std::get<double>(value));
+      wanted_.push_back(std::get<double>(value));
     }
-    std::sort(unseen_.begin(), unseen_.end());
-    unseen_.erase(std::unique(unseen_.begin(), unseen_.end()), unseen_.end());
+    std::sort(wanted_.begin(), wanted_.end());
+    wanted_.erase(std::unique(wanted_.begin(), wanted_.end()), wanted_.end());
+    seen_.resize(wanted_.size());
+    unseenCount_ = wanted_.size();
   }
 
   void classify(const double* words, ptrdiff_t, size_t count, ValueClass* classes) override {
@@ -90,7 +92,7 @@ class NumberColumn final : public ObservedColumn {
     all_.take(words, count, marks);
     if (!questions_.everyValue) return;
     if (!more_ && !onlyKnown(words, count, marks)) listNew(words, count, marks);
-    if (more_ && !unseen_.empty()) lookForWanted(words, count, marks);
+    if (more_ && unseenCount_ != 0) lookForWanted(words, count, marks);
   }
 
   void takeOfGroup(const double* words, ptrdiff_t, size_t count, const uint8_t* marks) override {
@@ -113,7 +115,7 @@ class NumberColumn final : public ObservedColumn {
     answers.moreValues = more_;
     for (const SplitValue& value : questions_.wanted) {
       const double wanted = std::get<double>(value);
-      answers.found.push_back(more_ ? !std::binary_search(unseen_.begin(), unseen_.end(), wanted)
+      answers.found.push_back(more_ ? seen_[placeOfWanted(wanted)]
                                     : std::binary_search(listed.begin(), listed.end(), wanted));
     }
     answers.byGroup = byGroup_.sorted();
@@ -141,21 +143,30 @@ class NumberColumn final : public ObservedColumn {
     for (size_t i = 0; i < count; ++i) {
       if (marks[i] == 0 || listed_.add(words[i])) continue;
       more_ = true;
-      // What was listed so far is not looked for any more.
-      for (const double number : listed_.numbers()) dropWanted(number);
+      // From here on the list does not tell any more what was found.
+      for (const double number : listed_.numbers()) noteSeen(number);
       return;
     }
   }
 
   void lookForWanted(const double* words, size_t count, const uint8_t* marks) {
-    for (size_t i = 0; i < count && !unseen_.empty(); ++i) {
-      if (marks[i] != 0) dropWanted(words[i]);
+    for (size_t i = 0; i < count && unseenCount_ != 0; ++i) {
+      if (marks[i] != 0) noteSeen(words[i]);
     }
   }
 
-  void dropWanted(double number) {
-    const auto place = std::lower_bound(unseen_.begin(), unseen_.end(), number);
-    if (place != unseen_.end() && *place == number) unseen_.erase(place);
+  /// Where a number stands among those looked for; their count when it is none of them.
+  size_t placeOfWanted(double number) const {
+    const auto place = std::lower_bound(wanted_.begin(), wanted_.end(), number);
+    if (place == wanted_.end() || *place != number) return wanted_.size();
+    return static_cast<size_t>(place - wanted_.begin());
+  }
+
+  void noteSeen(double number) {
+    const size_t place = placeOfWanted(number);
+    if (place == wanted_.size() || seen_[place]) return;
+    seen_[place] = true;
+    --unseenCount_;
   }
 
   static constexpr size_t kFew = 4;
@@ -166,7 +177,10 @@ class NumberColumn final : public ObservedColumn {
   Range group_;
   NumberSet listed_;
   bool more_ = false;
-  std::vector<double> unseen_;  // ascending; of use once not all values are listed
+  std::vector<double> wanted_;  // ascending, each once
+  // Of each of them, once not all values are listed: whether it occurred.
+  std::vector<bool> seen_;
+  size_t unseenCount_ = 0;
   GroupValues byGroup_;
 };
 
