@@ -27,7 +27,7 @@ void readCases(const std::string& file, FileFormat format) {
   files.format = format;
   files.label = "input";
   files.files.push_back({file, "input", {}, {}});
-  const auto source = workbench::openStatCases(files, "", {}, nullptr);
+  const auto source = workbench::openStatCases(files, "", {}, nullptr, {});
   workbench::CaseRequest request;
   for (size_t i = 0; i < source->variables().size(); ++i) request.columns.push_back({i, {}});
   request.memoryLimit = size_t{64} << 20;

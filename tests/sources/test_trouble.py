@@ -147,7 +147,7 @@ class Waiting(Servers):
             out, err = running.communicate(timeout=30)
             self.assertLess(time.monotonic() - begun, 5)
             self.assertEqual((running.returncode, out), (2, b""), err)
-            self.assertIn(b"reading:", err)
+            self.assertIn(b"waiting for the server: ", err)
             while self.active(server) and time.monotonic() - begun < 8:
                 time.sleep(0.1)
             self.assertFalse(self.active(server), name)

@@ -43,8 +43,9 @@ class SampleRunner {
       : session_(session), cases_(cases), entry_(entry) {}
 
   /// Calls `take` with what the run shows.
-  void run(const Samples& samples, const std::function<void(const DocumentProcedure&)>& take) {
-    ResampledDataset dataset(*session_.dataset, cases_, samples);
+  void run(const Samples& samples, const std::function<void(const DocumentProcedure&)>& take,
+           const ProgressCallback& progress = {}) {
+    ResampledDataset dataset(*session_.dataset, cases_, samples, progress);
     OutputDocument document;
     const Session before = session_;
     session_.dataset = &dataset;
@@ -183,11 +184,9 @@ std::vector<size_t> positionsOf(const SampledResult& result, const SampledCases&
 }
 
 /// The value of each result with one case left out; nothing when that would take too long.
-std::optional<std::vector<std::vector<LeftOut>>> leaveOut(Session& session,
-                                                          const CommandFacts& facts,
-                                                          const SampledCases& cases,
-                                                          const SampledResults& results,
-                                                          SampleRunner& runner) {
+std::optional<std::vector<std::vector<LeftOut>>> leaveOut(
+    Session& session, const CommandFacts& facts, const SampledCases& cases,
+    const SampledResults& results, SampleRunner& runner, const ProgressCallback& progress) {
   LeftOutCases leftOut(cases);
   const GroupFinder finder(cases, session.dataset->splitVariables());
   std::vector<const std::vector<LeftOutKind>*> kinds;
@@ -200,9 +199,12 @@ std::optional<std::vector<std::vector<LeftOut>>> leaveOut(Session& session,
   size_t slots = 1;
   for (const auto& group : samples) slots = std::max(slots, group.size() + 1);
   SampledResults without(slots);
-  runner.run(samples, [&](const DocumentProcedure& procedure) {
-    without.add(procedure, [](int64_t sample) { return static_cast<size_t>(sample); });
-  });
+  runner.run(
+      samples,
+      [&](const DocumentProcedure& procedure) {
+        without.add(procedure, [](int64_t sample) { return static_cast<size_t>(sample); });
+      },
+      progress);
   std::vector<std::vector<LeftOut>> values;
   for (size_t i = 0; i < kinds.size(); ++i) {
     const SampledResult* found = without.find(results.results()[i]);
@@ -212,6 +214,11 @@ std::optional<std::vector<std::vector<LeftOut>>> leaveOut(Session& session,
     }
   }
   return values;
+}
+
+void tellSamples(const ProgressCallback& progress, int64_t drawn, int64_t all) {
+  if (!progress) return;
+  progress(Phase::kSamples, 100.0 * static_cast<double>(drawn) / static_cast<double>(all), drawn);
 }
 
 /// Quantiles take the value of every sample.
@@ -244,7 +251,7 @@ void refuseBootstrapOf(const ActiveDataset& dataset) {
 }
 
 void addBootstrap(Session& session, const CommandFacts& facts, const BootstrapOptions& options,
-                  const std::function<void()>& entry) {
+                  const std::function<void()>& entry, const ProgressCallback& progress) {
   std::vector<VarIndex> variables = facts.variables();
   for (const VarIndex split : session.dataset->splitVariables()) {
     if (std::find(variables.begin(), variables.end(), split) == variables.end()) {
@@ -265,7 +272,9 @@ void addBootstrap(Session& session, const CommandFacts& facts, const BootstrapOp
   findings.results = SampledResults(static_cast<size_t>(options.samples) + 1);
   runner.run(none, takeTheData);
   BatchDrawer drawer(cases, options);
-  findings.leftOut = leaveOut(session, facts, cases, findings.results, runner);
+  findings.leftOut = leaveOut(session, facts, cases, findings.results, runner, progress);
+  int64_t drawn = 0;
+  tellSamples(progress, drawn, options.samples);
   while (const auto batch = drawer.next()) {
     runner.run(batch->samples, [&](const DocumentProcedure& procedure) {
       findings.messages += messagesAboutSamples(procedure);
@@ -274,6 +283,8 @@ void addBootstrap(Session& session, const CommandFacts& facts, const BootstrapOp
         return static_cast<size_t>(batch->first + sample - 1);
       });
     });
+    drawn += static_cast<int64_t>(batch->samples.front().size());
+    tellSamples(progress, drawn, options.samples);
   }
   addBootstrapTables(session, facts.level, findings);
 }

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "workbench/parser/command_facts.h"
+#include "workbench/session/progress.h"
 #include "workbench/session/session.h"
 
 namespace workbench {
@@ -22,8 +23,8 @@ void refuseBootstrapOf(const ActiveDataset& dataset);
 
 /// Runs `entry`, the procedure on the session's command, on samples of the session's data, and adds
 /// the tables "Bootstrap" to the current procedure, which has run already. The session is as before
-/// when it returns. Throws DataError when the cases cannot be sampled.
+/// when it returns. `progress` may be empty. Throws DataError when the cases cannot be sampled.
 void addBootstrap(Session& session, const CommandFacts& facts, const BootstrapOptions& options,
-                  const std::function<void()>& entry);
+                  const std::function<void()>& entry, const ProgressCallback& progress);
 
 }  // namespace workbench

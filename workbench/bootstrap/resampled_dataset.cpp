@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "workbench/dataset/case_feed.h"
+#include "workbench/dataset/pass_progress.h"
 
 namespace workbench {
 
@@ -76,10 +77,12 @@ class ResampledDataset::Feed final : public CaseFeed {
 };
 
 ResampledDataset::ResampledDataset(ActiveDataset& dataset, const SampledCases& cases,
-                                   const std::vector<std::vector<SampleWeights>>& samples)
+                                   const std::vector<std::vector<SampleWeights>>& samples,
+                                   const ProgressCallback& progress)
     : dataset_(dataset),
       cases_(cases),
       samples_(samples),
+      progress_(progress),
       sampleIndex_(dataset.variableCount()),
       split_(dataset.splitVariables()) {
   sample_.name = kSampleVariable;
@@ -89,6 +92,13 @@ ResampledDataset::ResampledDataset(ActiveDataset& dataset, const SampledCases& c
   }
 }
 
-std::unique_ptr<CaseFeed> ResampledDataset::openFeed() { return std::make_unique<Feed>(*this); }
+std::unique_ptr<CaseFeed> ResampledDataset::openFeed() {
+  size_t rows = 0;
+  for (size_t group = 0; group < cases_.groups.size(); ++group) {
+    rows += cases_.groups[group].rows * (samples_[group].size() + 1);
+  }
+  const Phase phase = passes_++ == 0 ? Phase::kLeavingOut : Phase::kLeavingOutAgain;
+  return withProgress(std::make_unique<Feed>(*this), phase, static_cast<int64_t>(rows), progress_);
+}
 
 }  // namespace workbench

@@ -7,6 +7,7 @@
 
 #include "workbench/bootstrap/sampled_cases.h"
 #include "workbench/dataset/active_dataset.h"
+#include "workbench/session/progress.h"
 
 namespace workbench {
 
@@ -19,9 +20,11 @@ using SampleWeights = std::vector<double>;
 /// numbered from 1. Groups always share tables. Borrows all that it is made of.
 class ResampledDataset final : public ActiveDataset {
  public:
-  /// `samples` holds those of each group.
+  /// `samples` holds those of each group. Of `progress`, which may be empty, the two passes of the
+  /// procedure are told as those of leaving cases out.
   ResampledDataset(ActiveDataset& dataset, const SampledCases& cases,
-                   const std::vector<std::vector<SampleWeights>>& samples);
+                   const std::vector<std::vector<SampleWeights>>& samples,
+                   const ProgressCallback& progress);
 
   int32_t variableCount() const override { return sampleIndex_ + 1; }
   const Variable& variable(VarIndex index) override {
@@ -48,6 +51,8 @@ class ResampledDataset final : public ActiveDataset {
   ActiveDataset& dataset_;
   const SampledCases& cases_;
   const std::vector<std::vector<SampleWeights>>& samples_;
+  const ProgressCallback& progress_;
+  int passes_ = 0;
   std::vector<SampleWeights> asTheyAre_;  // by group
   VarIndex sampleIndex_;
   Variable sample_;

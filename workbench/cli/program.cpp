@@ -81,12 +81,20 @@ void chooseOrder(const std::string& locale) {
   }
 }
 
+/// Empty when nobody wants to be told. `progress` outlives it.
+ProgressCallback teller(ProgressLine& progress) {
+  if (!progress.isWanted()) return {};
+  return [&progress](Phase phase, double percent, int64_t done) {
+    progress.show(phase, percent, done);
+  };
+}
+
 /// `progress` outlives the reading.
 std::unique_ptr<ActiveDataset> openData(const ProgramOptions& options, ProgressLine& progress) {
   if (options.counts) return std::make_unique<CountsDataset>(*options.counts);
-  std::unique_ptr<SourceDataset> dataset = openDataset(options.data);
-  dataset->setProgress([&progress](double percent, int64_t rows) { progress.show(percent, rows); });
-  return dataset;
+  DataOptions data = options.data;
+  data.progress = teller(progress);
+  return openDataset(data);
 }
 
 /// Told to those who want to know how a read comes on.
@@ -155,7 +163,7 @@ int runCommands(const ProgramOptions& options, const OutputTarget& target) {
     session.catalogue = &catalogue;
     const SessionScope scope(session);
     for (const CommandTokens& command : commands) {
-      runCommand(session, *dataset, command, {options.advise, options.bootstrap},
+      runCommand(session, *dataset, command, {options.advise, options.bootstrap, teller(progress)},
                  [&module] { module.run(); });
       if (dataset->failed()) break;
     }

@@ -86,7 +86,9 @@ void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& c
   for (DocumentMessage& message : procedure.messages) showPlace(command, facts, message);
   if (cases.isComplete() && !dataset.failed()) {
     if (!hasError(procedure)) {
-      if (options.bootstrap.samples > 0) addBootstrap(session, facts, options.bootstrap, entry);
+      if (options.bootstrap.samples > 0) {
+        addBootstrap(session, facts, options.bootstrap, entry, options.progress);
+      }
       if (imputation) poolImputations(session, *imputation, facts.level);
     }
     tellOfCases(procedure, facts, dataset, cases, options.advise);

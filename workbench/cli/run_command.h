@@ -7,6 +7,7 @@
 #include "workbench/dataset/active_dataset.h"
 #include "workbench/output/output_document.h"
 #include "workbench/parser/command_text.h"
+#include "workbench/session/progress.h"
 #include "workbench/session/session.h"
 
 namespace workbench {
@@ -15,6 +16,7 @@ namespace workbench {
 struct RunOptions {
   bool advise = true;
   BootstrapOptions bootstrap;
+  ProgressCallback progress = {};  ///< of the samples; may be empty
 };
 
 /// Opens a procedure in the session's document, runs `entry` and closes the procedure. What was

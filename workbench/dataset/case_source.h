@@ -12,7 +12,6 @@
 #include "workbench/dataset/coded_cases.h"
 #include "workbench/dataset/odd_text.h"
 #include "workbench/dataset/variable.h"
-#include "workbench/engine/progress.h"
 
 namespace workbench {
 
@@ -102,7 +101,6 @@ class CaseSource {
   /// nothing.
   virtual std::string cost() const { return {}; }
 
-  virtual void setProgress(ProgressCallback callback) = 0;
   /// Throws DataError when what was read is not what is there now.
   virtual void refuseChanged() const {}
 };

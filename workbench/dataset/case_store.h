@@ -29,6 +29,8 @@ class CaseStore {
   CaseStore& operator=(const CaseStore&) = delete;
   /// Exact width of the string variable at a position of the plan; 0 for all others.
   virtual int32_t width(size_t column) const = 0;
+  /// Rows that a feed delivers.
+  virtual int64_t rows() const = 0;
   virtual std::unique_ptr<CaseFeed> openFeed(ColumnViews views, std::shared_ptr<SplitCursor> cursor,
                                              FeedObserver& observer) = 0;
 };

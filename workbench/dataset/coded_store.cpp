@@ -261,6 +261,7 @@ class CodedStore final : public CaseStore {
     for (const CaseColumn& column : stored_->cases.columns) widths_.push_back(column.width());
   }
   int32_t width(size_t column) const override { return widths_[column]; }
+  int64_t rows() const override { return static_cast<int64_t>(stored_->cases.rows); }
   std::unique_ptr<CaseFeed> openFeed(ColumnViews views, std::shared_ptr<SplitCursor> cursor,
                                      FeedObserver& observer) override {
     return std::make_unique<CodedFeed>(stored_, std::move(views), std::move(cursor), observer);

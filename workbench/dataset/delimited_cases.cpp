@@ -32,7 +32,7 @@ void normalise(CaseColumn& column) {
 class DelimitedCaseSource final : public CaseSource {
  public:
   DelimitedCaseSource(const DataFiles& files, const TextLayout& layout, const FieldRules& rules,
-                      const std::atomic<bool>* interrupted);
+                      const std::atomic<bool>* interrupted, ProgressCallback progress);
 
   const std::string& label() const override { return files_.label; }
   const std::vector<SourceVariable>& variables() const override { return variables_; }
@@ -40,7 +40,6 @@ class DelimitedCaseSource final : public CaseSource {
   void forEachBlock(const CaseRequest& request,
                     const std::function<void(const CaseBlock&)>& take) override;
   std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
-  void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
 
  private:
   DelimitedOptions optionsFor(const TextLayout& layout, const FieldRules& rules);
@@ -67,9 +66,11 @@ class DelimitedCaseSource final : public CaseSource {
 
 DelimitedCaseSource::DelimitedCaseSource(const DataFiles& files, const TextLayout& layout,
                                          const FieldRules& rules,
-                                         const std::atomic<bool>* interrupted)
+                                         const std::atomic<bool>* interrupted,
+                                         ProgressCallback progress)
     : files_(files),
       interrupted_(interrupted),
+      progress_(std::move(progress)),
       data_(std::make_unique<DelimitedData>(optionsFor(layout, rules))) {
   for (size_t i = 0; i < data_->names().size(); ++i) {
     if (data_->names()[i].empty()) continue;  // nobody could name it
@@ -108,7 +109,11 @@ DelimitedRequest DelimitedCaseSource::requestFor(const CaseRequest& request) con
                   : request.collapse == CollapseMode::kNever ? Counting::kNever
                                                              : Counting::kAuto;
   made.memoryLimit = request.memoryLimit;
-  made.progress = progress_;
+  if (progress_) {
+    made.progress = [this](double percent, int64_t cases) {
+      progress_(Phase::kReading, percent, cases);
+    };
+  }
   return made;
 }
 
@@ -253,8 +258,10 @@ void DelimitedCaseSource::forEachBlock(const CaseRequest& request,
 
 std::unique_ptr<CaseSource> openDelimitedCases(const DataFiles& files, const TextLayout& layout,
                                                const FieldRules& rules,
-                                               const std::atomic<bool>* interrupted) {
-  return std::make_unique<DelimitedCaseSource>(files, layout, rules, interrupted);
+                                               const std::atomic<bool>* interrupted,
+                                               ProgressCallback progress) {
+  return std::make_unique<DelimitedCaseSource>(files, layout, rules, interrupted,
+                                               std::move(progress));
 }
 
 }  // namespace workbench

@@ -125,9 +125,6 @@ class EngineCases final : public TypedCases {
   std::vector<std::string> statements(const CaseRequest& request) const override {
     return {EngineRows::sqlOf(*relation_, columns(), request)};
   }
-  void setProgress(ProgressCallback callback) override {
-    relation_->engine().setProgress(std::move(callback));
-  }
   void refuseChanged() const override { relation_->refuseChanged(); }
 
  private:

@@ -128,7 +128,8 @@ class BlockingReader final : public JsonMembers {
 
 class JsonCases final : public CaseSource {
  public:
-  JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted);
+  JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted,
+            ProgressCallback progress);
 
   const std::string& label() const override { return files_.label; }
   const std::vector<SourceVariable>& variables() const override { return variables_; }
@@ -136,7 +137,6 @@ class JsonCases final : public CaseSource {
   void forEachBlock(const CaseRequest& request,
                     const std::function<void(const CaseBlock&)>& take) override;
   std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
-  void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
   void refuseChanged() const override {
     for (const auto& input : inputs_) input->refuseChanged();
   }
@@ -145,7 +145,7 @@ class JsonCases final : public CaseSource {
   void walk(size_t file, JsonVisitor& visitor);
   std::vector<SpelledColumn> columnsFor(const CaseRequest& request) const;
   void beginPart(std::vector<SpelledColumn>& columns, size_t file) const;
-  void report(int64_t cases) const;
+  void report(Phase phase, int64_t cases) const;
 
   DataFiles files_;
   FieldRules rules_;
@@ -156,9 +156,13 @@ class JsonCases final : public CaseSource {
   std::vector<SpelledColumn> understood_;  // of the last read
 };
 
-JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted)
-    : files_(files), rules_(std::move(rules)), interrupted_(interrupted) {
-  JsonNames names;
+JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted,
+                     ProgressCallback progress)
+    : files_(files),
+      rules_(std::move(rules)),
+      interrupted_(interrupted),
+      progress_(std::move(progress)) {
+  JsonNames names([this](int64_t records) { report(Phase::kNames, records); });
   for (size_t i = 0; i < files_.files.size(); ++i) {
     inputs_.push_back(openInput(files_.files[i].path, files_.files[i].label, interrupted_));
     names.beginFile(files_.files[i].label);
@@ -200,9 +204,9 @@ void JsonCases::beginPart(std::vector<SpelledColumn>& columns, size_t file) cons
   for (SpelledColumn& column : columns) column.beginPart(files_.files[file].label + ", line");
 }
 
-void JsonCases::report(int64_t cases) const {
+void JsonCases::report(Phase phase, int64_t cases) const {
   throwIfSet(interrupted_);
-  if (progress_) progress_(-1.0, cases);
+  if (progress_) progress_(phase, -1.0, cases);
 }
 
 CodedCases JsonCases::read(const CaseRequest& request) {
@@ -212,7 +216,7 @@ CodedCases JsonCases::read(const CaseRequest& request) {
   for (size_t i = 0; i < files_.files.size(); ++i) {
     beginPart(columns, i);
     CodingReader reader(variables_, request, files_.files[i], columns, collector,
-                        [this](int64_t cases) { report(cases); });
+                        [this](int64_t cases) { report(Phase::kReading, cases); });
     walk(i, reader);
     reader.flush();
   }
@@ -237,9 +241,15 @@ CodedCases JsonCases::read(const CaseRequest& request) {
 void JsonCases::forEachBlock(const CaseRequest& request,
                              const std::function<void(const CaseBlock&)>& take) {
   std::vector<KindTally> tallies(request.columns.size());
+  int64_t read = 0;
   for (size_t i = 0; i < files_.files.size(); ++i) {
     beginPart(understood_, i);
-    BlockingReader reader(variables_, request, files_.files[i], understood_, tallies, i, take);
+    BlockingReader reader(variables_, request, files_.files[i], understood_, tallies, i,
+                          [&](const CaseBlock& block) {
+                            take(block);
+                            read += static_cast<int64_t>(block.cases);
+                            report(Phase::kReading, read);
+                          });
     walk(i, reader);
     reader.flush();
   }
@@ -255,8 +265,9 @@ void JsonCases::forEachBlock(const CaseRequest& request,
 }  // namespace
 
 std::unique_ptr<CaseSource> openJsonCases(const DataFiles& files, const FieldRules& rules,
-                                          const std::atomic<bool>* interrupted) {
-  return std::make_unique<JsonCases>(files, rules, interrupted);
+                                          const std::atomic<bool>* interrupted,
+                                          ProgressCallback progress) {
+  return std::make_unique<JsonCases>(files, rules, interrupted, std::move(progress));
 }
 
 }  // namespace workbench

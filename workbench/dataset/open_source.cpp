@@ -27,6 +27,7 @@ OpenedSource openDatabaseSource(const SourceOptions& options) {
   }
   auto relation = openDatabase(options.data.substr(kDatabase.size()), options.data, options.query,
                                options.table, options.interrupted);
+  relation->engine().setProgress(options.progress);
   return {openEngineCases(std::move(relation), options.rules), ""};
 }
 
@@ -35,7 +36,7 @@ OpenedSource openServerSource(const SourceOptions& options) {
   return {openServerCases(
               {options.data, options.data.substr(kServer.size()), options.query, options.table,
                options.password, [interrupted] { return interrupted != nullptr && *interrupted; }},
-              options.rules),
+              options.rules, options.progress),
           ""};
 }
 
@@ -44,21 +45,24 @@ std::unique_ptr<CaseSource> openParquetFiles(const DataFiles& files, const Sourc
   for (const DataFile& file : files.files) {
     parts.push_back({file.path, file.label, file.pathValues});
   }
-  return openEngineCases(
-      openParquet(files.label, parts, files.pathNames, options.query, options.interrupted),
-      options.rules);
+  auto relation =
+      openParquet(files.label, parts, files.pathNames, options.query, options.interrupted);
+  relation->engine().setProgress(options.progress);
+  return openEngineCases(std::move(relation), options.rules);
 }
 
 /// What the program reads without the engine.
 std::unique_ptr<CaseSource> openOwn(const DataFiles& files, const SourceOptions& options) {
   if (files.format == FileFormat::kDta || files.format == FileFormat::kSas7bdat ||
       files.format == FileFormat::kXport) {
-    return openStatCases(files, options.layout.encoding, options.rules, options.interrupted);
+    return openStatCases(files, options.layout.encoding, options.rules, options.interrupted,
+                         options.progress);
   }
   if (files.format == FileFormat::kJson) {
-    return openJsonCases(files, options.rules, options.interrupted);
+    return openJsonCases(files, options.rules, options.interrupted, options.progress);
   }
-  return openDelimitedCases(files, options.layout, options.rules, options.interrupted);
+  return openDelimitedCases(files, options.layout, options.rules, options.interrupted,
+                            options.progress);
 }
 
 }  // namespace
@@ -76,7 +80,8 @@ OpenedSource openSource(const SourceOptions& options) {
   }
   std::unique_ptr<CaseSource> source = openOwn(files, options);
   if (options.query) {
-    source = openQueryCases(*source, *options.query, options.rules, options.interrupted);
+    source = openQueryCases(*source, *options.query, options.rules, options.interrupted,
+                            options.progress);
   }
   return {std::move(source), files.dictionary};
 }

@@ -9,6 +9,7 @@
 #include "workbench/dataset/case_source.h"
 #include "workbench/dataset/delimited_cases.h"
 #include "workbench/odbc/server_relation.h"
+#include "workbench/session/progress.h"
 #include "workbench/values/field.h"
 
 namespace workbench {
@@ -23,6 +24,7 @@ struct SourceOptions {
   /// Set from outside to make all reading throw Interrupted; may be null, else it outlives the
   /// source.
   const std::atomic<bool>* interrupted = nullptr;
+  ProgressCallback progress;  ///< may be empty; called from any thread
 };
 
 struct OpenedSource {

@@ -128,8 +128,10 @@ void DataTable::show() {
 
 std::unique_ptr<CaseSource> openQueryCases(CaseSource& texts, const std::string& query,
                                            const FieldRules& rules,
-                                           const std::atomic<bool>* interrupted) {
+                                           const std::atomic<bool>* interrupted,
+                                           const ProgressCallback& progress) {
   auto relation = std::make_unique<Relation>(texts.label(), interrupted);
+  relation->engine().setProgress(progress);
   try {
     relation->engine().start({});
     DataTable(relation->database(), texts).show();

@@ -125,7 +125,8 @@ class CombinationTotals {
 
 class ServerCases final : public CaseSource {
  public:
-  ServerCases(ServerOptions options, const FieldRules& rules) : rules_(rules) {
+  ServerCases(ServerOptions options, const FieldRules& rules, ProgressCallback progress)
+      : rules_(rules), progress_(std::move(progress)) {
     interrupted_ = std::move(options.isInterrupted);
     options.isInterrupted = [this] { return lookUp(); };
     relation_ = std::make_unique<ServerRelation>(options);
@@ -142,7 +143,6 @@ class ServerCases final : public CaseSource {
                     const std::function<void(const CaseBlock&)>& take) override;
   std::vector<std::string> statements(const CaseRequest& request) const override;
   std::string cost() const override;
-  void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
 
  private:
   std::optional<CodedCases> count(const CaseRequest& request, bool roundWeight);
@@ -169,7 +169,7 @@ class ServerCases final : public CaseSource {
 };
 
 void ServerCases::showProgress() {
-  if (progress_) progress_(-1.0, rowsNow_);
+  if (progress_) progress_(rowsNow_ == 0 ? Phase::kWaiting : Phase::kReading, -1.0, rowsNow_);
 }
 
 /// Called while the server is waited for.
@@ -393,8 +393,9 @@ void ServerCases::forEachBlock(const CaseRequest& request,
 
 }  // namespace
 
-std::unique_ptr<CaseSource> openServerCases(const ServerOptions& options, const FieldRules& rules) {
-  return std::make_unique<ServerCases>(options, rules);
+std::unique_ptr<CaseSource> openServerCases(const ServerOptions& options, const FieldRules& rules,
+                                            ProgressCallback progress) {
+  return std::make_unique<ServerCases>(options, rules, std::move(progress));
 }
 
 }  // namespace workbench

@@ -3,10 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
+#include "workbench/dataset/pass_progress.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/text/nearest.h"
 
@@ -17,11 +19,12 @@ std::unique_ptr<SourceDataset> openDataset(const DataOptions& options) {
 }
 
 SourceDataset::SourceDataset(const DataOptions& options)
-    : separate_(options.separateTables),
+    : progress_(options.progress),
+      separate_(options.separateTables),
       collapse_(options.collapse),
       memoryLimit_(options.memoryLimit) {
-  SourceOptions from{options.data,   options.query,    options.table,      FieldRules(),
-                     options.layout, options.password, options.interrupted};
+  SourceOptions from{options.data,   options.query,    options.table,       FieldRules(),
+                     options.layout, options.password, options.interrupted, tellReading()};
   from.rules.decimal = options.decimal;
   if (options.missingTexts) {
     from.rules.missingTexts = *options.missingTexts;
@@ -30,6 +33,9 @@ SourceDataset::SourceDataset(const DataOptions& options)
   OpenedSource opened = openSource(from);
   source_ = std::move(opened.source);
   workspace_.watch(options.interrupted);
+  workspace_.setProgress([this](Phase, double percent, int64_t rows) {
+    if (progress_ && reading_ == Phase::kKeeping) progress_(Phase::kSorting, percent, rows);
+  });
   openDictionary(options, opened.dictionary);
   declareVariables();
   chooseVariables(options);
@@ -37,6 +43,13 @@ SourceDataset::SourceDataset(const DataOptions& options)
 }
 
 SourceDataset::~SourceDataset() = default;
+
+ProgressCallback SourceDataset::tellReading() {
+  if (!progress_) return {};
+  return [this](Phase phase, double percent, int64_t cases) {
+    progress_(phase == Phase::kReading ? reading_ : phase, percent, cases);
+  };
+}
 
 /// A dictionary that is given must match; one that is found says what it has to say.
 void SourceDataset::openDictionary(const DataOptions& options, const std::string& beside) {
@@ -159,6 +172,7 @@ void SourceDataset::beginCommand(const std::vector<VarIndex>& mentioned) {
   cursor_.reset();
   firstPassCases_ = -1;
   caseCount_ = -1;
+  passes_ = 0;
   // What was read for the command before serves again when it holds all that is wanted.
   if (store_ != nullptr &&
       std::includes(projection_.begin(), projection_.end(), wanted.begin(), wanted.end())) {
@@ -204,7 +218,9 @@ bool SourceDataset::readCasesOnce() {
     CodedCases cases = source_->read(wanted.request);
     // The missing values of the weight depend on its kind.
     if (weight_ >= 0) settle(weight_, cases.complete ? cases.columns.back().width() : 1);
+    reading_ = Phase::kKeeping;
     store_ = keepCases(std::move(cases), *source_, wanted, workspace_);
+    reading_ = Phase::kReading;
     source_->refuseChanged();
     for (size_t i = 0; i < projection_.size(); ++i) settle(projection_[i], store_->width(i));
   } catch (const std::exception& error) {
@@ -255,7 +271,10 @@ std::unique_ptr<CaseFeed> SourceDataset::openFeed() {
   for (VarIndex index = 0; index < variableCount(); ++index) views.showMissing(*this, index);
   cursor_ = std::make_shared<SplitCursor>();
   try {
-    return store_->openFeed(std::move(views), cursor_, *this);
+    constexpr std::array kPasses{Phase::kFirstPass, Phase::kSecondPass, Phase::kFurtherPass};
+    const Phase pass = kPasses[std::min(passes_++, static_cast<int>(kPasses.size()) - 1)];
+    return withProgress(store_->openFeed(std::move(views), cursor_, *this), pass, store_->rows(),
+                        progress_);
   } catch (const std::exception& error) {
     passFailed(error);
     return nullptr;

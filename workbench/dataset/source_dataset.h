@@ -15,6 +15,7 @@
 #include "workbench/dataset/name_index.h"
 #include "workbench/dataset/open_source.h"
 #include "workbench/engine/engine_holder.h"
+#include "workbench/session/progress.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
@@ -38,6 +39,9 @@ struct DataOptions {
   /// Set from outside (by a signal handler, say) to make all reading fail; may be null, else it
   /// outlives the data set.
   const std::atomic<bool>* interrupted = nullptr;
+  /// Told how far reading and passing over the cases is; may be empty. Called from any thread, one
+  /// at a time.
+  ProgressCallback progress;
 };
 
 /// Reads the cases of a command when they are first needed, and only its variables.
@@ -51,11 +55,6 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
 
   /// A list or a structure, say.
   std::string unusableBecause(VarIndex index) const override;
-
-  void setProgress(const ProgressCallback& callback) {
-    source_->setProgress(callback);
-    workspace_.setProgress(callback);
-  }
 
   /// The statements that reading the variables of the command begun would run elsewhere.
   std::vector<std::string> statements() const { return source_->statements(plan().request); }
@@ -94,6 +93,12 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   void readAlone(VarIndex index);
   void fail(std::string text);
 
+  /// For those who read: what of it is being done.
+  ProgressCallback tellReading();
+
+  ProgressCallback progress_;
+  Phase reading_ = Phase::kReading;  // what a read is for
+  int passes_ = 0;                   // over the cases of the command
   Dictionary dictionary_;
   std::unique_ptr<CaseSource> source_;
   EngineHolder workspace_;  // for cases that do not fit into memory

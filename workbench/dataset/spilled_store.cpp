@@ -172,6 +172,7 @@ class SpilledStore final : public CaseStore {
   SpilledStore(CaseSource& source, const CasePlan& plan, const std::vector<ValueKind>& kinds,
                int64_t cases, EngineHolder& workspace);
   int32_t width(size_t column) const override { return table_.widths[column]; }
+  int64_t rows() const override { return table_.cases; }
   std::unique_ptr<CaseFeed> openFeed(ColumnViews views, std::shared_ptr<SplitCursor> cursor,
                                      FeedObserver& observer) override {
     return std::make_unique<SpilledFeed>(database_, table_, std::move(views), std::move(cursor),

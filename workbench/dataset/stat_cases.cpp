@@ -44,11 +44,10 @@ ValueKind kindOf(const StatColumn& column) {
 class StatCases final : public TypedCases {
  public:
   StatCases(const DataFiles& files, const std::string& encoding, const FieldRules& rules,
-            const std::atomic<bool>* interrupted);
+            const std::atomic<bool>* interrupted, ProgressCallback progress);
 
   const std::string& label() const override { return files_.label; }
   std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
-  void setProgress(ProgressCallback callback) override { progress_ = std::move(callback); }
   void refuseChanged() const override {
     for (const FileStamp& stamp : stamps_) stamp.refuseChanged();
   }
@@ -71,8 +70,8 @@ class StatCases final : public TypedCases {
 };
 
 StatCases::StatCases(const DataFiles& files, const std::string& encoding, const FieldRules& rules,
-                     const std::atomic<bool>* interrupted)
-    : TypedCases(rules), files_(files), interrupted_(interrupted) {
+                     const std::atomic<bool>* interrupted, ProgressCallback progress)
+    : TypedCases(rules), files_(files), interrupted_(interrupted), progress_(std::move(progress)) {
   parts_.reserve(files_.files.size());
   for (const DataFile& file : files_.files) open(file, encoding);
   declare();
@@ -196,7 +195,7 @@ void StatCases::addLabels(const StatPart& part, SourceVariable& source, size_t c
 
 std::unique_ptr<TypedRows> StatCases::openRows(const CaseRequest& request) {
   return openStatRows(parts_, columns(), request, [this](double percent, int64_t cases) {
-    if (progress_) progress_(percent, cases);
+    if (progress_) progress_(Phase::kReading, percent, cases);
   });
 }
 
@@ -204,8 +203,9 @@ std::unique_ptr<TypedRows> StatCases::openRows(const CaseRequest& request) {
 
 std::unique_ptr<CaseSource> openStatCases(const DataFiles& files, const std::string& encoding,
                                           const FieldRules& rules,
-                                          const std::atomic<bool>* interrupted) {
-  return std::make_unique<StatCases>(files, encoding, rules, interrupted);
+                                          const std::atomic<bool>* interrupted,
+                                          ProgressCallback progress) {
+  return std::make_unique<StatCases>(files, encoding, rules, interrupted, std::move(progress));
 }
 
 }  // namespace workbench

@@ -28,7 +28,7 @@ struct Wanted {
 class StatRows final : public TypedRows {
  public:
   StatRows(const std::vector<StatPart>& parts, const std::vector<TypedColumnFacts>& columns,
-           const CaseRequest& request, ProgressCallback progress);
+           const CaseRequest& request, std::function<void(double, int64_t)> progress);
 
   bool next() override;
   size_t cases() const override { return reader_ == nullptr ? 0 : reader_->cases(); }
@@ -43,7 +43,7 @@ class StatRows final : public TypedRows {
 
   const std::vector<StatPart>& parts_;
   const std::vector<TypedColumnFacts>& columns_;
-  ProgressCallback progress_;
+  std::function<void(double, int64_t)> progress_;
   std::vector<Wanted> wanted_;
   size_t next_ = 0;  // the part to be opened next
   std::unique_ptr<StatCaseReader> reader_;
@@ -53,7 +53,7 @@ class StatRows final : public TypedRows {
 };
 
 StatRows::StatRows(const std::vector<StatPart>& parts, const std::vector<TypedColumnFacts>& columns,
-                   const CaseRequest& request, ProgressCallback progress)
+                   const CaseRequest& request, std::function<void(double, int64_t)> progress)
     : parts_(parts), columns_(columns), progress_(std::move(progress)) {
   for (const ColumnRequest& each : request.columns) {
     Wanted& wanted = wanted_.emplace_back();
@@ -172,7 +172,8 @@ void StatRows::texts(size_t column, std::string_view* out) {
 
 std::unique_ptr<TypedRows> openStatRows(const std::vector<StatPart>& parts,
                                         const std::vector<TypedColumnFacts>& columns,
-                                        const CaseRequest& request, ProgressCallback progress) {
+                                        const CaseRequest& request,
+                                        std::function<void(double, int64_t)> progress) {
   return std::make_unique<StatRows>(parts, columns, request, std::move(progress));
 }
 

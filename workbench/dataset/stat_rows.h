@@ -9,7 +9,6 @@
 
 #include "workbench/dataset/case_source.h"
 #include "workbench/dataset/typed_blocks.h"
-#include "workbench/engine/progress.h"
 #include "workbench/statfiles/stat_file.h"
 
 namespace workbench {
@@ -27,6 +26,7 @@ struct StatPart {
 /// part has, then those of the paths.
 std::unique_ptr<TypedRows> openStatRows(const std::vector<StatPart>& parts,
                                         const std::vector<TypedColumnFacts>& columns,
-                                        const CaseRequest& request, ProgressCallback progress);
+                                        const CaseRequest& request,
+                                        std::function<void(double, int64_t)> progress);
 
 }  // namespace workbench

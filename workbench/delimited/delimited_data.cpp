@@ -107,7 +107,7 @@ class DelimitedData::Implementation {
       take(decoded);
       if (block.problem) throw DataError(*block.problem);
       count += static_cast<int64_t>(decoded.cases);
-      if (request.progress) request.progress(-1.0, count);
+      if (request.progress) request.progress(percentAt(reader.position()), count);
     }
     refuseChanged();
   }
@@ -183,6 +183,12 @@ class DelimitedData::Implementation {
       plans.push_back(std::move(plan));
     }
     return plans;
+  }
+
+  double percentAt(uint64_t position) const {
+    const int64_t all = bytes();
+    if (all <= 0) return -1.0;
+    return std::min(100.0 * static_cast<double>(position) / static_cast<double>(all), 100.0);
   }
 
   BlockReader newReader() const {

@@ -75,7 +75,7 @@ void Database::pollProgress() {
   if (now < nextPoll_) return;
   nextPoll_ = now + kPollEvery;
   const duckdb_query_progress_type progress = duckdb().query_progress(connection_);
-  progress_(progress.percentage, static_cast<int64_t>(progress.rows_processed));
+  progress_(Phase::kReading, progress.percentage, static_cast<int64_t>(progress.rows_processed));
 }
 
 Statement::Statement(Database& database, const std::string& sql) {

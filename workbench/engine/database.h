@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "workbench/engine/duckdb_library.h"
-#include "workbench/engine/progress.h"
+#include "workbench/session/progress.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {

@@ -29,6 +29,7 @@ class EngineHolder {
   /// As of a Database.
   void watch(const std::atomic<bool>* interrupted) { watched_ = interrupted; }
   const std::atomic<bool>* watched() const { return watched_; }
+  /// Queries tell of themselves as reading.
   void setProgress(ProgressCallback callback);
 
  private:

@@ -330,20 +330,5 @@ TEST(SourceDataset, DataWithoutACase) {
   }
 }
 
-TEST(SourceDataset, ReportsProgress) {
-  const DataFolder folder;
-  std::string text = "a,s\n";
-  for (int i = 0; i < 400000; ++i) text += std::to_string(i) + ",xxxxxxxx\n";
-  const auto data = openDataset(dataOptions(folder.write("a.csv", text)));
-  int calls = 0;
-  data->setProgress([&calls](double percent, int64_t rows) {
-    ++calls;
-    EXPECT_LE(percent, 100.0);
-    EXPECT_GE(rows, 0);
-  });
-  EXPECT_EQ(casesOf(*data).size(), 400000U);
-  EXPECT_GT(calls, 0);
-}
-
 }  // namespace
 }  // namespace workbench
