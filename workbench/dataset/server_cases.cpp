@@ -9,6 +9,7 @@
 
 #include "workbench/dataset/case_collector.h"
 #include "workbench/dataset/server_blocks.h"
+#include "workbench/dataset/server_rows.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
@@ -17,19 +18,6 @@ namespace {
 using Use = ServerBlocks::Use;
 
 constexpr size_t kBlockRows = 4096;
-/// Rows that a cursor hands over at a time.
-constexpr int kPortion = 20'000;
-
-constexpr const char* kClose = "CLOSE proportions_cases";
-
-std::string declaredCursor(const std::string& select) {
-  return "DECLARE proportions_cases NO SCROLL CURSOR FOR " + select;
-}
-
-std::string fetchedPortion() {
-  return fmt::format("FETCH FORWARD {} FROM proportions_cases", kPortion);
-}
-
 double numberAt(const ServerStatement& statement, size_t column) {
   const std::string_view text = statement.text(column);
   double value = 0.0;
@@ -53,37 +41,6 @@ SourceVariable declaredVariable(const ServerColumn& column) {
   }
   return variable;
 }
-
-/// The rows of one SELECT, by a cursor where many of them would be held by the driver otherwise.
-class ServerRows {
- public:
-  ServerRows(ServerRelation& relation, const std::string& select, bool byCursor,
-             std::vector<bool> inMemory)
-      : statement_(relation.connection()), byCursor_(byCursor) {
-    statement_.asDoubles(std::move(inMemory));
-    statement_.run(byCursor ? declaredCursor(select) : select);
-    if (byCursor) statement_.run(fetchedPortion());
-  }
-
-  bool next() {
-    if (statement_.fetch()) {
-      ++portion_;
-      return true;
-    }
-    if (!byCursor_) return false;
-    const bool isLast = portion_ < kPortion;
-    portion_ = 0;
-    statement_.run(isLast ? kClose : fetchedPortion());
-    if (isLast) return false;
-    return next();
-  }
-  const ServerStatement& row() const { return statement_; }
-
- private:
-  ServerStatement statement_;
-  bool byCursor_;
-  int portion_ = 0;
-};
 
 /// What a counting statement tells of each combination, behind its values.
 class CombinationTotals {
@@ -179,8 +136,8 @@ bool ServerCases::lookUp() {
 }
 
 void ServerCases::reckon(const ServerRows& rows) {
-  rows_ += rows.row().rows();
-  bytes_ += rows.row().bytes();
+  rows_ += rows.rows();
+  bytes_ += rows.bytes();
 }
 
 std::string ServerCases::cost() const {
@@ -221,14 +178,9 @@ std::vector<std::string> ServerCases::statements(const CaseRequest& request) con
       return all;
     }
   }
-  const std::string select = casesStatement(dialect, selectionOf(request, false), relation_->sql());
-  if (!dialect.cursor) {
-    all.push_back(select);
-    return all;
+  for (std::string& statement : caseStatements(*relation_, selectionOf(request, false))) {
+    all.push_back(std::move(statement));
   }
-  all.push_back(declaredCursor(select));
-  all.push_back(fetchedPortion());
-  all.emplace_back(kClose);
   return all;
 }
 
@@ -268,23 +220,23 @@ std::optional<CodedCases> ServerCases::takeCombinations(const CaseRequest& reque
   CaseCollector collector(kinds, CollapseMode::kNever, request.memoryLimit);
   CombinationTotals totals(request.columns.size(), weighted);
   rowsNow_ = 0;
-  ServerRows rows(*relation_, sql, false, blocks.inMemory());
+  const auto rows = openRows(*relation_, sql, blocks.inMemory());
   bool more = true;
   bool usable = true;
   while (more && usable) {
     blocks.beginBlock();
     totals.beginBlock();
-    while (usable && blocks.rows() < kBlockRows && (more = rows.next())) {
+    while (usable && blocks.rows() < kBlockRows && (more = rows->next())) {
       ++rowsNow_;
-      usable = !totals.isOdd(rows.row());
-      for (size_t i = totals.take(rows.row()); i > 0; --i) blocks.take(rows.row(), Use::kCodes);
+      usable = !totals.isOdd(rows->row());
+      for (size_t i = totals.take(rows->row()); i > 0; --i) blocks.take(rows->row(), Use::kCodes);
     }
     blocks.endBlock();
     if (weighted)
       collector.addNumbers(request.columns.size(), totals.weights.data(), blocks.rows());
     usable = usable && collect(blocks, collector) && totals.counts.size() <= kMostCombinations;
   }
-  reckon(rows);
+  reckon(*rows);
   if (!usable) return std::nullopt;
   CodedCases counted = collector.finish();
   counted.counts = std::move(totals.counts);
@@ -324,16 +276,14 @@ void ServerCases::finish(const CaseRequest& request, ServerBlocks& blocks, Coded
 CodedCases ServerCases::stream(const CaseRequest& request) {
   ServerBlocks blocks(*relation_, request, rules_, "case");
   CaseCollector collector(blocks.kinds(), request.collapse, request.memoryLimit);
-  const std::string sql =
-      casesStatement(relation_->dialect(), selectionOf(request, false), relation_->sql());
   rowsNow_ = 0;
-  ServerRows rows(*relation_, sql, relation_->dialect().cursor, blocks.inMemory());
+  const auto rows = openCases(*relation_, selectionOf(request, false), blocks.inMemory());
   bool keeping = true;
   bool more = true;
   while (more) {
     blocks.beginBlock();
-    while (blocks.rows() < kBlockRows && (more = rows.next())) {
-      blocks.take(rows.row(), keeping ? Use::kCodes : Use::kNote);
+    while (blocks.rows() < kBlockRows && (more = rows->next())) {
+      blocks.take(rows->row(), keeping ? Use::kCodes : Use::kNote);
       ++rowsNow_;
     }
     blocks.endBlock();
@@ -345,7 +295,7 @@ CodedCases ServerCases::stream(const CaseRequest& request) {
       collector.endBlock(blocks.rows());
     }
   }
-  reckon(rows);
+  reckon(*rows);
   relation_->refuseLostConnection();
   CodedCases cases = collector.finish();
   finish(request, blocks, cases);
@@ -357,10 +307,8 @@ void ServerCases::forEachBlock(const CaseRequest& request,
   try {
     ServerBlocks blocks(*relation_, request, rules_, "case");
     blocks.understandAs(understood_);
-    const std::string sql =
-        casesStatement(relation_->dialect(), selectionOf(request, false), relation_->sql());
     rowsNow_ = 0;
-    ServerRows rows(*relation_, sql, relation_->dialect().cursor, blocks.inMemory());
+    const auto rows = openCases(*relation_, selectionOf(request, false), blocks.inMemory());
     CaseBlock block;
     block.columns.resize(request.columns.size());
     int64_t before = 0;
@@ -370,8 +318,8 @@ void ServerCases::forEachBlock(const CaseRequest& request,
     bool more = true;
     while (more) {
       blocks.beginBlock();
-      while (blocks.rows() < kBlockRows && (more = rows.next())) {
-        blocks.take(rows.row(), Use::kValues);
+      while (blocks.rows() < kBlockRows && (more = rows->next())) {
+        blocks.take(rows->row(), Use::kValues);
         ++rowsNow_;
       }
       blocks.endBlock();
@@ -384,7 +332,7 @@ void ServerCases::forEachBlock(const CaseRequest& request,
       take(block);
       before += static_cast<int64_t>(block.cases);
     }
-    reckon(rows);
+    reckon(*rows);
     relation_->refuseLostConnection();
   } catch (const ServerError& error) {
     throw DataError(relation_->problem(error));

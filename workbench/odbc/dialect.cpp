@@ -2,34 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <array>
 #include <initializer_list>
 
 #include "workbench/text/text_fold.h"
 
 namespace workbench {
 namespace {
-
-constexpr int kExactDigits = 15;
-
-// Plain SQL, for servers that nothing else is known of.
-
-void plainSettle(ServerColumn&, const ResultColumn&) {}
-std::string plainShown(const ServerColumn& column, bool) { return column.quoted; }
-std::string plainGrouped(const ServerColumn& column) {
-  const bool isText = column.kind == ServerKind::kText || column.kind == ServerKind::kEnumeration;
-  return isText ? "" : column.quoted;
-}
-std::string plainAnyOf(const ServerColumn&, const std::string& shown) { return shown; }
-std::string plainFloor(const std::string& number) { return fmt::format("FLOOR({})", number); }
-std::string plainOddWeight(const ServerColumn& column) {
-  if (column.floating || (column.digits > 0 && column.digits <= kExactDigits)) return "";
-  return fmt::format("{0} <> CAST(CAST({0} AS DOUBLE PRECISION) AS DECIMAL({1}, {2}))",
-                     column.quoted, column.digits, column.scale);
-}
-std::string plainSoundWeight(const ServerColumn&) { return ""; }
-std::string plainSum(const std::string& number) { return fmt::format("SUM({})", number); }
 
 // PostgreSQL. Collations are deterministic, which is bytewise as far as equality goes, unless
 // somebody has made one that is not: then the columns are marked as not plain.
@@ -110,10 +88,12 @@ std::string mariaAnyOf(const ServerColumn& column, const std::string& shown) {
 }
 
 std::string mariaOddWeight(const ServerColumn& column) {
-  if (column.floating || (column.digits > 0 && column.digits <= kExactDigits)) return "";
+  if (plain_sql::isExactInBinary(column)) return "";
   return fmt::format("{0} <> CAST(POW({0}, 1) AS DECIMAL({1}, {2}))", column.quoted, column.digits,
                      column.scale);
 }
+
+std::string mariaHash(const std::string& value) { return fmt::format("CRC32({})", value); }
 
 // SQLite. Any value may stand in any column, whatever the column was declared to be; of the result
 // of an expression the driver says that it is a text.
@@ -164,83 +144,73 @@ std::string sqliteSum(const std::string& number) {
   return fmt::format("printf('%!.20g', TOTAL({}))", number);
 }
 
-/// What all servers are taken for, and the start of what is known of some.
-Dialect plainDialect() {
-  Dialect dialect;
-  dialect.settle = plainSettle;
-  dialect.shown = plainShown;
-  dialect.grouped = plainGrouped;
-  dialect.anyOf = plainAnyOf;
-  dialect.floor = plainFloor;
-  dialect.sum = plainSum;
-  dialect.oddWeight = plainOddWeight;
-  dialect.soundWeight = plainSoundWeight;
-  return dialect;
-}
-
-Dialect postgres() {
-  Dialect dialect = plainDialect();
-  dialect.server = "postgresql";
-  dialect.session = {"SET TIME ZONE 'UTC'", "SET DATESTYLE TO 'ISO, YMD'",
-                     "SET EXTRA_FLOAT_DIGITS TO 3", "SET STANDARD_CONFORMING_STRINGS TO ON",
-                     "BEGIN TRANSACTION ISOLATION LEVEL REPEATABLE READ, READ ONLY"};
-  dialect.types = TypeSource::kPostgresCatalogue;
-  dialect.cursor = true;
-  dialect.limit = true;
-  dialect.scan = {
-      .dollarQuotes = true, .nestedComments = true, .backslashes = Backslashes::kAfterE};
-  dialect.shown = postgresShown;
-  dialect.grouped = postgresGrouped;
-  dialect.oddWeight = postgresOddWeight;
-  dialect.soundWeight = postgresSoundWeight;
-  return dialect;
-}
-
-Dialect maria(std::string_view server) {
-  Dialect dialect = plainDialect();
-  dialect.server = server;
-  dialect.session = {"SET time_zone = '+00:00'",
-                     "SET SESSION TRANSACTION ISOLATION LEVEL REPEATABLE READ",
-                     "START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"};
-  dialect.types = TypeSource::kInformationSchema;
-  dialect.limit = true;
-  dialect.asDouble = kMariaDouble;
-  dialect.scan = {.hashComments = true,
-                  .dashesNeedBlank = true,
-                  .runningComments = true,
-                  .backslashes = Backslashes::kInAll};
-  dialect.shown = mariaShown;
-  dialect.grouped = mariaGrouped;
-  dialect.anyOf = mariaAnyOf;
-  dialect.oddWeight = mariaOddWeight;
-  return dialect;
-}
-
-Dialect sqlite() {
-  Dialect dialect = plainDialect();
-  dialect.server = "sqlite";
-  dialect.session = {"PRAGMA query_only = ON", "BEGIN"};
-  dialect.marked = true;
-  dialect.limit = true;
-  dialect.asDouble = "CAST({} AS REAL)";
-  dialect.scan = {};
-  dialect.settle = sqliteSettle;
-  dialect.shown = sqliteShown;
-  dialect.grouped = sqliteGrouped;
-  dialect.floor = sqliteFloor;
-  dialect.sum = sqliteSum;
-  dialect.oddWeight = sqliteOddWeight;
-  return dialect;
+/// One entry for each kind of server. What an entry leaves out is as in plain SQL.
+std::vector<Dialect> allDialects() {
+  return {
+      {
+          .servers = {"postgresql"},
+          .session = {"SET TIME ZONE 'UTC'", "SET DATESTYLE TO 'ISO, YMD'",
+                      "SET EXTRA_FLOAT_DIGITS TO 3", "SET STANDARD_CONFORMING_STRINGS TO ON",
+                      "BEGIN TRANSACTION ISOLATION LEVEL REPEATABLE READ, READ ONLY"},
+          .types = TypeSource::kPostgresCatalogue,
+          .manyRows = ManyRows::kByCursor,
+          .limit = true,
+          .scan = {.dollarQuotes = true,
+                   .nestedComments = true,
+                   .backslashes = Backslashes::kAfterE},
+          .shown = postgresShown,
+          .grouped = postgresGrouped,
+          .oddWeight = postgresOddWeight,
+          .soundWeight = postgresSoundWeight,
+      },
+      {
+          .servers = {"mariadb", "mysql"},
+          .session = {"SET time_zone = '+00:00'",
+                      "SET SESSION TRANSACTION ISOLATION LEVEL REPEATABLE READ",
+                      "START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"},
+          .types = TypeSource::kInformationSchema,
+          .manyRows = ManyRows::kInParts,
+          .limit = true,
+          .asDouble = kMariaDouble,
+          .scan = {.hashComments = true,
+                   .dashesNeedBlank = true,
+                   .runningComments = true,
+                   .backslashes = Backslashes::kInAll},
+          .shown = mariaShown,
+          .grouped = mariaGrouped,
+          .anyOf = mariaAnyOf,
+          .oddWeight = mariaOddWeight,
+          .hash = mariaHash,
+      },
+      {
+          .servers = {"sqlite"},
+          .session = {"PRAGMA query_only = ON", "BEGIN"},
+          .marked = true,
+          .limit = true,
+          .asDouble = "CAST({} AS REAL)",
+          .scan = {},
+          .settle = sqliteSettle,
+          .shown = sqliteShown,
+          .grouped = sqliteGrouped,
+          .floor = sqliteFloor,
+          .sum = sqliteSum,
+          .oddWeight = sqliteOddWeight,
+      },
+  };
 }
 
 }  // namespace
 
 const Dialect& dialectOf(const std::string& server) {
-  static const std::array<Dialect, 5> known{postgres(), maria("mariadb"), maria("mysql"), sqlite(),
-                                            plainDialect()};
+  static const std::vector<Dialect> known = allDialects();
+  static const Dialect plain;
   const std::string folded = foldCase(server);
-  return *std::find_if(known.begin(), known.end(),
-                       [&](const Dialect& dialect) { return folded.starts_with(dialect.server); });
+  for (const Dialect& dialect : known) {
+    for (const std::string_view name : dialect.servers) {
+      if (folded.starts_with(name)) return dialect;
+    }
+  }
+  return plain;
 }
 
 ConnectionAttributes driverAttributes(const std::string& driver) {
