@@ -11,6 +11,7 @@ import subprocess
 import termios
 import unittest
 
+from engine import execute
 from program import PROGRAM, ProgramTest
 
 COMMAND = "PROPORTIONS /ONESAMPLE x."
@@ -52,6 +53,44 @@ class Options(CommandLine):
         expected = self.run_program("d.csv", "--split", "s,t", "-c", COMMAND).stdout
         self.assertEqual(self.run_program("d.csv", "--split", "s", "--split", "t", "-c", COMMAND).stdout, expected)
         self.assertEqual(self.run_program("--split", "s", "--split", "t", "d.csv", "-c", COMMAND).stdout, expected)
+
+
+class TextOptions(ProgramTest):
+    """Options that tell how CSV is written, given for other data."""
+
+    OPTIONS = (("--delimiter", ";"), ("--decimal", ","), ("--decimal", "."), ("--encoding", "latin1"))
+
+    def refuse(self, data, what, options=OPTIONS):
+        for name, value in options:
+            said = self.unusable(data, name, value, "-c", COMMAND)
+            self.assertIn(f"{name} tells how CSV is written, and this is {what}", said)
+
+    def test_they_are_refused_where_they_say_nothing(self):
+        self.write("d.json", '[{"x": 1}]')
+        self.refuse("d.json", "JSON")
+        (self.folder / "many").mkdir()
+        self.write("many/a.jsonl", '{"x": 1}\n')
+        self.refuse("many", "JSON")
+        execute([f"COPY (SELECT 1 AS x) TO '{self.folder}/d.parquet' (FORMAT parquet)"])
+        self.refuse("d.parquet", "Parquet")
+        execute(["CREATE TABLE t AS SELECT 1 AS x"], self.folder / "d.duckdb")
+        self.refuse("duckdb:d.duckdb", "a database")
+        self.refuse("odbc:DRIVER=None", "a server")
+        for ending in (".dta", ".sas7bdat", ".xpt"):
+            self.write("d" + ending, "")
+            self.refuse("d" + ending, ending, self.OPTIONS[:3])
+            self.assertNotIn("tells how CSV", self.unusable("d" + ending, "--encoding", "latin1", "-c", COMMAND))
+
+    def test_they_are_taken_where_they_do(self):
+        self.write("d.csv", "x\n1\n0\n")
+        self.write("d.tsv", "x\n1\n0\n")
+        (self.folder / "many").mkdir()
+        self.write("many/a.csv", "x\n1\n0\n")
+        for data in ("d.csv", "d.tsv", "many", "many/*.csv"):
+            for option in self.OPTIONS:
+                self.run_program(data, *option, "-c", COMMAND)
+        for option in self.OPTIONS:
+            self.run_program("-", *option, "-c", COMMAND, stdin=b"x\n1\n0\n")
 
 
 class Width(CommandLine):

@@ -162,7 +162,10 @@ void chooseFormat(const Raw& raw, ProgramOptions& options) {
 }
 
 /// What the texts of --na, --delimiter and --decimal say.
-void chooseReading(const Raw& raw, DataOptions& data) {
+void chooseReading(const CLI::App& app, const Raw& raw, DataOptions& data) {
+  for (const char* name : {"--delimiter", "--decimal", "--encoding"}) {
+    if (app.count(name) > 0) data.textOptions.emplace_back(name);
+  }
   if (raw.missing) {
     data.missingTexts.emplace();
     std::istringstream texts(*raw.missing);
@@ -193,7 +196,7 @@ void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
     if (app.count("DATA") == 0) {
       throw UsageError("there are no data; name a file, or - for CSV on standard input");
     }
-    return chooseReading(raw, options.data);
+    return chooseReading(app, raw, options.data);
   }
   for (const char* name : kDataOptions) {
     if (app.count(name) == 0) continue;

@@ -21,7 +21,37 @@ namespace {
 constexpr std::string_view kDatabase = "duckdb:";
 constexpr std::string_view kServer = "odbc:";
 
+/// How CSV is written says nothing of other data; `exception` is an option that does.
+void refuseTextOptions(const SourceOptions& options, std::string_view what,
+                       std::string_view exception = {}) {
+  for (const std::string& option : options.textOptions) {
+    if (option == exception) continue;
+    throw DataError(fmt::format("{}: {} tells how CSV is written, and this is {}; leave it out.",
+                                options.data, option, what));
+  }
+}
+
+void refuseTextOptions(const SourceOptions& options, FileFormat format) {
+  constexpr std::string_view kEncoding = "--encoding";  // of the texts
+  switch (format) {
+    case FileFormat::kDelimited:
+    case FileFormat::kTabbed:
+      return;
+    case FileFormat::kJson:
+      return refuseTextOptions(options, "JSON");
+    case FileFormat::kParquet:
+      return refuseTextOptions(options, "Parquet");
+    case FileFormat::kDta:
+      return refuseTextOptions(options, ".dta", kEncoding);
+    case FileFormat::kSas7bdat:
+      return refuseTextOptions(options, ".sas7bdat", kEncoding);
+    case FileFormat::kXport:
+      return refuseTextOptions(options, ".xpt", kEncoding);
+  }
+}
+
 OpenedSource openDatabaseSource(const SourceOptions& options) {
+  refuseTextOptions(options, "a database");
   if (options.query && options.table) {
     throw DataError("Give either --query or --table, not both.");
   }
@@ -32,6 +62,7 @@ OpenedSource openDatabaseSource(const SourceOptions& options) {
 }
 
 OpenedSource openServerSource(const SourceOptions& options) {
+  refuseTextOptions(options, "a server");
   const std::atomic<bool>* interrupted = options.interrupted;
   return {openServerCases(
               {options.data, options.data.substr(kServer.size()), options.query, options.table,
@@ -75,6 +106,7 @@ OpenedSource openSource(const SourceOptions& options) {
         fmt::format("{}: --table names a table of a database; this is a file.", options.data));
   }
   const DataFiles files = findFiles(options.data);
+  refuseTextOptions(options, files.format);
   if (files.format == FileFormat::kParquet) {
     return {openParquetFiles(files, options), files.dictionary};
   }

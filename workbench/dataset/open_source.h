@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "workbench/dataset/case_source.h"
 #include "workbench/dataset/delimited_cases.h"
@@ -20,6 +21,7 @@ struct SourceOptions {
   std::optional<std::string> table;
   FieldRules rules;
   TextLayout layout;
+  std::vector<std::string> textOptions;  ///< as in DataOptions
   ServerPassword password;
   /// Set from outside to make all reading throw Interrupted; may be null, else it outlives the
   /// source.

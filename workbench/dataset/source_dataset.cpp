@@ -1,6 +1,7 @@
 #include "workbench/dataset/source_dataset.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <array>
@@ -11,6 +12,8 @@
 #include "workbench/dataset/pass_progress.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/text/nearest.h"
+#include "workbench/text/text_fold.h"
+#include "workbench/values/excerpt.h"
 
 namespace workbench {
 
@@ -23,8 +26,9 @@ SourceDataset::SourceDataset(const DataOptions& options)
       separate_(options.separateTables),
       collapse_(options.collapse),
       memoryLimit_(options.memoryLimit) {
-  SourceOptions from{options.data,   options.query,    options.table,       FieldRules(),
-                     options.layout, options.password, options.interrupted, tellReading()};
+  SourceOptions from{options.data,     options.query,       options.table,
+                     FieldRules(),     options.layout,      options.textOptions,
+                     options.password, options.interrupted, tellReading()};
   from.rules.decimal = options.decimal;
   if (options.missingTexts) {
     from.rules.missingTexts = *options.missingTexts;
@@ -121,12 +125,48 @@ void SourceDataset::declare(VarIndex index) {
       dictionary_.variable(source_->variables()[position].variable, types_[position]);
 }
 
+namespace {
+
+/// The names that begin with the text, else all of them; of many the first ones.
+std::string namesLike(const std::string& start, const std::vector<std::string>& names) {
+  constexpr size_t kShown = 10;
+  const std::string folded = foldCase(start);
+  std::vector<std::string> listed;
+  for (const std::string& name : names) {
+    if (foldCase(name).starts_with(folded)) listed.push_back(excerpt(name));
+  }
+  const bool isPart = !listed.empty();
+  if (!isPart) {
+    for (const std::string& name : names) listed.push_back(excerpt(name));
+  }
+  const size_t more = listed.size() - std::min(listed.size(), kShown);
+  listed.resize(listed.size() - more);
+  return fmt::format("{}{}", fmt::join(listed, ", "),
+                     more > 0 ? fmt::format(" and {} more", more) : "");
+}
+
+/// Seconds since some day are no numbers of cases.
+void refuseMomentsAsWeight(const Variable& weight) {
+  const char* what = weight.kind == ValueKind::kDate       ? "dates"
+                     : weight.kind == ValueKind::kTime     ? "times"
+                     : weight.kind == ValueKind::kDateTime ? "dates and times"
+                                                           : nullptr;
+  if (what == nullptr) return;
+  throw DataError(
+      fmt::format("--weight: {} holds {}; a weight is a number of cases. Name another "
+                  "variable, or make a number of it with --query.",
+                  excerpt(weight.name), what));
+}
+
+}  // namespace
+
 VarIndex SourceDataset::findOrRefuse(const std::string& name, const char* option) const {
   const VarIndex index = names_.find(name);
   if (index < 0) {
     const std::string guess = nearest(name, names_.names());
-    throw DataError(fmt::format("{}: the data have no variable {}{}", option, name,
-                                guess.empty() ? "." : "; did you mean " + guess + "?"));
+    throw DataError(fmt::format("{}: the data have no variable {}; {}", option, excerpt(name),
+                                guess.empty() ? "they have " + namesLike(name, names_.names()) + "."
+                                              : "did you mean " + guess + "?"));
   }
   const std::string reason = unusableBecause(index);
   if (!reason.empty()) throw DataError(fmt::format("{}: {}.", option, reason));
@@ -217,7 +257,10 @@ bool SourceDataset::readCasesOnce() {
     const CasePlan wanted = plan();
     CodedCases cases = source_->read(wanted.request);
     // The missing values of the weight depend on its kind.
-    if (weight_ >= 0) settle(weight_, cases.complete ? cases.columns.back().width() : 1);
+    if (weight_ >= 0) {
+      settle(weight_, cases.complete ? cases.columns.back().width() : 1);
+      refuseMomentsAsWeight(declaration(weight_));
+    }
     reading_ = Phase::kKeeping;
     store_ = keepCases(std::move(cases), *source_, wanted, workspace_);
     reading_ = Phase::kReading;

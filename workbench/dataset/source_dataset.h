@@ -30,6 +30,8 @@ struct DataOptions {
   std::optional<std::vector<std::string>> missingTexts;
   char decimal = '.';
   TextLayout layout;
+  /// Which of --delimiter, --decimal and --encoding were given; refused where they say nothing.
+  std::vector<std::string> textOptions;
   std::optional<std::string> weight;
   std::vector<std::string> split;  ///< outermost first
   bool separateTables = false;

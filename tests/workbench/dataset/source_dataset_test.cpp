@@ -303,6 +303,44 @@ TEST(SourceDataset, UnknownWeightsAndSplitsGetAGuess) {
   EXPECT_EQ(refusal(options), "--split: weight is the weight variable, too.");
 }
 
+TEST(SourceDataset, ANameThatIsNearNoneGetsTheVariables) {
+  const DataFolder folder;
+  DataOptions options = dataOptions(folder.write("a.csv", "weight,mass,Men,region\n1,2,3,4\n"));
+  options.weight = "q";
+  EXPECT_EQ(refusal(options),
+            "--weight: the data have no variable q; they have weight, mass, Men, region.");
+  options.weight = "m";
+  EXPECT_EQ(refusal(options), "--weight: the data have no variable m; they have mass, Men.");
+  options.weight.reset();
+  options.split = {"q"};
+  options.data = folder.write("wide.csv", "a1,a2,a3,a4,a5,a6,a7,a8,a9,b1,b2,b3\n");
+  EXPECT_EQ(refusal(options),
+            "--split: the data have no variable q; they have a1, a2, a3, a4, a5, a6, a7, a8, a9, "
+            "b1 and 2 more.");
+}
+
+TEST(SourceDataset, MomentsAreNoWeights) {
+  const DataFolder folder;
+  const std::string path =
+      folder.write("a.csv", "a,d,t,m,n,b\n1,2024-01-07,10:00,2024-01-07 10:00,2,true\n");
+  for (const auto& [name, what] :
+       {std::pair("d", "dates"), std::pair("t", "times"), std::pair("m", "dates and times")}) {
+    for (const size_t memory : {size_t{1} << 20, size_t{0}}) {
+      DataOptions options = dataOptions(path);
+      options.weight = name;
+      options.memoryLimit = memory;
+      EXPECT_EQ(refusal(options), std::string("--weight: ") + name + " holds " + what +
+                                      "; a weight is a number of cases. Name another variable, or "
+                                      "make a number of it with --query.");
+    }
+  }
+  for (const char* name : {"n", "b"}) {
+    DataOptions options = dataOptions(path);
+    options.weight = name;
+    EXPECT_EQ(refusal(options), "");
+  }
+}
+
 TEST(SourceDataset, AStringWeightDropsAllCases) {
   const DataFolder folder;
   for (const CollapseMode mode : {CollapseMode::kAlways, CollapseMode::kNever}) {
