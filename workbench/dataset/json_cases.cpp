@@ -76,10 +76,10 @@ class BlockingReader final : public JsonMembers {
   BlockingReader(const std::vector<SourceVariable>& variables, const CaseRequest& request,
                  const DataFile& from, const std::vector<SpelledColumn>& columns,
                  std::vector<KindTally>& tallies, size_t file,
-                 const std::function<void(const CaseBlock&)>& take)
+                 std::function<void(const CaseBlock&)> take)
       : JsonMembers(variables, request, from),
         columns_(columns),
-        take_(take),
+        take_(std::move(take)),
         tallies_(tallies),
         file_(file) {
     block_.columns.resize(columns.size());
@@ -118,7 +118,7 @@ class BlockingReader final : public JsonMembers {
   }
 
   const std::vector<SpelledColumn>& columns_;
-  const std::function<void(const CaseBlock&)>& take_;
+  std::function<void(const CaseBlock&)> take_;
   std::vector<KindTally>& tallies_;  // by column
   size_t file_;
   std::vector<uint64_t> lines_;    // of the block's records
