@@ -17,7 +17,9 @@ double Counts::crossDifference() const {
 }
 
 double Counts::perTrials(double cross) const {
-  return cross / (unit(first) * first.n) / (unit(second) * second.n);
+  const double n1 = unit(first) * first.n, n2 = unit(second) * second.n;
+  const double both = n1 * n2;
+  return both <= kAllWhole ? cross / both : cross / n1 / n2;
 }
 
 double Counts::difference() const { return perTrials(crossDifference()); }

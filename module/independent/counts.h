@@ -13,7 +13,8 @@ struct Counts {
   /// x1·n2 - x2·n1, the difference over 1 / (n1·n2). It and the corrections below are a power of
   /// two smaller where these products would exceed the largest number.
   double crossDifference() const;
-  /// What such a cross difference is as a difference of proportions.
+  /// What such a cross difference is as a difference of proportions. As long as n1·n2 is exact, it
+  /// is rounded once, so that equal differences are equal whatever the counts.
   double perTrials(double cross) const;
   /// p1 - p2 from the counts, so that nearly equal proportions keep the digits of their difference.
   double difference() const;

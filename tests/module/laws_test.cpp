@@ -107,5 +107,20 @@ TEST(Laws, SwappingGroupsKeepsPValues) {
   }
 }
 
+TEST(Laws, EqualDifferencesAreEqualWhateverTheCounts) {
+  for (int n = 1; n <= 40; ++n) {
+    for (int x = 0; x <= n; ++x) {
+      const auto difference = [](double x1, double n1, double x2, double n2) {
+        return independent::Counts{{x1, n1 - x1, n1}, {x2, n2 - x2, n2}}.difference();
+      };
+      for (const int m : {1, 3, 7, 14, 29}) {
+        EXPECT_EQ(difference(x, n, 0, m), static_cast<double>(x) / n) << x << "/" << n << ", " << m;
+        EXPECT_EQ(difference(x, n, m, m), static_cast<double>(x - n) / n) << x << "/" << n;
+        EXPECT_EQ(difference(m * x, m * n, 0, 1), difference(x, n, 0, 1)) << x << "/" << n;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace proportions

@@ -153,6 +153,16 @@ class Bootstrap(ProgramTest):
         self.check(self.values(table, Quantity="Difference"),
                    Kinds(CASES).results(difference, 2**63 - 1, 0, 99, 80))
 
+    def test_a_difference_from_nothing_is_the_proportion(self):
+        """Ties with the statistic count, though the samples' groups are of other sizes."""
+        for counts in ("10/15 0/14", "20/30 0/14", "6/9 0/7"):
+            tables = self.bootstrap("/INDEPENDENTSAMPLES outcome BY group TESTTYPES=NONE /SUCCESS VALUE=LEVEL(1)",
+                                    "--counts", *counts.split(), "--bootstrap", "200", "--seed", "3")
+            rows = {}
+            for cell in tables[0]["cells"]:
+                rows.setdefault(cell["at"]["Quantity"][-1], {})[tuple(cell["at"]["Statistics"])] = cell["value"]
+            self.assertEqual(rows["Difference"], rows["= 1"])
+
     def test_pairs_in_split_groups(self):
         pairs = [(1, 0)] * 9 + [(0, 1)] * 21 + [(1, 1)] * 30 + [(0, 0)] * 25
         others = [(1, 0)] * 19 + [(0, 1)] * 2 + [(1, 1)] * 3 + [(0, 0)] * 5
