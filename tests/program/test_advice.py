@@ -229,6 +229,14 @@ class Cases(ProgramTest):
         self.assertEqual(names(self.cases("/PAIREDSAMPLES b a WITH c b", data)), ["b", "a", "c"])
         self.assertEqual(names(self.cases("/INDEPENDENTSAMPLES c TO c a BY g", data)), ["c", "a", "g"])
 
+    def test_a_success_of_many_values_is_counted_to_the_end(self):
+        """The last of them, in one group each, is not taken for the others."""
+        self.write("d.csv", "s,v\n" + "".join(f"{i},{i}\n" for i in range(1, 13)))
+        advice = self.procedure("/ONESAMPLE v", "d.csv", "--split", "s")["advice"]
+        text, = (a["text"] for a in advice if a["code"] == "success-differs")
+        self.assertIn("; 10 in 1 group (s = 10); other values in 2 groups.", text)
+        self.assertTrue(text.endswith("LEVEL(12)."), text)
+
     def test_split_groups(self):
         found = self.cases("/ONESAMPLE v", "s,v,m\nnorth,0,1\nsouth,1,2\nnorth,,3\nsouth,0,0\n,1,1\n",
                            "--split", "s", "--weight", "m")

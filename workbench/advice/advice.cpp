@@ -152,26 +152,28 @@ class Adviser {
   }
 
   void adviseOnGroupsSuccess(const Variable& variable, const ColumnAnswers& answers) {
-    if (answers.byGroup.size() < 2) return;
-    const bool last = facts_.success.rule == ValueRule::kLast;
-    SplitValue usual = answers.byGroup.front().value;
-    for (const GroupsOfValue& entry : answers.byGroup) {
-      const int order = compareSplitValues(entry.value, usual);
-      if (last ? order > 0 : order < 0) usual = entry.value;
-    }
+    const GroupsByValue& groups = answers.byGroup;
+    if (groups.values.size() < 2) return;
     std::string text = fmt::format(
         "{} takes the success of {} from the values in each split group, and they are "
         "not the same: ",
         ruleName(facts_.success.rule), variable.name);
-    for (size_t i = 0; i < answers.byGroup.size(); ++i) {
-      const GroupsOfValue& entry = answers.byGroup[i];
-      text += fmt::format("{}{} in {} {}{}", i == 0 ? "" : "; ",
-                          shownWithLabel(variable, entry.value), entry.groups,
-                          entry.groups == 1 ? "group" : "groups", i == 0 ? "" : groupsOf(entry));
+    for (size_t i = 0; i < groups.values.size(); ++i) {
+      const GroupsOfValue& entry = groups.values[i];
+      text += fmt::format("{}{} in {}{}", i == 0 ? "" : "; ", shownWithLabel(variable, entry.value),
+                          groupCount(entry.groups), i == 0 ? "" : groupsOf(entry));
     }
+    if (groups.otherGroups > 0) {
+      text += fmt::format("; other values in {}", groupCount(groups.otherGroups));
+    }
+    const bool last = facts_.success.rule == ValueRule::kLast;
     text += fmt::format(". To count one value everywhere, name it: /SUCCESS VALUE=LEVEL({}).",
-                        writtenLevel(variable, usual));
+                        writtenLevel(variable, last ? groups.highest : groups.lowest));
     add("success-differs", variable.name, std::move(text));
+  }
+
+  static std::string groupCount(int64_t groups) {
+    return fmt::format("{} {}", groups, groups == 1 ? "group" : "groups");
   }
 
   /// The first few groups of a value, in brackets.

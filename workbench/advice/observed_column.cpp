@@ -11,24 +11,26 @@ std::unique_ptr<ObservedColumn> observeColumn(const Variable& variable, ColumnQu
 }
 
 void GroupValues::add(const SplitValue& value, size_t group) {
-  auto known = std::find_if(values_.begin(), values_.end(),
+  std::vector<GroupsOfValue>& values = found_.values;
+  if (values.empty() || compareSplitValues(value, found_.lowest) < 0) found_.lowest = value;
+  if (values.empty() || compareSplitValues(value, found_.highest) > 0) found_.highest = value;
+  auto known = std::find_if(values.begin(), values.end(),
                             [&](const GroupsOfValue& entry) { return entry.value == value; });
-  if (known == values_.end()) {
-    // Values beyond the limit are told from none of the others; that they differ is known already.
-    if (values_.size() == kMostListedGroups * 2) {
-      ++values_.back().groups;
+  if (known == values.end()) {
+    if (values.size() == kMostListedGroups * 2) {
+      ++found_.otherGroups;
       return;
     }
-    known = values_.insert(values_.end(), {value, 0, {}});
+    known = values.insert(values.end(), {value, 0, {}});
   }
   ++known->groups;
   if (known->first.size() < kMostListedGroups) known->first.push_back(group);
 }
 
-std::vector<GroupsOfValue> GroupValues::sorted() const {
-  std::vector<GroupsOfValue> result = values_;
+GroupsByValue GroupValues::found() const {
+  GroupsByValue result = found_;
   std::stable_sort(
-      result.begin(), result.end(),
+      result.values.begin(), result.values.end(),
       [](const GroupsOfValue& a, const GroupsOfValue& b) { return a.groups > b.groups; });
   return result;
 }

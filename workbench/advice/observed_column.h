@@ -31,15 +31,23 @@ struct GroupsOfValue {
   std::vector<size_t> first;  ///< numbers of the first few of them
 };
 
+/// The split groups by a value of theirs.
+struct GroupsByValue {
+  std::vector<GroupsOfValue> values;  ///< the first few that occurred, most groups first
+  int64_t otherGroups = 0;            ///< those of all other values
+  SplitValue lowest;                  ///< of all values, when there is any
+  SplitValue highest;
+};
+
 /// The answers.
 struct ColumnAnswers {
   bool anyValue = false;
-  bool oneValue = false;               ///< exactly one value occurs
-  SplitValue some;                     ///< a value that occurs, when any does
-  std::vector<SplitValue> values;      ///< ascending, as far as `everyValue` was asked
-  bool moreValues = false;             ///< there are more than could be listed
-  std::vector<bool> found;             ///< for each of `wanted` whether it occurs
-  std::vector<GroupsOfValue> byGroup;  ///< most groups first
+  bool oneValue = false;           ///< exactly one value occurs
+  SplitValue some;                 ///< a value that occurs, when any does
+  std::vector<SplitValue> values;  ///< ascending, as far as `everyValue` was asked
+  bool moreValues = false;         ///< there are more than could be listed
+  std::vector<bool> found;         ///< for each of `wanted` whether it occurs
+  GroupsByValue byGroup;
   /// Texts that occur and that people write for missing values, though not declared as such.
   std::vector<std::string> missingLike;
 };
@@ -74,12 +82,10 @@ std::unique_ptr<ObservedColumn> observeTexts(const Variable& variable, ColumnQue
 class GroupValues {
  public:
   void add(const SplitValue& value, size_t group);
-  /// Most groups first. Only the first ten values are told apart: the last of them stands for all
-  /// that came later, too.
-  std::vector<GroupsOfValue> sorted() const;
+  GroupsByValue found() const;
 
  private:
-  std::vector<GroupsOfValue> values_;
+  GroupsByValue found_;
 };
 
 }  // namespace workbench

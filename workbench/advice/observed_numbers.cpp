@@ -118,7 +118,7 @@ class NumberColumn final : public ObservedColumn {
       answers.found.push_back(more_ ? seen_[placeOfWanted(wanted)]
                                     : std::binary_search(listed.begin(), listed.end(), wanted));
     }
-    answers.byGroup = byGroup_.sorted();
+    answers.byGroup = byGroup_.found();
     return answers;
   }
 

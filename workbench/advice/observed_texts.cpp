@@ -88,7 +88,7 @@ class TextColumn final : public ObservedColumn {
     for (const SplitValue& value : questions_.wanted) {
       answers.found.push_back(unseen_.count(std::get<std::string>(value)) == 0);
     }
-    answers.byGroup = byGroup_.sorted();
+    answers.byGroup = byGroup_.found();
     answers.missingLike.assign(missingLike_.begin(), missingLike_.end());
     return answers;
   }
