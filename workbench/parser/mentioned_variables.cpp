@@ -64,7 +64,7 @@ std::vector<VarIndex> allVariables(const ActiveDataset& dataset) {
   std::vector<VarIndex> all;
   for (VarIndex index = 0; index < dataset.variableCount(); ++index) {
     const bool isSplit = std::find(split.begin(), split.end(), index) != split.end();
-    const bool hostMade = dataset.declaration(index).name.compare(0, 1, "$") == 0;
+    const bool hostMade = dataset.declaration(index).name == kSampleVariable;
     if (index != dataset.weightVariable() && !isSplit && !hostMade) all.push_back(index);
   }
   return all;
