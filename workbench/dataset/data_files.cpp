@@ -86,8 +86,9 @@ void refuseUnreadable(const std::string& file) {
   }
 }
 
-/// Refuses what two paths lead to: its cases would count twice, and a link could lead round in
-/// circles.
+/// Refuses what two paths lead to by a symbolic link: its cases would count twice, and the link
+/// could lead round in circles. Hard links are files like any others: tools that save room make
+/// them of parts that are the same.
 class PlacesOnce {
  public:
   void add(const fs::path& path) {
@@ -239,6 +240,15 @@ void addAll(DataFiles& files, std::vector<fs::path> paths, size_t firstPart) {
   }
 }
 
+/// Where the dictionary of a folder would be: beside it, under its name, which "." and ".." do not
+/// tell. Nowhere for the root.
+std::string dictionaryOf(const fs::path& folder) {
+  std::error_code error;
+  const bool isNamed = folder.filename() != "." && folder.filename() != "..";
+  const fs::path named = isNamed ? folder : fs::canonical(folder, error);
+  return named.has_filename() ? named.string() + kDictionaryEnding : "";
+}
+
 }  // namespace
 
 DataFiles findFiles(const std::string& data) {
@@ -264,7 +274,7 @@ DataFiles findFiles(const std::string& data) {
     const fs::path folder = path.has_filename() ? path : path.parent_path();
     addAll(files, std::move(found),
            static_cast<size_t>(std::distance(folder.begin(), folder.end())));
-    files.dictionary = folder.string() + kDictionaryEnding;
+    files.dictionary = dictionaryOf(folder);
     return files;
   }
   if (fs::exists(status) || data.find_first_of("*?[") == std::string::npos) {

@@ -213,6 +213,13 @@ TEST(DataFiles, ADictionaryLiesBesideTheFolder) {
   DataOptions options = dataOptions(folder.path("d"));
   EXPECT_EQ(openDataset(options)->declaration(0).label, "The x")
       << "as far as its fields are there";
+  for (const char* name : {"d/", "d/.", "d/../d", "d/./"}) {
+    options.data = folder.path(name);
+    EXPECT_EQ(openDataset(options)->declaration(0).label, "The x") << name;
+  }
+  put(folder, "d/inner/b.csv", "x\n2\n");
+  options.data = folder.path("d/inner/..");
+  EXPECT_EQ(openDataset(options)->declaration(0).label, "The x");
   options.schema = "none";
   EXPECT_EQ(openDataset(options)->declaration(0).label, "");
   options.schema = folder.path("d.schema.json");
