@@ -61,6 +61,15 @@ class OutputFiles(ProgramTest):
         done = subprocess.run(f"'{PROGRAM}' d.csv -c '{COMMAND}' | head -c 1", shell=True, cwd=self.folder, capture_output=True)
         self.assertEqual((len(done.stdout), done.stderr), (1, b""))
 
+    def test_a_pipe_that_was_named_must_take_it_all(self):
+        reader, pipe = os.pipe()
+        os.close(reader)
+        done = subprocess.run([PROGRAM, "d.csv", "-c", COMMAND, "-o", f"/dev/fd/{pipe}"], cwd=self.folder,
+                              capture_output=True, pass_fds=(pipe,))
+        os.close(pipe)
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("cannot be written: Broken pipe", done.stderr.decode())
+
     def test_formulas_are_defused_in_csv(self):
         self.write("f.csv", "\"=HYPERLINK(1)\",x\n1,1\n0,1\n")
         done = self.run_program("f.csv", "-c", "PROPORTIONS /ONESAMPLE ALL.", "--format", "csv")

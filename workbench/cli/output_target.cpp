@@ -121,7 +121,9 @@ void OutputTarget::write(const std::function<void(std::ostream&)>& write) const 
 void OutputTarget::writeAsItIs(int descriptor,
                                const std::function<void(std::ostream&)>& write) const {
   const int error = writeTo(descriptor, write);
-  if (error != 0 && error != EPIPE) fail(error);
+  // Standard output belongs to whoever reads it: `head` has had enough.
+  const bool isEnough = error == EPIPE && path_.empty();
+  if (error != 0 && !isEnough) fail(error);
 }
 
 void OutputTarget::writeFile(const std::function<void(std::ostream&)>& write) const {
