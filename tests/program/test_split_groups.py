@@ -67,6 +67,16 @@ class SplitGroups(ProgramTest):
         groups = table(self.procedure(COMMAND, "d.csv", "--split", "g"), "Intervals")["dimensions"][0]["categories"]
         self.assertEqual([g["label"] for g in groups], [".", "-1", "2", "10"])
 
+    def test_names_with_commas(self):
+        self.write("d.csv", 'x,"a,b",a\n1,1,5\n0,2,6\n')
+        for arguments, split in ((["--split", "a,b"], ["a,b"]), (["--split", "a,b", "--split", "a"], ["a,b", "a"]),
+                                 (["--split", "a,x"], ["a", "x"])):
+            command = "/ONESAMPLE x /SUCCESS VALUE=LEVEL(1)" if "x" not in split else "/ONESAMPLE \"a,b\""
+            tables = self.procedure(command, "d.csv", *arguments)["tables"]
+            self.assertEqual([d["name"] for d in tables[0]["dimensions"][:len(split)]], split)
+        done = self.run_program("d.csv", "--split", "a,", "-c", "/ONESAMPLE x", status=2)
+        self.assertIn("--split: 'a,' has a comma without a name beside it", done.stderr.decode())
+
     def test_gathered_values(self):
         self.write("d.csv", "x,g\n1,a\n2,a\n5,b\n4,b\n")
         p = self.procedure("PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD.", "d.csv", "--split", "g")

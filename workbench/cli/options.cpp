@@ -5,8 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <limits>
 #include <random>
@@ -44,7 +42,6 @@ void declareData(CLI::App& app, DataOptions& data) {
   app.add_option("--schema", data.schema);
   app.add_option("--weight", data.weight);
   app.add_option("--split", data.split)
-      ->delimiter(',')
       ->allow_extra_args(false);  // what follows is no further name: it may be DATA
   app.add_option_function<std::string>(
       "--split-layout", choice("--split-layout", Choices<bool>{{"rows", false}, {"tables", true}},
@@ -240,13 +237,9 @@ void chooseExplanation(const ProgramOptions& options) {
 size_t usualWidth(const std::string& output) {
   const RenderOptions usual;
   if (output != "-") return usual.width;
-  const char* told = std::getenv("COLUMNS");
-  const std::string text = told == nullptr ? "" : told;
-  size_t columns = 0;
-  std::from_chars(text.data(), text.data() + text.size(), columns);
   winsize window{};
-  if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) == 0) columns = window.ws_col;
-  return columns == 0 ? usual.width : std::clamp<size_t>(columns, kNarrowestWidth, kWidestWidth);
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) != 0 || window.ws_col == 0) return usual.width;
+  return std::clamp<size_t>(window.ws_col, kNarrowestWidth, kWidestWidth);
 }
 
 void chooseSeed(const CLI::App& app, ProgramOptions& options) {

@@ -175,17 +175,39 @@ VarIndex SourceDataset::findOrRefuse(const std::string& name, const char* option
 
 void SourceDataset::chooseVariables(const DataOptions& options) {
   if (options.weight) weight_ = findOrRefuse(*options.weight, "--weight");
-  for (const std::string& name : options.split) {
-    const VarIndex index = findOrRefuse(name, "--split");
-    if (std::find(split_.begin(), split_.end(), index) != split_.end()) {
-      throw DataError(fmt::format("--split: {} is named twice.", declaration(index).name));
-    }
-    if (index == weight_) {
-      throw DataError(
-          fmt::format("--split: {} is the weight variable, too.", declaration(index).name));
-    }
-    split_.push_back(index);
+  for (const std::string& list : options.split) {
+    for (const std::string& name : namesIn(list)) split_.push_back(splitVariable(name));
   }
+}
+
+/// Variables with commas between them, or a single one with commas in its name.
+std::vector<std::string> SourceDataset::namesIn(const std::string& list) const {
+  if (names_.find(list) >= 0) return {list};
+  std::vector<std::string> names(1);
+  for (const char c : list) {
+    if (c == ',') {
+      names.emplace_back();
+    } else {
+      names.back() += c;
+    }
+  }
+  if (std::find(names.begin(), names.end(), "") != names.end()) {
+    throw DataError(
+        fmt::format("--split: '{}' has a comma without a name beside it.", excerpt(list)));
+  }
+  return names;
+}
+
+VarIndex SourceDataset::splitVariable(const std::string& name) const {
+  const VarIndex index = findOrRefuse(name, "--split");
+  if (std::find(split_.begin(), split_.end(), index) != split_.end()) {
+    throw DataError(fmt::format("--split: {} is named twice.", declaration(index).name));
+  }
+  if (index == weight_) {
+    throw DataError(
+        fmt::format("--split: {} is the weight variable, too.", declaration(index).name));
+  }
+  return index;
 }
 
 std::string SourceDataset::unusableBecause(VarIndex index) const {

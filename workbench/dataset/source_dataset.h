@@ -33,7 +33,8 @@ struct DataOptions {
   /// Which of --delimiter, --decimal and --encoding were given; refused where they say nothing.
   std::vector<std::string> textOptions;
   std::optional<std::string> weight;
-  std::vector<std::string> split;  ///< outermost first
+  /// Outermost first; each a variable, or several with commas between them.
+  std::vector<std::string> split;
   bool separateTables = false;
   ServerPassword password;  ///< of "odbc:..."
   CollapseMode collapse = CollapseMode::kAuto;
@@ -85,6 +86,8 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   void declareVariables();
   void declare(VarIndex index);
   void chooseVariables(const DataOptions& options);
+  std::vector<std::string> namesIn(const std::string& list) const;
+  VarIndex splitVariable(const std::string& name) const;
   VarIndex findOrRefuse(const std::string& name, const char* option) const;
   bool isProjected(VarIndex index) const;
   /// False after a failure.
