@@ -84,6 +84,12 @@ class Commands(ProgramTest):
         names = {c["label"].split(" ")[0] for c in table(p, "Intervals")["dimensions"][1]["categories"]}
         self.assertEqual(names, {"smoker", "name"})
 
+    def test_all_takes_names_of_any_beginning(self):
+        self.write("s.csv", "$x,_y,z\n1,1,0\n0,1,1\n")
+        p = self.procedure("PROPORTIONS /ONESAMPLE ALL.", "s.csv")
+        labels = [c["label"] for c in table(p, "Intervals")["dimensions"][0]["categories"]]
+        self.assertEqual(labels, ["$x = 1", "_y = 1", "z = 1"])
+
     def test_weight_cannot_be_analysed(self):
         error = self.refused("PROPORTIONS /ONESAMPLE smoker drinker.", arguments=("--weight", "drinker"))
         self.assertIn("drinker", error["text"])
