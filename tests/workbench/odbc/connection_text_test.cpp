@@ -37,6 +37,25 @@ TEST(ConnectionText, FindsSecretsInAnySpelling) {
   EXPECT_EQ(secretAttribute({{"UID", "pwd"}, {"SERVER", "password"}}), "");
 }
 
+TEST(ConnectionText, FindsSecretsInsideValues) {
+  for (const char* value :
+       {"password=p", "sslmode=require Password = 'p'", "SET PWD=p", "x;passwd\t=p", "'pwd' = 'p'",
+        "sslpassword=p", "postgresql://me:p@host/db", "db?user=me&password=p", "{token=t}"}) {
+    EXPECT_EQ(secretAttribute({{"SERVER", "x"}, {"pqopt", value}}), "pqopt's password") << value;
+  }
+  for (const char* value : {"password", "sslmode=require", "/data/token=5/d.db", "http://host:80/x",
+                            "http://me@host:80/x", "passwordless=1", "=p", ""}) {
+    EXPECT_EQ(secretAttribute({{"pqopt", value}}), "") << value;
+  }
+}
+
+TEST(ConnectionText, HasValuesThatMayBeFiles) {
+  const std::vector<std::string> values = attributeValues(
+      {{"Database", "d.db"}, {"pqopt", "sslrootcert=/a/root.crt sslkey = '/b/key'"}});
+  EXPECT_EQ(values, (std::vector<std::string>{"d.db", "sslrootcert=/a/root.crt sslkey = '/b/key'",
+                                              "/a/root.crt", "/b/key"}));
+}
+
 TEST(OdbcLibrary, ThatIsMissingIsNamedWithItsPackage) {
   try {
     loadOdbc("libodbc-of-nobody.so");
