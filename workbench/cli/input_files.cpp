@@ -2,9 +2,11 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <utility>
 
 #include "workbench/dataset/data_files.h"
+#include "workbench/odbc/connection_text.h"
 
 namespace workbench {
 namespace {
@@ -17,6 +19,18 @@ class Collector {
   void add(const std::string& what, const std::string& path) {
     add(what + " " + path, identityOf(path));
   }
+  /// A file that may come to be.
+  void addCompanion(const std::string& what, const std::string& path) {
+    files_.push_back({what + " " + path, identityOf(path), placeOf(path)});
+  }
+  /// A database, or whatever else a driver reads, if it is a file.
+  void addDatabase(const std::string& path) {
+    if (!identityOf(path)) return;
+    add("the file", path);
+    for (const char* ending : {"-wal", "-shm", "-journal"}) {
+      addCompanion("the database's log", path + ending);
+    }
+  }
   void addStandardInput(const std::string& what) { add(what, identityOf(STDIN_FILENO)); }
   std::vector<InputFile> take() { return std::move(files_); }
 
@@ -27,15 +41,35 @@ class Collector {
   std::vector<InputFile> files_;
 };
 
+std::string environment(const char* name, const std::string& otherwise) {
+  const char* value = std::getenv(name);
+  return value == nullptr || *value == '\0' ? otherwise : value;
+}
+
+/// What a connection string names, and where the driver manager looks names up.
+void addServer(const std::string& text, Collector& files) {
+  for (const std::string& value : attributeValues(connectionAttributes(text))) {
+    files.addDatabase(value);
+  }
+  const std::string system = environment("ODBCSYSINI", "/etc") + "/";
+  for (const std::string& path :
+       {environment("ODBCINI", environment("HOME", "") + "/.odbc.ini"), system + "odbc.ini",
+        system + environment("ODBCINSTINI", "odbcinst.ini")}) {
+    files.add("the driver manager's file", path);
+  }
+}
+
 /// The files of DATA, and the dictionary unless another one is given.
 void addData(const DataOptions& options, Collector& files) {
   if (options.data.compare(0, kDatabase.size(), kDatabase) == 0) {
     const std::string file = options.data.substr(kDatabase.size());
     files.add("the database", file);
-    files.add("the database's log", file + ".wal");
+    files.addCompanion("the database's log", file + ".wal");
     return;
   }
-  if (options.data.compare(0, kServer.size(), kServer) == 0) return;
+  if (options.data.compare(0, kServer.size(), kServer) == 0) {
+    return addServer(options.data.substr(kServer.size()), files);
+  }
   const DataFiles found = findFiles(options.data);
   for (const DataFile& file : found.files) {
     if (file.path == "-") {
@@ -64,10 +98,20 @@ std::vector<InputFile> inputFiles(const ProgramOptions& options) {
   return files.take();
 }
 
+std::vector<InputFile> databaseFiles(const std::string& path) {
+  Collector files;
+  files.addDatabase(path);
+  return files.take();
+}
+
 void refuseToOverwrite(const std::vector<InputFile>& inputs, const std::string& outputPath,
-                       const std::optional<FileIdentity>& output) {
+                       const OutputTarget& output) {
+  const std::optional<FileIdentity> identity = output.identity();
+  const std::string place = output.place();
   for (const InputFile& input : inputs) {
-    if (!output || input.identity != *output) continue;
+    const bool isSame =
+        identity ? input.identity == identity : !place.empty() && input.place == place;
+    if (!isSame) continue;
     throw UsageError("the output " + outputPath + " is " + input.what +
                      ", which this run reads; name another file");
   }

@@ -1,4 +1,4 @@
-/// The files that a run reads, as far as its command line names them.
+/// The files that a run reads.
 #pragma once
 
 #include <optional>
@@ -6,20 +6,27 @@
 #include <vector>
 
 #include "workbench/cli/options.h"
+#include "workbench/cli/output_target.h"
 #include "workbench/system/file_identity.h"
 
 namespace workbench {
 
 struct InputFile {
   std::string what;  ///< "the data file d.csv", for messages
-  FileIdentity identity;
+  std::optional<FileIdentity> identity;
+  /// Of a file that an engine may still make while it reads: where it would be, else empty.
+  std::string place = {};
 };
 
 /// Each file once; what does not exist, or is not a regular file, is left out.
 std::vector<InputFile> inputFiles(const ProgramOptions& options);
 
-/// Throws UsageError when `output` is one of the files that the run reads.
+/// A database that a server's driver reads, and the files beside it; nothing when it is no file.
+std::vector<InputFile> databaseFiles(const std::string& path);
+
+/// Throws UsageError when `output`, which was given as `outputPath`, is one of the files that the
+/// run reads.
 void refuseToOverwrite(const std::vector<InputFile>& inputs, const std::string& outputPath,
-                       const std::optional<FileIdentity>& output);
+                       const OutputTarget& output);
 
 }  // namespace workbench

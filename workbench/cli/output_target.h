@@ -31,6 +31,8 @@ class OutputTarget {
   bool isStandardOutput() const { return path_.empty(); }
   /// The file that would be changed, when it is there already.
   std::optional<FileIdentity> identity() const;
+  /// Where a file would be made, as placeOf has it; empty for a descriptor or a device.
+  std::string place() const { return kind_ == Kind::kFile ? placeOf(file_) : ""; }
 
  private:
   enum class Kind { kDescriptor, kSpecial, kFile };

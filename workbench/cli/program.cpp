@@ -174,10 +174,13 @@ int runCommands(const ProgramOptions& options, const OutputTarget& target) {
   return anyFailed(document) ? kRefused : kDone;
 }
 
-int runAll(const ProgramOptions& options) {
+int runAll(ProgramOptions options) {
   chooseOrder(options.locale);
   const OutputTarget target(options.output);
-  refuseToOverwrite(inputFiles(options), options.output, target.identity());
+  refuseToOverwrite(inputFiles(options), options.output, target);
+  options.data.reads = [&](const std::string& file) {
+    refuseToOverwrite(databaseFiles(file), options.output, target);
+  };
   if (options.explain) return explainCommands(options, target);
   return options.list ? listData(options, target) : runCommands(options, target);
 }

@@ -66,7 +66,8 @@ OpenedSource openServerSource(const SourceOptions& options) {
   const std::atomic<bool>* interrupted = options.interrupted;
   return {openServerCases(
               {options.data, options.data.substr(kServer.size()), options.query, options.table,
-               options.password, [interrupted] { return interrupted != nullptr && *interrupted; }},
+               options.password, [interrupted] { return interrupted != nullptr && *interrupted; },
+               options.reads},
               options.rules, options.progress),
           ""};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,7 @@ struct SourceOptions {
   TextLayout layout;
   std::vector<std::string> textOptions;  ///< as in DataOptions
   ServerPassword password;
+  std::function<void(const std::string& file)> reads;  ///< as in ServerOptions
   /// Set from outside to make all reading throw Interrupted; may be null, else it outlives the
   /// source.
   const std::atomic<bool>* interrupted = nullptr;

@@ -26,9 +26,9 @@ SourceDataset::SourceDataset(const DataOptions& options)
       separate_(options.separateTables),
       collapse_(options.collapse),
       memoryLimit_(options.memoryLimit) {
-  SourceOptions from{options.data,     options.query,       options.table,
-                     FieldRules(),     options.layout,      options.textOptions,
-                     options.password, options.interrupted, tellReading()};
+  SourceOptions from{options.data,        options.query,       options.table,    FieldRules(),
+                     options.layout,      options.textOptions, options.password, options.reads,
+                     options.interrupted, tellReading()};
   from.rules.decimal = options.decimal;
   if (options.missingTexts) {
     from.rules.missingTexts = *options.missingTexts;

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,7 +37,8 @@ struct DataOptions {
   /// Outermost first; each a variable, or several with commas between them.
   std::vector<std::string> split;
   bool separateTables = false;
-  ServerPassword password;  ///< of "odbc:..."
+  ServerPassword password;                             ///< of "odbc:..."
+  std::function<void(const std::string& file)> reads;  ///< as in ServerOptions
   CollapseMode collapse = CollapseMode::kAuto;
   size_t memoryLimit = size_t{400} << 20;  ///< bytes of cases that are held in memory
   /// Set from outside (by a signal handler, say) to make all reading fail; may be null, else it

@@ -1,11 +1,11 @@
 #include "workbench/odbc/connection.h"
 
-#include <array>
+#include <algorithm>
 #include <bit>
 
 #include "workbench/odbc/connection_text.h"
-#include "workbench/odbc/utf16.h"
 #include "workbench/text/text_fold.h"
+#include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {
@@ -27,47 +27,52 @@ SQLHENV newEnvironment() {
   return environment;
 }
 
-}  // namespace
-
-std::string driverOfSource(const std::string& source) {
-  const SQLHENV environment = newEnvironment();
-  std::array<SQLWCHAR, 256> name{};
-  std::array<SQLWCHAR, 1024> driver{};
-  SQLSMALLINT nameLength = 0;
-  SQLSMALLINT driverLength = 0;
-  std::string found;
-  SQLUSMALLINT direction = SQL_FETCH_FIRST;
-  while (SQL_SUCCEEDED(odbc().DataSourcesW(
-      environment, direction, name.data(), static_cast<SQLSMALLINT>(name.size()), &nameLength,
-      driver.data(), static_cast<SQLSMALLINT>(driver.size()), &driverLength))) {
-    direction = SQL_FETCH_NEXT;
-    std::string candidate;
-    appendUtf8(name.data(), static_cast<size_t>(nameLength), candidate);
-    if (foldCase(candidate) != foldCase(source)) continue;
-    appendUtf8(driver.data(), static_cast<size_t>(driverLength), found);
-    break;
-  }
-  odbc().FreeHandle(SQL_HANDLE_ENV, environment);
-  return found;
+/// The word with the first character beyond ASCII.
+std::string firstOddWord(const std::string& text) {
+  constexpr const char* kBlanks = " \t\r\n";
+  const auto odd = std::find_if_not(text.begin(), text.end(), [](char c) {
+    return isAscii({&c, 1});
+  });
+  const auto at = static_cast<size_t>(odd - text.begin());
+  const size_t begin = text.find_last_of(kBlanks, at) + 1;  // 0 without a blank
+  return text.substr(begin, text.find_first_of(kBlanks, at) - begin);
 }
 
-Connection::Connection(const std::string& text, const std::optional<std::string>& password)
-    : environment_(newEnvironment()), secret_(password.value_or("")) {
+}  // namespace
+
+std::string aboutDriver(const std::string& driver) {
+  const SQLHENV environment = newEnvironment();
+  std::string about = driver;
+  for (const ManagerEntry& entry : drivers(environment)) {
+    if (foldCase(entry.name) != foldCase(driver)) continue;
+    std::string attributes = entry.about;
+    std::replace(attributes.begin(), attributes.end(), '\0', ' ');
+    about += " " + attributes;
+  }
+  odbc().FreeHandle(SQL_HANDLE_ENV, environment);
+  return about;
+}
+
+std::string aboutDriverOfSource(const std::string& source) {
+  const SQLHENV environment = newEnvironment();
+  std::string driver;
+  for (const ManagerEntry& entry : dataSources(environment)) {
+    if (foldCase(entry.name) == foldCase(source)) driver = entry.about;
+  }
+  odbc().FreeHandle(SQL_HANDLE_ENV, environment);
+  return driver.empty() ? "" : aboutDriver(driver);
+}
+
+Connection::Connection(const std::string& text, const std::optional<std::string>& password,
+                       DriverText form)
+    : form_(form), environment_(newEnvironment()), secret_(password.value_or("")) {
   if (!SQL_SUCCEEDED(odbc().AllocHandle(SQL_HANDLE_DBC, environment_, &connection_))) {
-    const ServerError error = serverError(SQL_HANDLE_ENV, environment_, secret_);
-    release();
-    throw ServerError(error);
+    giveUp(SQL_HANDLE_ENV, environment_);
   }
   odbc().SetConnectAttrW(connection_, SQL_ATTR_LOGIN_TIMEOUT, asPointer(kLoginSeconds), 0);
-  std::vector<SQLWCHAR> units =
-      utf16Of(password ? text + connectionString({{"PWD", *password}}) : text);
-  SQLSMALLINT length = 0;
-  const SQLRETURN done = odbc().DriverConnectW(connection_, nullptr, units.data(), SQL_NTS, nullptr,
-                                               0, &length, SQL_DRIVER_NOPROMPT);
-  if (!SQL_SUCCEEDED(done)) {
-    const ServerError error = serverError(SQL_HANDLE_DBC, connection_, secret_);
-    release();
-    throw ServerError(error);
+  const std::string whole = password ? text + connectionString({{"PWD", *password}}) : text;
+  if (!SQL_SUCCEEDED(driverConnect(form_, connection_, whole))) {
+    giveUp(SQL_HANDLE_DBC, connection_);
   }
   connected_ = true;
 }
@@ -85,18 +90,24 @@ void Connection::release() noexcept {
   odbc().FreeHandle(SQL_HANDLE_ENV, environment_);
 }
 
-std::string Connection::info(SQLUSMALLINT what) const {
-  std::array<SQLWCHAR, 256> units{};
-  SQLSMALLINT bytes = 0;
-  const SQLRETURN done =
-      odbc().GetInfoW(connection_, what, units.data(),
-                      static_cast<SQLSMALLINT>(units.size() * sizeof(SQLWCHAR)), &bytes);
-  std::string text;
-  if (!SQL_SUCCEEDED(done)) return text;
-  size_t length = 0;
-  while (length < units.size() && units[length] != 0) ++length;
-  appendUtf8(units.data(), length, text);
-  return text;
+void Connection::giveUp(SQLSMALLINT type, SQLHANDLE handle) {
+  const ServerError error = serverError(form_, type, handle, secret_);
+  release();
+  throw ServerError(error);
+}
+
+void Connection::takeBytesUnlessUnicode() {
+  if (!passesUnicode_) passesUnicode_ = passesUnicode(connection_);
+  if (!*passesUnicode_) form_ = DriverText::kBytes;
+}
+
+void Connection::refuseLost(const std::string& text) const {
+  if (form_ == DriverText::kBytes || isAscii(text)) return;
+  if (!passesUnicode_) passesUnicode_ = passesUnicode(connection_);
+  if (*passesUnicode_) return;
+  throw DataError("the server's driver takes no Unicode, and characters would be lost of: " +
+                  firstOddWord(text) +
+                  "\nUse the driver's Unicode version, or names and texts that are ASCII.");
 }
 
 void Connection::beginTransaction() {

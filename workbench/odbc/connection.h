@@ -10,24 +10,34 @@
 #include <utility>
 #include <vector>
 
+#include "workbench/odbc/driver_text.h"
 #include "workbench/odbc/server_error.h"
 
 namespace workbench {
 
-/// The driver that a data source of the driver manager names; empty when there is no such source.
-std::string driverOfSource(const std::string& source);
+/// What is known of the driver that is called so, or that the data source names: its names there
+/// and the file that it is in, to look words up in. Empty when there is no such source.
+std::string aboutDriver(const std::string& driver);
+std::string aboutDriverOfSource(const std::string& source);
 
 class Connection {
  public:
   /// `text` is a connection string without a password. Throws ServerError, or DataError without a
-  /// driver manager.
-  Connection(const std::string& text, const std::optional<std::string>& password);
+  /// driver manager, or when the driver turns out to have got another text.
+  Connection(const std::string& text, const std::optional<std::string>& password,
+             DriverText form = DriverText::kUnicode);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
+  DriverText form() const { return form_; }
+  /// Texts go in UTF-8 unless the driver is known to take them in UTF-16. Not for drivers of bytes.
+  void takeBytesUnlessUnicode();
+  /// Throws DataError when the driver would get another text than `text`, or has told another one.
+  void refuseLost(const std::string& text) const;
+
   /// A text that the driver tells, such as SQL_DBMS_NAME.
-  std::string info(SQLUSMALLINT what) const;
+  std::string info(SQLUSMALLINT what) const { return driverInfo(form_, connection_, what); }
   /// Statements are no transactions of their own any more; for servers that are not known better.
   void beginTransaction();
   void rollBack() noexcept;
@@ -41,22 +51,15 @@ class Connection {
 
  private:
   void release() noexcept;
+  [[noreturn]] void giveUp(SQLSMALLINT type, SQLHANDLE handle);
 
+  DriverText form_;
+  mutable std::optional<bool> passesUnicode_;  ///< once it was asked
   SQLHENV environment_ = SQL_NULL_HANDLE;
   SQLHDBC connection_ = SQL_NULL_HANDLE;
   bool connected_ = false;
   std::string secret_;
   std::function<bool()> isInterrupted_;
-};
-
-/// What the driver tells of a column of a result.
-struct ResultColumn {
-  std::string name;
-  SQLSMALLINT type = SQL_UNKNOWN_TYPE;  ///< SQL_INTEGER, SQL_WVARCHAR and so on
-  std::string typeName;                 ///< the server's name, in lower case
-  size_t size = 0;                      ///< of numbers: digits
-  int scale = 0;
-  bool isUnsigned = false;
 };
 
 /// One statement and the rows of its result, one after the other, each value as a text.
@@ -97,6 +100,7 @@ class ServerStatement {
  private:
   struct Value {
     std::vector<SQLWCHAR> units;
+    std::vector<char> bytes;
     double number = 0.0;
     SQLLEN length = 0;
     std::string text;

@@ -152,6 +152,7 @@ std::vector<Dialect> allDialects() {
           .session = {"SET TIME ZONE 'UTC'", "SET DATESTYLE TO 'ISO, YMD'",
                       "SET EXTRA_FLOAT_DIGITS TO 3", "SET STANDARD_CONFORMING_STRINGS TO ON",
                       "BEGIN TRANSACTION ISOLATION LEVEL REPEATABLE READ, READ ONLY"},
+          .bytesAsUtf8 = "SET CLIENT_ENCODING TO 'UTF8'",
           .types = TypeSource::kPostgresCatalogue,
           .manyRows = ManyRows::kByCursor,
           .limit = true,
@@ -185,6 +186,8 @@ std::vector<Dialect> allDialects() {
       {
           .servers = {"sqlite"},
           .session = {"PRAGMA query_only = ON", "BEGIN"},
+          .bytesAsUtf8 = "",
+          .files = "PRAGMA database_list",
           .marked = true,
           .limit = true,
           .asDouble = "CAST({} AS REAL)",
@@ -213,10 +216,12 @@ const Dialect& dialectOf(const std::string& server) {
   return plain;
 }
 
-ConnectionAttributes driverAttributes(const std::string& driver) {
-  const bool isSqlite = foldCase(driver).find("sqlite") != std::string::npos;
-  if (!isSqlite) return {};
-  return {{"NoCreat", "1"}, {"StepAPI", "1"}};
+DriverTraits driverTraits(const std::string& about) {
+  const std::string folded = foldCase(about);
+  if (holds(folded, {"sqlite"})) return {DriverText::kBytes, {{"NoCreat", "1"}, {"StepAPI", "1"}}};
+  if (holds(folded, {"psqlodbca"})) return {DriverText::kBytes};
+  if (holds(folded, {"maodbc"})) return {DriverText::kUnicode, {}, {{"CHARSET", "utf8mb4"}}};
+  return {};
 }
 
 }  // namespace workbench

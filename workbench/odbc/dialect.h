@@ -1,6 +1,7 @@
 /// What servers do differently.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,10 @@ struct Dialect {
   std::vector<std::string_view> servers = {};
   /// Statements before all others. With the last one a read-only transaction has begun.
   std::vector<std::string_view> session = {};
+  /// The statement that makes a driver of bytes take UTF-8; empty: it takes nothing else. Nothing
+  /// when that is not known.
+  std::optional<std::string_view> bytesAsUtf8 = {};
+  std::string_view files = {};  ///< a statement whose rows end with a file that is read, if any
   TypeSource types = TypeSource::kDriver;
   bool marked = false;  ///< values begin with a ValueMark
   ManyRows manyRows = ManyRows::kAsOne;
@@ -61,8 +66,16 @@ struct Dialect {
 /// By the name that the server tells (SQL_DBMS_NAME).
 const Dialect& dialectOf(const std::string& server);
 
-/// Attributes that a connection gets when its driver's name holds a word: what keeps the driver
-/// from making files, and from holding a whole result in memory.
-ConnectionAttributes driverAttributes(const std::string& driver);
+/// What is known of a driver before it is loaded, by words of its name or file.
+struct DriverTraits {
+  /// How a connection begins that nothing may be lost of.
+  DriverText text = DriverText::kUnicode;
+  /// Attributes that a connection gets unless it has them: what keeps the driver from making files,
+  /// and from holding a whole result in memory.
+  ConnectionAttributes attributes = {};
+  /// Attributes that it gets in any case: what keeps the driver from losing characters.
+  ConnectionAttributes always = {};
+};
+DriverTraits driverTraits(const std::string& about);
 
 }  // namespace workbench

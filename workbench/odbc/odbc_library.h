@@ -12,18 +12,26 @@ namespace workbench {
   X(AllocHandle)                    \
   X(BindCol)                        \
   X(Cancel)                         \
+  X(ColAttribute)                   \
   X(ColAttributeW)                  \
-  X(DataSourcesW)                   \
+  X(DataSources)                    \
+  X(DescribeCol)                    \
   X(DescribeColW)                   \
   X(Disconnect)                     \
+  X(DriverConnect)                  \
   X(DriverConnectW)                 \
+  X(Drivers)                        \
   X(EndTran)                        \
+  X(ExecDirect)                     \
   X(ExecDirectW)                    \
   X(Fetch)                          \
   X(FreeHandle)                     \
   X(FreeStmt)                       \
+  X(GetDiagRec)                     \
   X(GetDiagRecW)                    \
+  X(GetInfo)                        \
   X(GetInfoW)                       \
+  X(NativeSqlW)                     \
   X(NumResultCols)                  \
   X(SetConnectAttrW)                \
   X(SetEnvAttr)                     \

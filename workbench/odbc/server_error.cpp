@@ -1,10 +1,8 @@
 #include "workbench/odbc/server_error.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
-#include "workbench/odbc/utf16.h"
 #include "workbench/text/text_fold.h"
 
 namespace workbench {
@@ -50,22 +48,14 @@ void hideAttributes(std::string& text) {
 
 }  // namespace
 
-ServerError serverError(SQLSMALLINT type, SQLHANDLE handle, const std::string& secret) {
-  std::array<SQLWCHAR, 6> state{};
-  std::array<SQLWCHAR, 4096> units{};
-  SQLINTEGER native = 0;
-  SQLSMALLINT length = 0;
-  const SQLRETURN found = odbc().GetDiagRecW(type, handle, 1, state.data(), &native, units.data(),
-                                             static_cast<SQLSMALLINT>(units.size()), &length);
-  if (!SQL_SUCCEEDED(found)) return {"HY000", 0, "the driver gives no reason"};
-  std::string code;
-  appendUtf8(state.data(), 5, code);
-  std::string text;
-  appendUtf8(units.data(), std::min<size_t>(static_cast<size_t>(length), units.size() - 1), text);
-  text = essence(text);
+ServerError serverError(DriverText form, SQLSMALLINT type, SQLHANDLE handle,
+                        const std::string& secret) {
+  const Diagnostic found = diagnostic(form, type, handle);
+  if (found.state.empty()) return {"HY000", 0, "the driver gives no reason"};
+  std::string text = essence(found.text);
   if (secret.size() >= kShortSecret) hide(secret, text);
   hideAttributes(text);
-  return {code, native, text};
+  return {found.state, found.native, text};
 }
 
 }  // namespace workbench

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "workbench/odbc/odbc_library.h"
+#include "workbench/odbc/driver_text.h"
 
 namespace workbench {
 
@@ -23,6 +23,7 @@ class ServerError : public std::runtime_error {
 
 /// The error that a call on the handle left behind, its text without the names of the layers that
 /// it came through, on one line, and without `secret` (empty: none) or the value of a password.
-ServerError serverError(SQLSMALLINT type, SQLHANDLE handle, const std::string& secret);
+ServerError serverError(DriverText form, SQLSMALLINT type, SQLHANDLE handle,
+                        const std::string& secret);
 
 }  // namespace workbench

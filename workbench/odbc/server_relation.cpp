@@ -57,15 +57,48 @@ std::string connectProblem(const ServerError& error, const std::string& driver) 
   return fmt::format("the server cannot be reached ({}).", said);
 }
 
-std::unique_ptr<Connection> connectAsking(const std::string& text, const ServerOptions& options) {
+std::unique_ptr<Connection> connectAsking(const std::string& text, const ServerOptions& options,
+                                          DriverText form) {
   try {
-    return std::make_unique<Connection>(text, options.password.given);
+    return std::make_unique<Connection>(text, options.password.given, form);
   } catch (const ServerError& error) {
     if (options.password.given || !options.password.ask || !isAboutPassword(error)) throw;
     const std::optional<std::string> password = options.password.ask();
     if (!password) throw;
-    return std::make_unique<Connection>(text, password);
+    return std::make_unique<Connection>(text, password, form);
   }
+}
+
+std::string driverOf(const ConnectionAttributes& attributes) {
+  if (const std::string* driver = findAttribute(attributes, "driver")) return aboutDriver(*driver);
+  const std::string* source = findAttribute(attributes, "dsn");
+  return source == nullptr ? "" : aboutDriverOfSource(*source);
+}
+
+/// The driver manager looks these names up as bytes, whatever the driver takes.
+void refuseOddNames(const ConnectionAttributes& attributes) {
+  for (const char* name : {"driver", "dsn"}) {
+    const std::string* value = findAttribute(attributes, name);
+    if (value == nullptr || isAscii(*value)) continue;
+    throw DataError(fmt::format(
+        "odbc: the name of a driver or a data source must be ASCII, and {} is not; give it another "
+        "name (odbcinst -j shows the files in which they are named).",
+        *value));
+  }
+}
+
+/// The connection string with what the driver needs besides.
+std::string completed(ConnectionAttributes attributes, const DriverTraits& traits) {
+  for (const auto& [name, value] : traits.always) {
+    std::erase_if(attributes, [&, key = foldCase(name)](const auto& attribute) {
+      return foldCase(attribute.first) == key;
+    });
+    attributes.emplace_back(name, value);
+  }
+  for (const auto& attribute : traits.attributes) {
+    if (findAttribute(attributes, attribute.first) == nullptr) attributes.push_back(attribute);
+  }
+  return connectionString(attributes);
 }
 
 }  // namespace
@@ -77,6 +110,7 @@ ServerRelation::ServerRelation(const ServerOptions& options) : label_(options.la
   connect(options);
   try {
     beginSession();
+    if (options.reads) tellFiles(options.reads);
     if (options.query) {
       takeQuery(*options.query);
     } else {
@@ -96,22 +130,24 @@ std::string ServerRelation::problem(const ServerError& error) const {
 
 void ServerRelation::connect(const ServerOptions& options) {
   const ConnectionAttributes attributes = connectionAttributes(options.text);
-  const std::string* named = findAttribute(attributes, "driver");
-  const std::string* source = findAttribute(attributes, "dsn");
-  const std::string driver = named != nullptr    ? *named
-                             : source != nullptr ? driverOfSource(*source)
-                                                 : "";
-  std::string text = connectionString(attributes);
-  for (const auto& [name, value] : driverAttributes(driver)) {
-    if (findAttribute(attributes, name) == nullptr) text += connectionString({{name, value}});
-  }
+  const std::string driver = driverOf(attributes);
+  const DriverTraits traits = driverTraits(driver);
+  if (traits.text == DriverText::kUnicode) refuseOddNames(attributes);
+  const std::string text = completed(attributes, traits);
   try {
-    connection_ = connectAsking(text, options);
+    connection_ = connectAsking(text, options, traits.text);
+    dialect_ = &dialectOf(connection_->info(SQL_DBMS_NAME));
+    if (dialect_->bytesAsUtf8 == "" && connection_->form() != DriverText::kBytes) {
+      connection_ = connectAsking(text, options, DriverText::kBytes);
+    }
   } catch (const ServerError& error) {
     throw DataError(fmt::format("{}: {}", label_, connectProblem(error, driver)));
   }
   connection_->watch(options.isInterrupted);
-  dialect_ = &dialectOf(connection_->info(SQL_DBMS_NAME));
+  connection_->refuseLost(text);
+  if (dialect_->bytesAsUtf8 && connection_->form() != DriverText::kBytes) {
+    connection_->takeBytesUnlessUnicode();
+  }
   const std::string quote = connection_->info(SQL_IDENTIFIER_QUOTE_CHAR);
   if (quote != " ") quote_ = quote.empty() ? "\"" : quote;
 }
@@ -122,11 +158,23 @@ void ServerRelation::run(ServerStatement& statement, const std::string& sql) {
 }
 
 void ServerRelation::beginSession() {
+  if (connection_->form() == DriverText::kBytes && !dialect_->bytesAsUtf8.value_or("").empty()) {
+    ServerStatement statement(*connection_);
+    run(statement, std::string(*dialect_->bytesAsUtf8));
+  }
   if (dialect_->session.empty()) return connection_->beginTransaction();
   for (const std::string_view sql : dialect_->session) {
     ServerStatement statement(*connection_);
     run(statement, std::string(sql));
   }
+}
+
+void ServerRelation::tellFiles(const std::function<void(const std::string& file)>& told) {
+  told(connection_->info(SQL_DATABASE_NAME));
+  if (dialect_->files.empty()) return;
+  ServerStatement statement(*connection_);
+  run(statement, std::string(dialect_->files));
+  while (statement.fetch()) told(std::string(statement.text(statement.columnCount() - 1)));
 }
 
 void ServerRelation::restartSession() {

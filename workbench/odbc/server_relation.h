@@ -25,6 +25,9 @@ struct ServerOptions {
   std::optional<std::string> table;
   ServerPassword password;
   std::function<bool()> isInterrupted;
+  /// Told of the files that the driver says it reads, before a case is read, and of names that may
+  /// not be files; may be empty. What it throws ends the reading.
+  std::function<void(const std::string& file)> reads = {};
 };
 
 /// One relation and the connection that reads it, in a read-only transaction where the server has
@@ -50,6 +53,7 @@ class ServerRelation {
  private:
   void connect(const ServerOptions& options);
   void beginSession();
+  void tellFiles(const std::function<void(const std::string& file)>& told);
   void restartSession();
   void takeQuery(const std::string& query);
   void takeTable(const std::optional<std::string>& wanted);

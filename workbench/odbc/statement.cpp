@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <future>
 
@@ -7,6 +6,7 @@
 #include "workbench/odbc/utf16.h"
 #include "workbench/system/exit_steps.h"
 #include "workbench/text/text_fold.h"
+#include "workbench/text/utf8.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
@@ -14,31 +14,22 @@ namespace {
 
 constexpr std::chrono::milliseconds kLook{100};
 
-std::string attributeText(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT field) {
-  std::array<SQLWCHAR, 256> units{};
-  SQLSMALLINT bytes = 0;
-  std::string text;
-  if (!SQL_SUCCEEDED(odbc().ColAttributeW(statement, column, field, units.data(),
-                                          static_cast<SQLSMALLINT>(units.size() * sizeof(SQLWCHAR)),
-                                          &bytes, nullptr))) {
-    return text;
-  }
-  const auto end = std::find(units.begin(), units.end(), SQLWCHAR{0});
-  appendUtf8(units.data(), static_cast<size_t>(end - units.begin()), text);
-  return text;
-}
+/// No unit of UTF-16 takes more in UTF-8.
+constexpr size_t kMostBytes = 3;
 
 }  // namespace
 
 ServerStatement::ServerStatement(Connection& connection) : connection_(connection) {
   if (SQL_SUCCEEDED(odbc().AllocHandle(SQL_HANDLE_STMT, connection.handle(), &statement_))) return;
-  throw ServerError(serverError(SQL_HANDLE_DBC, connection.handle(), connection.secret()));
+  throw ServerError(
+      serverError(connection.form(), SQL_HANDLE_DBC, connection.handle(), connection.secret()));
 }
 
 ServerStatement::~ServerStatement() { odbc().FreeHandle(SQL_HANDLE_STMT, statement_); }
 
 void ServerStatement::fail() const {
-  throw ServerError(serverError(SQL_HANDLE_STMT, statement_, connection_.secret()));
+  throw ServerError(
+      serverError(connection_.form(), SQL_HANDLE_STMT, statement_, connection_.secret()));
 }
 
 /// A driver may wait as long as it likes: it does so on a thread of its own, while this one looks
@@ -57,8 +48,8 @@ void ServerStatement::wait(const std::function<SQLRETURN()>& call) {
 
 void ServerStatement::run(const std::string& sql) {
   close();
-  std::vector<SQLWCHAR> units = utf16Of(sql);
-  wait([&] { return odbc().ExecDirectW(statement_, units.data(), SQL_NTS); });
+  connection_.refuseLost(sql);
+  wait([&] { return execute(connection_.form(), statement_, sql); });
 }
 
 void ServerStatement::listTables() {
@@ -72,21 +63,11 @@ std::vector<ResultColumn> ServerStatement::columns() const {
   std::vector<ResultColumn> columns(static_cast<size_t>(std::max<SQLSMALLINT>(count, 0)));
   for (size_t i = 0; i < columns.size(); ++i) {
     const auto number = static_cast<SQLUSMALLINT>(i + 1);
-    std::array<SQLWCHAR, 1024> units{};
-    SQLSMALLINT length = 0;
-    SQLSMALLINT nullable = 0;
-    SQLSMALLINT digits = 0;
-    SQLULEN size = 0;
     ResultColumn& column = columns[i];
-    if (!SQL_SUCCEEDED(odbc().DescribeColW(statement_, number, units.data(),
-                                           static_cast<SQLSMALLINT>(units.size()), &length,
-                                           &column.type, &size, &digits, &nullable))) {
-      fail();
-    }
-    appendUtf8(units.data(), static_cast<size_t>(length), column.name);
-    column.size = size;
-    column.scale = digits;
-    column.typeName = foldCase(attributeText(statement_, number, SQL_DESC_TYPE_NAME));
+    if (!SQL_SUCCEEDED(describeColumn(connection_.form(), statement_, number, column))) fail();
+    connection_.refuseLost(column.name);
+    column.typeName =
+        foldCase(columnAttribute(connection_.form(), statement_, number, SQL_DESC_TYPE_NAME));
     SQLLEN isUnsigned = 0;
     odbc().ColAttributeW(statement_, number, SQL_DESC_UNSIGNED, nullptr, 0, nullptr, &isUnsigned);
     column.isUnsigned = isUnsigned != 0;
@@ -107,6 +88,10 @@ void ServerStatement::bind() {
     if (asDoubles_[i]) {
       done = odbc().BindCol(statement_, number, SQL_C_DOUBLE, &value.number, sizeof(double),
                             &value.length);
+    } else if (connection_.form() == DriverText::kBytes) {
+      value.bytes.resize(kMostBytes * kWidestText + 1);
+      done = odbc().BindCol(statement_, number, SQL_C_CHAR, value.bytes.data(),
+                            static_cast<SQLLEN>(value.bytes.size()), &value.length);
     } else {
       value.units.resize(kWidestText + 1);
       done =
@@ -118,12 +103,16 @@ void ServerStatement::bind() {
 }
 
 void ServerStatement::takeText(Value& value) {
-  const auto room = static_cast<SQLLEN>(kWidestText * sizeof(SQLWCHAR));
+  const bool isBytes = !value.bytes.empty();
+  const auto room =
+      static_cast<SQLLEN>(isBytes ? value.bytes.size() - 1 : kWidestText * sizeof(SQLWCHAR));
   value.text.clear();
   value.cut = value.length == SQL_NO_TOTAL || value.length > room;
   if (value.length == SQL_NULL_DATA) return;
-  const SQLLEN held = value.cut ? room : value.length;
-  appendUtf8(value.units.data(), static_cast<size_t>(held) / sizeof(SQLWCHAR), value.text);
+  const auto held = static_cast<size_t>(value.cut ? room : value.length);
+  if (!isBytes) return appendUtf8(value.units.data(), held / sizeof(SQLWCHAR), value.text);
+  value.text.assign(value.bytes.data(), held);
+  if (!isUtf8(value.text)) value.text = validUtf8(value.text);
 }
 
 bool ServerStatement::fetch() {

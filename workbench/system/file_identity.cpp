@@ -2,6 +2,9 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
+#include <system_error>
+
 namespace workbench {
 namespace {
 
@@ -22,6 +25,13 @@ std::optional<FileIdentity> identityOf(int descriptor) {
   struct stat status {};
   if (::fstat(descriptor, &status) != 0) return std::nullopt;
   return identityOf(status);
+}
+
+std::string placeOf(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path place =
+      std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
+  return error ? path : place.string();
 }
 
 }  // namespace workbench

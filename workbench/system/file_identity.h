@@ -22,4 +22,7 @@ std::optional<FileIdentity> identityOf(const std::string& path);
 /// like.
 std::optional<FileIdentity> identityOf(int descriptor);
 
+/// Where a file is or would be: the path without links and dots, as far as its folders are there.
+std::string placeOf(const std::string& path);
+
 }  // namespace workbench
