@@ -1,6 +1,8 @@
 """Split groups in both layouts, and resampled data."""
 
+import json
 import random
+import re
 
 from program import ProgramTest, cells, keys, table
 
@@ -76,6 +78,25 @@ class SplitGroups(ProgramTest):
             self.assertEqual([d["name"] for d in tables[0]["dimensions"][:len(split)]], split)
         done = self.run_program("d.csv", "--split", "a,", "-c", "/ONESAMPLE x", status=2)
         self.assertIn("--split: 'a,' has a comma without a name beside it", done.stderr.decode())
+
+    def test_values_of_one_label(self):
+        """Told apart alike wherever a group is named."""
+        self.write("d.csv", "x,g\n1,1\n0,1\n1,2\n1,2\n0,2\n,3\n")
+        self.write("d.schema.json", json.dumps({"fields": [{"name": "g", "type": "integer", "categories": [
+            {"value": 1, "label": "X"}, {"value": 2, "label": "X"}]}]}))
+        names = ["X [g]", "X [g] (2)", "3"]
+        for layout in ("rows", "tables"):
+            p = self.procedure(COMMAND, "d.csv", "--split", "g", "--split-layout", layout)
+            self.assertEqual([g["split"]["g"] for g in p["cases"]["groups"]], names)
+            self.assertEqual([g["read"] for g in p["cases"]["groups"]], [2, 3, 1])
+            self.assertEqual([m["split"] for m in p["messages"]], [{"g": "3"}])
+            if layout == "tables":
+                self.assertEqual([t["split"]["g"] for t in p["tables"] if t["title"].endswith("Intervals")], names[:2])
+            else:
+                self.assertEqual([c["label"] for c in table(p, "Intervals")["dimensions"][0]["categories"]], names[:2])
+        text = self.run_program("d.csv", "--split", "g", "-c", COMMAND).stdout.decode()
+        for name, read in zip(names, (2, 3, 1)):
+            self.assertRegex(text.split("Cases Read")[1], re.escape(name) + rf" +x +{read} ")
 
     def test_gathered_values(self):
         self.write("d.csv", "x,g\n1,a\n2,a\n5,b\n4,b\n")

@@ -9,6 +9,7 @@
 
 #include "workbench/output/distinguish.h"
 #include "workbench/output/labels.h"
+#include "workbench/output/split_names.h"
 
 namespace workbench {
 namespace {
@@ -269,6 +270,7 @@ CaseTotals CaseTally::shownTotals(const Totals& totals, std::vector<VariableCase
 
 CaseReport CaseTally::report() const {
   CaseReport report;
+  SplitNames names;
   report.weighted = weighted_;
   for (const Column& column : columns_) report.variables.push_back(column.entry->name);
   report.splitVariables = splitNames(dataset_);
@@ -291,7 +293,7 @@ CaseReport CaseTally::report() const {
     if (split.empty()) continue;
     CaseReport::Group& shown = report.groups.emplace_back();
     for (size_t i = 0; i < split.size(); ++i) {
-      shown.split.push_back(describeSplitValue(split[i], splitValue(group, i)).text);
+      shown.split.push_back(names.text(split[i], splitValue(group, i)));
     }
     shown.cases = shownTotals(totals, {cases, cases + columns_.size()});
   }
@@ -301,11 +303,11 @@ CaseReport CaseTally::report() const {
 
 std::string CaseTally::groupText(size_t group) const {
   const std::vector<std::string> names = splitNames(dataset_);
+  SplitNames values;
   std::string text;
   for (size_t i = 0; i < names.size(); ++i) {
-    text +=
-        fmt::format("{}{} = {}", text.empty() ? "" : ", ", names[i],
-                    describeSplitValue(dataset_.splitVariables()[i], splitValue(group, i)).text);
+    text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", names[i],
+                        values.text(dataset_.splitVariables()[i], splitValue(group, i)));
   }
   return text;
 }

@@ -1,7 +1,11 @@
 #include "workbench/advice/cases_table.h"
 
+#include <fmt/format.h>
+
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "workbench/output/distinguish.h"
 #include "workbench/output/labels.h"
@@ -43,8 +47,14 @@ class Builder {
   std::unique_ptr<Table> build() {
     const bool showGroups = report_.groups.size() <= kMostGroupsInTable;
     if (showGroups) {
+      std::set<std::vector<std::string>> named;  // a label may read like another group's value
       for (const CaseReport::Group& group : report_.groups) {
-        for (size_t i = 0; i < splits_.size(); ++i) choose(splits_[i], plain(group.split[i]));
+        std::vector<std::string> names = group.split;
+        const std::string innermost = names.back();
+        for (int twin = 2; !named.insert(names).second; ++twin) {
+          names.back() = fmt::format("{} ({})", innermost, twin);
+        }
+        for (size_t i = 0; i < splits_.size(); ++i) choose(splits_[i], plain(names[i]));
         addRows(group.cases);
       }
     }

@@ -164,7 +164,7 @@ VarIndex SourceDataset::findOrRefuse(const std::string& name, const char* option
   const VarIndex index = names_.find(name);
   if (index < 0) {
     const std::string guess = nearest(name, names_.names());
-    throw DataError(fmt::format("{}: the data have no variable {}; {}", option, excerpt(name),
+    throw DataError(fmt::format("{}: the data have no variable {}; {}", option, name,
                                 guess.empty() ? "they have " + namesLike(name, names_.names()) + "."
                                               : "did you mean " + guess + "?"));
   }

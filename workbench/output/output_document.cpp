@@ -19,12 +19,12 @@ LabelPart partOf(VarIndex variable, const SplitValue& value) {
   return LabelPart(BpDataValue(variable, std::get<std::string>(value), kByLabel));
 }
 
-SplitPlace describePlace(VarIndex variable, const SplitValue& value) {
+SplitPlace describePlace(VarIndex variable, const SplitValue& value, std::string name) {
   LabelData dimension = describe(BpVariable(variable, 2));
   // Never the same as a dimension that a table names by this variable.
   dimension.identity.insert(0, "split ");
   return {variable, partOf(variable, value), std::move(dimension),
-          describeSplitValue(variable, value)};
+          describeSplitValue(variable, value), std::move(name)};
 }
 
 ShownSplit shownPlaces(const std::vector<SplitPlace>& places) {
@@ -35,7 +35,7 @@ ShownSplit shownPlaces(const std::vector<SplitPlace>& places) {
   distinguish(alike);
   ShownSplit shown;
   for (size_t i = 0; i < places.size(); ++i) {
-    shown.emplace_back(names[i].text, places[i].category.text);
+    shown.emplace_back(names[i].text, places[i].name);
   }
   return shown;
 }
@@ -50,6 +50,7 @@ void OutputDocument::forget() {
   separateSplits_ = false;
   split_.clear();
   shownSplit_.clear();
+  splitNames_ = {};
 }
 
 void OutputDocument::beginProcedure(const std::string& title, const std::string& command) {
@@ -83,7 +84,8 @@ void OutputDocument::setSplit(const ActiveDataset& dataset) {
   const std::vector<SplitValue>& values = dataset.currentSplit();
   std::vector<SplitPlace> places;
   for (size_t i = 0; i < std::min(variables.size(), values.size()); ++i) {
-    places.push_back(describePlace(variables[i], values[i]));
+    places.push_back(
+        describePlace(variables[i], values[i], splitNames_.text(variables[i], values[i])));
   }
   ShownSplit shown = shownPlaces(places);
   split_ = std::move(places);

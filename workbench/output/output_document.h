@@ -8,6 +8,7 @@
 #include "workbench/dataset/active_dataset.h"
 #include "workbench/output/document.h"
 #include "workbench/output/labels.h"
+#include "workbench/output/split_names.h"
 
 namespace workbench {
 
@@ -21,6 +22,7 @@ struct SplitPlace {
   LabelPart value;
   LabelData dimension;  ///< the variable as a dimension of a shared table
   LabelData category;   ///< the value as a category of it
+  std::string name;     ///< the value where it stands outside of that dimension
 };
 
 class OutputDocument {
@@ -64,6 +66,7 @@ class OutputDocument {
   bool separateSplits_ = false;
   std::vector<SplitPlace> split_;
   ShownSplit shownSplit_;
+  SplitNames splitNames_;  // of the running procedure
 };
 
 }  // namespace workbench
