@@ -1,6 +1,7 @@
 """Bootstrap tables against samples that are drawn and summed up here, by the documented rules."""
 
 import math
+import random
 import re
 import sys
 import unittest
@@ -177,6 +178,31 @@ class Bootstrap(ProgramTest):
             want = Kinds([(*p, 1) for p in cases]).results(paired_difference, 3, group, 150, 95)
             self.check(self.values(shared, s=value, Quantity="Difference"), want)
             self.check(self.values(apart[group], Quantity="Difference"), want)
+
+    def test_many_variables_of_which_each_result_has_few(self):
+        # Nearly 3^5 kinds of cases; a case that misses a variable counts for those that it has.
+        missing, draw = -math.inf, random.Random(4)
+        cases = [tuple(draw.choice((missing, 0, 1, 1)) for _ in range(5)) for _ in range(4000)]
+        name = self.data("d.csv", list("abcde"), [["" if v == missing else v for v in case] for case in cases])
+        arguments = [name, "--bootstrap", "40", "--seed", "5"]
+
+        def check(table, kinds, statistic, columns, **rows):
+            def valid(counts):
+                return statistic([(tuple(kind[c] for c in columns), n) for kind, n in counts
+                                  if all(kind[c] != missing for c in columns)])
+            self.check(self.values(table, **rows), kinds.results(valid, 5, 0, 40, 95))
+
+        table, = self.bootstrap("PROPORTIONS /ONESAMPLE a TO e TESTTYPES=NONE.", *arguments)
+        kinds = Kinds([(*case, 1) for case in cases])
+        self.assertGreater(len(kinds.kinds), 200)
+        check(table, kinds, share(0), [0], Variables="a = 1", Quantity="Proportion")
+        check(table, kinds, share(0), [4], Variables="e = 1", Quantity="Proportion")
+        table, = self.bootstrap("PROPORTIONS /PAIREDSAMPLES a b WITH c d (PAIRED) CITYPES=NONE.", *arguments)
+        kinds = Kinds([(*case[:4], 1) for case in cases])
+        pairs = next(d for d in table["dimensions"] if d["name"] == "Variables")["categories"]
+        labels = [pair["label"] for pair in pairs if "Pair" in pair["label"]]
+        check(table, kinds, paired_difference, [0, 2], Variables=labels[0], Quantity="Difference")
+        check(table, kinds, paired_difference, [1, 3], Variables=labels[1], Quantity="Difference")
 
     def test_the_same_however_the_cases_are_held(self):
         rows = [(y, g, w) for y, g, w in CASES] * 40

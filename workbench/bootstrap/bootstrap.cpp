@@ -3,12 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
-#include <future>
 #include <optional>
 #include <string>
-#include <thread>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -16,42 +13,40 @@
 #include "host/constants.h"
 #include "workbench/bootstrap/bootstrap_tables.h"
 #include "workbench/bootstrap/left_out.h"
+#include "workbench/bootstrap/marginal_cases.h"
 #include "workbench/bootstrap/resampled_dataset.h"
+#include "workbench/bootstrap/sample_drawer.h"
 #include "workbench/bootstrap/sampled_cases.h"
 #include "workbench/bootstrap/sampled_results.h"
 #include "workbench/output/labels.h"
 #include "workbench/output/output_document.h"
 #include "workbench/pooling/imputations.h"
-#include "workbench/resampling/multinomial.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
 namespace {
 
-/// Weights that the samples of a batch may take, all together; two batches are held at a time.
-constexpr double kBatchWeights = 4e6;
-constexpr int64_t kMostSamplesInBatch = 100;
 /// Rows to read for all cases left out, beyond which BCa bounds would take too long.
 constexpr double kMostLeftOutWork = 4e8;
-
-using Samples = std::vector<std::vector<SampleWeights>>;
 
 /// Runs the procedure on samples, into a document of its own.
 class SampleRunner {
  public:
-  SampleRunner(Session& session, const SampledCases& cases, const std::function<void()>& entry)
-      : session_(session), cases_(cases), entry_(entry) {}
+  SampleRunner(Session& session, const std::function<void()>& entry)
+      : session_(session), entry_(entry) {}
 
   /// Calls `take` with what the run shows.
-  void run(const Samples& samples, const std::function<void(const DocumentProcedure&)>& take,
+  void run(const SampledCases& cases, const Samples& samples,
+           const std::function<void(const DocumentProcedure&)>& take,
            const ProgressCallback& progress = {}) {
-    ResampledDataset dataset(*session_.dataset, cases_, samples, progress);
+    ResampledDataset dataset(*session_.dataset, cases, samples, progress);
     OutputDocument document;
     const Session before = session_;
     session_.dataset = &dataset;
     session_.document = &document;
     session_.observer = nullptr;
     session_.facts = nullptr;
+    session_.oneMethod = true;
     try {
       document.beginProcedure("", "");
       entry_();
@@ -66,76 +61,18 @@ class SampleRunner {
 
  private:
   Session& session_;
-  const SampledCases& cases_;
   const std::function<void()>& entry_;
-};
-
-/// Draws samples `first` to before `last` of every group, shared among the processors: each has a
-/// stream of its own, so that it does not matter who draws it.
-Samples drawSamples(const SampledCases& cases, uint64_t seed, int64_t first, int64_t last) {
-  Samples samples(cases.groups.size());
-  for (auto& group : samples) group.resize(static_cast<size_t>(last - first));
-  const auto draw = [&](int64_t offset, int64_t step) {
-    std::vector<int64_t> drawn;
-    for (size_t group = 0; group < cases.groups.size(); ++group) {
-      for (int64_t i = offset; i < last - first; i += step) {
-        RandomStream random(seed, group, static_cast<uint64_t>(first + i));
-        drawMultinomial(cases.groups[group].counts, random, drawn);
-        samples[group][static_cast<size_t>(i)] = weightsOf(cases.groups[group], drawn);
-      }
-    }
-  };
-  const auto workers = static_cast<int64_t>(std::max(1U, std::thread::hardware_concurrency()));
-  std::vector<std::jthread> others;
-  for (int64_t i = 1; i < workers; ++i) others.emplace_back(draw, i, workers);
-  draw(0, workers);
-  return samples;
-}
-
-int64_t batchSize(const SampledCases& cases) {
-  double rows = 1;
-  for (const CaseGroup& group : cases.groups) rows += static_cast<double>(group.rows);
-  return std::clamp<int64_t>(static_cast<int64_t>(kBatchWeights / rows), 1, kMostSamplesInBatch);
-}
-
-/// Draws batch after batch, the next one while the caller works on the last.
-class BatchDrawer {
- public:
-  struct Batch {
-    int64_t first;  ///< number of its first sample
-    Samples samples;
-  };
-
-  BatchDrawer(const SampledCases& cases, const BootstrapOptions& options)
-      : cases_(cases), options_(options), size_(batchSize(cases)) {
-    drawNext();
-  }
-
-  /// Nothing after the last one.
-  std::optional<Batch> next() {
-    if (!drawn_.valid()) return std::nullopt;
-    Batch batch{first_, drawn_.get()};
-    first_ += size_;
-    drawNext();
-    return batch;
-  }
-
- private:
-  void drawNext() {
-    if (first_ > options_.samples) return;
-    drawn_ = std::async(std::launch::async, drawSamples, std::cref(cases_), options_.seed, first_,
-                        std::min(first_ + size_, options_.samples + 1));
-  }
-
-  const SampledCases& cases_;
-  const BootstrapOptions& options_;
-  int64_t size_;
-  int64_t first_ = 1;
-  std::future<Samples> drawn_;
 };
 
 std::optional<size_t> onlyTheData(int64_t sample) {
   return sample == 0 ? std::optional<size_t>(0) : std::nullopt;
+}
+
+/// Of a batch whose first sample has that number; the data are in every batch.
+auto slotsFrom(size_t first) {
+  return [first](int64_t sample) {
+    return sample == 0 ? std::nullopt : std::optional(first + static_cast<size_t>(sample) - 1);
+  };
 }
 
 /// Messages about samples are not shown, but somebody should know that there were some.
@@ -183,28 +120,53 @@ std::vector<size_t> positionsOf(const SampledResult& result, const SampledCases&
   return positions;
 }
 
-/// The value of each result with one case left out; nothing when that would take too long.
-std::optional<std::vector<std::vector<LeftOut>>> leaveOut(
-    Session& session, const CommandFacts& facts, const SampledCases& cases,
-    const SampledResults& results, SampleRunner& runner, const ProgressCallback& progress) {
-  LeftOutCases leftOut(cases);
-  const GroupFinder finder(cases, session.dataset->splitVariables());
-  std::vector<const std::vector<LeftOutKind>*> kinds;
+/// What a result is about: a group, and variables of the cases by their positions.
+struct ResultPlace {
+  size_t group;
+  std::vector<size_t> positions;
+};
+
+std::vector<ResultPlace> placesOf(const SampledResults& results, const SampledCases& cases,
+                                  const CommandFacts& facts, const ActiveDataset& dataset) {
+  const GroupFinder finder(cases, dataset.splitVariables());
+  std::vector<ResultPlace> places;
   for (const SampledResult& result : results.results()) {
-    kinds.push_back(&leftOut.kinds(finder.groupOf(result),
-                                   positionsOf(result, cases, facts, *session.dataset)));
+    places.push_back({finder.groupOf(result), positionsOf(result, cases, facts, dataset)});
+  }
+  return places;
+}
+
+MarginalCases addedUp(const SampledCases& cases, const std::vector<ResultPlace>& places,
+                      const CommandFacts& facts, ActiveDataset& dataset) {
+  std::vector<DependenceSets> sets(cases.groups.size());
+  for (const auto& [group, positions] : places) sets[group].insert(positions);
+  for (DependenceSets& ofGroup : sets) {
+    // A group without results has cases all the same.
+    if (ofGroup.empty()) ofGroup.insert(std::vector<size_t>());
+  }
+  return {cases, sets, dataset, facts};
+}
+
+/// The value of each result with one case left out; nothing when that would take too long.
+std::optional<std::vector<std::vector<LeftOut>>> leaveOut(const SampledCases& cases,
+                                                          const MarginalCases& marginal,
+                                                          const std::vector<ResultPlace>& places,
+                                                          const SampledResults& results,
+                                                          SampleRunner& runner,
+                                                          const ProgressCallback& progress) {
+  LeftOutCases leftOut(cases);
+  std::vector<const std::vector<LeftOutKind>*> kinds;
+  for (const auto& [group, positions] : places) {
+    kinds.push_back(&leftOut.kinds(group, positions));
     if (leftOut.work() > kMostLeftOutWork) return std::nullopt;
   }
-  const Samples samples = leftOut.samples();
+  const Samples samples = leftOut.samples(marginal);
   size_t slots = 1;
   for (const auto& group : samples) slots = std::max(slots, group.size() + 1);
   SampledResults without(slots);
   runner.run(
-      samples,
-      [&](const DocumentProcedure& procedure) {
-        without.add(procedure, [](int64_t sample) { return static_cast<size_t>(sample); });
-      },
-      progress);
+      marginal.cases(), samples,
+      [&](const DocumentProcedure& procedure) { without.add(procedure, slotsFrom(1)); }, progress);
   std::vector<std::vector<LeftOut>> values;
   for (size_t i = 0; i < kinds.size(); ++i) {
     const SampledResult* found = without.find(results.results()[i]);
@@ -260,28 +222,25 @@ void addBootstrap(Session& session, const CommandFacts& facts, const BootstrapOp
   }
   const SampledCases cases = sampledCases(*session.dataset, variables, options.memoryLimit);
   if (cases.groups.empty()) return;
-  SampleRunner runner(session, cases, entry);
+  SampleRunner runner(session, entry);
   BootstrapFindings findings{options.samples, options.seed, 0, SampledResults(1), std::nullopt};
-  const auto takeTheData = [&](const DocumentProcedure& procedure) {
+  runner.run(cases, Samples(cases.groups.size()), [&](const DocumentProcedure& procedure) {
     findings.results.add(procedure, onlyTheData);
-  };
-  const Samples none(cases.groups.size());
-  runner.run(none, takeTheData);
+  });
   if (findings.results.results().empty()) return;
   refuseTooMany(options, findings.results.results().size());
-  findings.results = SampledResults(static_cast<size_t>(options.samples) + 1);
-  runner.run(none, takeTheData);
-  BatchDrawer drawer(cases, options);
-  findings.leftOut = leaveOut(session, facts, cases, findings.results, runner, progress);
+  findings.results.makeRoom(static_cast<size_t>(options.samples) + 1);
+  const std::vector<ResultPlace> places =
+      placesOf(findings.results, cases, facts, *session.dataset);
+  const MarginalCases marginal = addedUp(cases, places, facts, *session.dataset);
+  SampleDrawer drawer(cases, marginal, options.seed, options.samples);
+  findings.leftOut = leaveOut(cases, marginal, places, findings.results, runner, progress);
   int64_t drawn = 0;
   tellSamples(progress, drawn, options.samples);
   while (const auto batch = drawer.next()) {
-    runner.run(batch->samples, [&](const DocumentProcedure& procedure) {
+    runner.run(marginal.cases(), batch->samples, [&](const DocumentProcedure& procedure) {
       findings.messages += messagesAboutSamples(procedure);
-      findings.results.add(procedure, [&](int64_t sample) -> std::optional<size_t> {
-        if (sample == 0) return std::nullopt;
-        return static_cast<size_t>(batch->first + sample - 1);
-      });
+      findings.results.add(procedure, slotsFrom(static_cast<size_t>(batch->first)));
     });
     drawn += static_cast<int64_t>(batch->samples.front().size());
     tellSamples(progress, drawn, options.samples);

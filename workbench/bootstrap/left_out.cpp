@@ -1,6 +1,7 @@
 #include "workbench/bootstrap/left_out.h"
 
 #include <unordered_map>
+#include <utility>
 
 #include "host/constants.h"
 
@@ -53,13 +54,14 @@ double LeftOutCases::work() const {
   return rows;
 }
 
-std::vector<std::vector<SampleWeights>> LeftOutCases::samples() const {
-  std::vector<std::vector<SampleWeights>> samples(rows_.size());
+Samples LeftOutCases::samples(const MarginalCases& marginal) const {
+  Samples samples(rows_.size());
   for (size_t group = 0; group < rows_.size(); ++group) {
     const SampleWeights all = weightsOf(cases_.groups[group], cases_.groups[group].counts);
     for (const size_t row : rows_[group]) {
-      samples[group].push_back(all);
-      samples[group].back()[row] -= 1.0;
+      SampleWeights without = all;
+      without[row] -= 1.0;
+      samples[group].push_back(marginal.weights(group, std::move(without)));
     }
   }
   return samples;

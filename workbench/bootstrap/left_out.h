@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "workbench/bootstrap/marginal_cases.h"
 #include "workbench/bootstrap/resampled_dataset.h"
 #include "workbench/bootstrap/sampled_cases.h"
 
@@ -29,8 +30,8 @@ class LeftOutCases {
 
   /// How many rows all samples chosen so far have together.
   double work() const;
-  /// The samples chosen so far, for ResampledDataset.
-  std::vector<std::vector<SampleWeights>> samples() const;
+  /// The samples chosen so far, for ResampledDataset with the rows of `marginal`.
+  Samples samples(const MarginalCases& marginal) const;
 
  private:
   size_t sampleOf(size_t group, size_t row);

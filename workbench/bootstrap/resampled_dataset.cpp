@@ -77,8 +77,7 @@ class ResampledDataset::Feed final : public CaseFeed {
 };
 
 ResampledDataset::ResampledDataset(ActiveDataset& dataset, const SampledCases& cases,
-                                   const std::vector<std::vector<SampleWeights>>& samples,
-                                   const ProgressCallback& progress)
+                                   const Samples& samples, const ProgressCallback& progress)
     : dataset_(dataset),
       cases_(cases),
       samples_(samples),

@@ -14,6 +14,8 @@ namespace workbench {
 /// Weights of one sample of a group: what the row's cases that were drawn weigh together, 0 for
 /// rows that were not drawn or whose cases their weight drops.
 using SampleWeights = std::vector<double>;
+/// Samples of each group.
+using Samples = std::vector<std::vector<SampleWeights>>;
 
 /// A data set over another one with one variable more, the sample, as innermost split variable.
 /// Within each of the user's split groups sample 0 is the data as they are; the samples given are
@@ -22,8 +24,7 @@ class ResampledDataset final : public ActiveDataset {
  public:
   /// `samples` holds those of each group. Of `progress`, which may be empty, the two passes of the
   /// procedure are told as those of leaving cases out.
-  ResampledDataset(ActiveDataset& dataset, const SampledCases& cases,
-                   const std::vector<std::vector<SampleWeights>>& samples,
+  ResampledDataset(ActiveDataset& dataset, const SampledCases& cases, const Samples& samples,
                    const ProgressCallback& progress);
 
   int32_t variableCount() const override { return sampleIndex_ + 1; }
@@ -50,7 +51,7 @@ class ResampledDataset final : public ActiveDataset {
 
   ActiveDataset& dataset_;
   const SampledCases& cases_;
-  const std::vector<std::vector<SampleWeights>>& samples_;
+  const Samples& samples_;
   const ProgressCallback& progress_;
   int passes_ = 0;
   std::vector<SampleWeights> asTheyAre_;  // by group

@@ -31,6 +31,11 @@ int64_t sampleNumber(const LabelData* label) {
 
 }  // namespace
 
+void SampledResults::makeRoom(size_t slots) {
+  slots_ = slots;
+  for (SampledResult& result : results_) result.values.resize(slots, kSystemMissing);
+}
+
 void SampledResults::add(const DocumentProcedure& procedure,
                          const std::function<std::optional<size_t>(int64_t)>& slotOf) {
   for (const auto& table : procedure.tables) {

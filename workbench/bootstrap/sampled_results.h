@@ -30,6 +30,9 @@ class SampledResults {
   /// Room for that many values of each result.
   explicit SampledResults(size_t slots) : slots_(slots) {}
 
+  /// Makes room for that many values of each result; those there stay.
+  void makeRoom(size_t slots);
+
   /// Takes what a run shows whose split groups share tables and whose innermost split variable is
   /// the sample number. `slotOf` says where a sample's values go; nothing: they are passed over.
   void add(const DocumentProcedure& procedure,

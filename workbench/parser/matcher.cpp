@@ -4,6 +4,7 @@
 
 #include "workbench/dataset/value_text.h"
 #include "workbench/parser/cut_points.h"
+#include "workbench/parser/one_method.h"
 #include "workbench/parser/syntax_error.h"
 #include "workbench/session/session.h"
 #include "workbench/text/nearest.h"
@@ -185,6 +186,7 @@ void Matcher::matchSubcommand(CommandSpec::Impl& result) {
   parsed->name = name;
   if (descriptor->hasList) parsed->list = matchList(*descriptor);
   while (!atEnd() && !isSymbol('/')) matchParameter(*descriptor, *parsed);
+  if (oneMethod_ && descriptor->hasList) keepOneMethod(*parsed);
   result.subcommands.emplace_back(name, std::make_unique<SubComObj>(std::move(parsed)));
 }
 

@@ -12,11 +12,12 @@
 
 namespace workbench {
 
-/// One use per command. Stops at the first problem.
+/// One use per command. Stops at the first problem. With `oneMethod` designs keep one method only
+/// (keepOneMethod).
 class Matcher {
  public:
-  Matcher(const CommandTokens& command, const CommandDescriptor& syntax)
-      : command_(command), tokens_(command.tokens()), syntax_(syntax) {}
+  Matcher(const CommandTokens& command, const CommandDescriptor& syntax, bool oneMethod)
+      : command_(command), tokens_(command.tokens()), syntax_(syntax), oneMethod_(oneMethod) {}
 
   /// Fills `result`; what is wrong, or nothing.
   std::optional<SyntaxProblem> match(CommandSpec::Impl& result);
@@ -59,6 +60,7 @@ class Matcher {
   const CommandTokens& command_;
   const std::vector<TokenInfoObj>& tokens_;
   const CommandDescriptor& syntax_;
+  const bool oneMethod_;
   size_t at_ = 0;
 };
 

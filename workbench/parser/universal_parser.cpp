@@ -29,8 +29,9 @@ UniversalParser::UniversalParser(ZELK_TokenSequence& tokens, CommandSpec& result
 UniversalParser::~UniversalParser() = default;
 
 int UniversalParser::getCommandSpecifications() {
-  auto problem = workbench::Matcher(impl_->command, impl_->syntax).match(impl_->result.impl());
   const workbench::Session& session = workbench::currentSession();
+  auto problem = workbench::Matcher(impl_->command, impl_->syntax, session.oneMethod)
+                     .match(impl_->result.impl());
   if (!problem && session.dataset != nullptr) {
     workbench::CommandFacts facts = workbench::commandFacts(impl_->result, *session.dataset);
     problem = workbench::cutPointProblem(facts, *session.dataset);

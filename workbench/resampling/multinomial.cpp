@@ -64,21 +64,6 @@ double exponential(double x) {
   return sum;
 }
 
-/// Walks up from 0 until the probabilities reach a uniform number; p <= 1/2 and n * p < 10.
-int64_t byInversion(int64_t n, double p, RandomStream& random) {
-  const double odds = p / (1 - p);
-  const double none = exponential(static_cast<double>(n) * logOfRest(p));
-  double u = random.uniform(), mass = none;
-  int64_t k = 0;
-  while (u > mass && k < n) {
-    u -= mass;
-    ++k;
-    mass *= odds * (static_cast<double>(n - k + 1) / static_cast<double>(k));
-    if (mass == 0) break;  // what is left of u is rounding
-  }
-  return k;
-}
-
 /// ln k! less Stirling's approximation of it, as BTRS takes it.
 double stirlingTail(double k) {
   constexpr std::array kFirst{0.0810614667953272, 0.0413406959554092, 0.0276779256849983,
@@ -90,57 +75,97 @@ double stirlingTail(double k) {
   return (1.0 / 12 - (1.0 / 360 - 1.0 / 1260 / square) / square) / (k + 1);
 }
 
-/// What BTRS asks of a candidate k that the squeeze does not accept; the names are the paper's.
-bool isBelowDensity(double n, double p, double left, double k) {
-  const double r = p / (1 - p), m = std::floor((n + 1) * p);
-  const double right = (m + 0.5) * naturalLog((m + 1) / (r * (n - m + 1))) +
-                       (n + 1) * naturalLog((n - m + 1) / (n - k + 1)) +
-                       (k + 0.5) * naturalLog(r * (n - k + 1) / (k + 1)) + stirlingTail(m) +
-                       stirlingTail(n - m) - stirlingTail(k) - stirlingTail(n - k);
-  return left <= right;
-}
-
-/// p <= 1/2 and n * p >= 10; the names are the paper's.
-int64_t byRejection(int64_t trials, double p, RandomStream& random) {
-  const auto n = static_cast<double>(trials);
-  const double spq = std::sqrt(n * p * (1 - p));
-  const double b = 1.15 + 2.53 * spq, a = -0.0873 + 0.0248 * b + 0.01 * p, c = n * p + 0.5;
-  const double vr = 0.92 - 4.2 / b;
-  for (;;) {
-    const double u = random.uniform() - 0.5, v = random.uniform();
-    const double us = 0.5 - std::fabs(u);
-    const double k = std::floor((2 * a / us + b) * u + c);
-    if (us >= 0.07 && v <= vr) return static_cast<int64_t>(k);
-    if (k < 0 || k > n) continue;
-    const double alpha = (2.83 + 5.1 / b) * spq;
-    const double left = naturalLog(v * alpha / (a / (us * us) + b));
-    if (isBelowDensity(n, p, left, k)) return static_cast<int64_t>(k);
-  }
+/// The largest whole number up to x, for x within 2^62 of 0.
+int64_t wholePart(double x) {
+  const auto towardsZero = static_cast<int64_t>(x);
+  return towardsZero - static_cast<int64_t>(static_cast<double>(towardsZero) > x);
 }
 
 }  // namespace
 
-int64_t drawBinomial(int64_t n, double p, RandomStream& random) {
-  if (n <= 0 || !(p > 0)) return 0;
-  if (p >= 1) return n;
-  if (p > 0.5) return n - drawBinomial(n, 1 - p, random);
-  return static_cast<double>(n) * p < kInversionLimit ? byInversion(n, p, random)
-                                                      : byRejection(n, p, random);
+BinomialDraw::BinomialDraw(double p)
+    : isFlipped_(p > 0.5),
+      isCertain_(!(p > 0) || p >= 1),
+      p_(isFlipped_ ? 1 - p : p),
+      rest_(1 - p_),
+      odds_(p_ / rest_),
+      logOfRest_(isCertain_ ? 0 : logOfRest(p_)) {}
+
+int64_t BinomialDraw::operator()(int64_t n, RandomStream& random) const {
+  if (n <= 0) return 0;
+  const int64_t rarer = isCertain_                                      ? 0
+                        : static_cast<double>(n) * p_ < kInversionLimit ? byInversion(n, random)
+                                                                        : byRejection(n, random);
+  return isFlipped_ ? n - rarer : rarer;
 }
 
-void drawMultinomial(const std::vector<int64_t>& counts, RandomStream& random,
-                     std::vector<int64_t>& drawn) {
-  int64_t cases = 0;
-  for (const int64_t count : counts) cases += count;
-  int64_t left = cases;
-  drawn.assign(counts.size(), 0);
-  for (size_t i = 0; i < counts.size() && left > 0; ++i) {
-    drawn[i] = counts[i] == cases
-                   ? left
-                   : drawBinomial(left, static_cast<double>(counts[i]) / static_cast<double>(cases),
-                                  random);
-    left -= drawn[i];
-    cases -= counts[i];
+/// Walks up from 0 until the probabilities reach a uniform number.
+int64_t BinomialDraw::byInversion(int64_t n, RandomStream& random) const {
+  const double none = exponential(static_cast<double>(n) * logOfRest_);
+  double u = random.uniform(), mass = none;
+  int64_t k = 0;
+  while (u > mass && k < n) {
+    u -= mass;
+    ++k;
+    mass *= odds_ * (static_cast<double>(n - k + 1) / static_cast<double>(k));
+    if (mass == 0) break;  // what is left of u is rounding
+  }
+  return k;
+}
+
+/// The names are the paper's. Most draws end with the first pair of numbers.
+int64_t BinomialDraw::byRejection(int64_t trials, RandomStream& random) const {
+  const auto n = static_cast<double>(trials);
+  const double spq = std::sqrt(n * p_ * rest_);
+  const double b = 1.15 + 2.53 * spq, a = -0.0873 + 0.0248 * b + 0.01 * p_, c = n * p_ + 0.5;
+  const double vr = 0.92 - 4.2 / b;
+  for (;;) {
+    const double u = random.uniform() - 0.5, v = random.uniform();
+    const double us = 0.5 - std::fabs(u);
+    const double x = (2 * a / us + b) * u + c;
+    if (us >= 0.07 && v <= vr) [[likely]] {
+      return wholePart(x);
+    }
+    const double k = std::floor(x);
+    if (k < 0 || k > n) continue;
+    const double alpha = (2.83 + 5.1 / b) * spq;
+    if (isBelowDensity(n, v * alpha / (a / (us * us) + b), k)) return static_cast<int64_t>(k);
+  }
+}
+
+/// What BTRS asks of a candidate k that the squeeze does not accept.
+[[gnu::noinline]] bool BinomialDraw::isBelowDensity(double n, double scaled, double k) const {
+  const double r = odds_, m = std::floor((n + 1) * p_);
+  const double right = (m + 0.5) * naturalLog((m + 1) / (r * (n - m + 1))) +
+                       (n + 1) * naturalLog((n - m + 1) / (n - k + 1)) +
+                       (k + 0.5) * naturalLog(r * (n - k + 1) / (k + 1)) + stirlingTail(m) +
+                       stirlingTail(n - m) - stirlingTail(k) - stirlingTail(n - k);
+  return naturalLog(scaled) <= right;
+}
+
+Multinomial::Multinomial(const std::vector<int64_t>& counts) {
+  for (const int64_t count : counts) cases_ += count;
+  int64_t remaining = cases_;
+  for (const int64_t count : counts) {
+    const bool isLast = count == remaining;
+    draws_.emplace_back(isLast ? 1.0 : static_cast<double>(count) / static_cast<double>(remaining));
+    remaining -= count;
+  }
+}
+
+/// All samples together take one kind after the other: the draws of different samples do not wait
+/// for each other.
+void Multinomial::draw(std::vector<RandomStream>& streams,
+                       std::vector<std::vector<int64_t>>& drawn) const {
+  drawn.resize(streams.size());
+  for (auto& sample : drawn) sample.resize(draws_.size());
+  std::vector<int64_t> left(streams.size(), cases_);
+  for (size_t kind = 0; kind < draws_.size(); ++kind) {
+    for (size_t sample = 0; sample < streams.size(); ++sample) {
+      const int64_t count = draws_[kind](left[sample], streams[sample]);
+      drawn[sample][kind] = count;
+      left[sample] -= count;
+    }
   }
 }
 

@@ -21,6 +21,7 @@ struct Session {
   const Catalogue* catalogue = nullptr;
   CommandFacts* facts = nullptr;     ///< filled when the command was parsed; may be null
   CaseObserver* observer = nullptr;  ///< sees the next pass over the cases, and no other
+  bool oneMethod = false;            ///< one test and one interval do for what is wanted of a run
   std::FILE* display = stdout;       ///< where the plain text display writes
 };
 

@@ -10,7 +10,8 @@ namespace {
 /// Parses a command of the test grammar; it must be right.
 class Parsed {
  public:
-  explicit Parsed(const std::string& text) : session_(text) {
+  explicit Parsed(const std::string& text, bool oneMethod = false) : session_(text) {
+    if (oneMethod) session_.wantOneMethod();
     ZELK_TokenSequence tokens(true);
     CommandDescriptor syntax("PROPORTIONS", "Proportions");
     describeCommand(syntax);
@@ -93,6 +94,38 @@ TEST(ParsedCommand, DescriptorsAreCopies) {
 TEST(ParsedCommand, NoRunningCommandIsAnErrorOfTheHost) {
   TestSession session("");
   EXPECT_THROW(ZELK_TokenSequence(true), std::logic_error);
+}
+
+using Words = std::vector<std::string>;
+
+/// The keywords of a design's list of methods.
+Words methods(Parsed& parsed, const char* design, const char* list) {
+  const ParamObj* found = parsed.spec.getSubComObj(design)->getParamObj(list);
+  return found == nullptr ? Words{"absent"} : found->getUpStringList();
+}
+
+TEST(OneMethod, TakesThePlaceOfAllThatAreAskedForOrNot) {
+  Parsed parsed("PROPORTIONS /ONESAMPLE a TESTTYPES=EXACT MIDP", true);
+  EXPECT_EQ(methods(parsed, "ONESAMPLE", "TESTTYPES"), Words{"WALD"});
+  EXPECT_EQ(methods(parsed, "ONESAMPLE", "CITYPES"), Words{"WALD"});
+}
+
+TEST(OneMethod, LeavesNoneAndEverythingElse) {
+  Parsed parsed("PROPORTIONS /ONESAMPLE a b CITYPES=NONE TESTVAL=0.25 /MISSING SCOPE=LISTWISE",
+                true);
+  EXPECT_EQ(methods(parsed, "ONESAMPLE", "CITYPES"), Words{"NONE"});
+  EXPECT_EQ(methods(parsed, "ONESAMPLE", "TESTTYPES"), Words{"WALD"});
+  double value = 0;
+  ASSERT_TRUE(parsed.spec.getSubComObj("ONESAMPLE")->getParamObj("TESTVAL")->getNumberValue(value));
+  EXPECT_EQ(value, 0.25);
+  EXPECT_EQ(parsed.spec.getSubComObj("ONESAMPLE")->exportParamObj()->getTokenList().size(), 2U);
+  EXPECT_EQ(parsed.spec.getSubComObj("MISSING")->getParamObj("CITYPES"), nullptr);
+}
+
+TEST(OneMethod, IsForRunsThatWantIt) {
+  Parsed parsed("PROPORTIONS /ONESAMPLE a CITYPES=ANSCOMBE");
+  EXPECT_EQ(methods(parsed, "ONESAMPLE", "CITYPES"), Words{"ANSCOMBE"});
+  EXPECT_EQ(methods(parsed, "ONESAMPLE", "TESTTYPES"), Words{"absent"});
 }
 
 }  // namespace

@@ -31,6 +31,7 @@ class TestSession {
   TestSession(const std::string& text, workbench::ActiveDataset& dataset);
 
   const workbench::CommandTokens& command() const { return commands_.at(0); }
+  void wantOneMethod() { session_.oneMethod = true; }
   workbench::ActiveDataset& dataset() { return *session_.dataset; }
   /// What was reported since the session was opened.
   const std::vector<Reported>& messages() const;

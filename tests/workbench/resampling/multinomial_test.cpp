@@ -19,27 +19,42 @@ std::vector<int64_t> wholeNumbers(const std::string& text) {
   return numbers;
 }
 
+std::vector<int64_t> drawOne(const std::vector<int64_t>& counts, const RandomStream& stream) {
+  std::vector<RandomStream> streams{stream};
+  std::vector<std::vector<int64_t>> drawn{{1, 2}};
+  Multinomial(counts).draw(streams, drawn);
+  EXPECT_EQ(drawn.size(), 1U);
+  return drawn.at(0);
+}
+
 TEST(Multinomial, DrawsAsDocumented) {
-  std::vector<int64_t> drawn;
   for (const auto& row : referenceRows("draws.csv", 5)) {
-    RandomStream random(std::stoull(row[0]), std::stoull(row[1]), std::stoull(row[2]));
-    drawMultinomial(wholeNumbers(row[3]), random, drawn);
-    EXPECT_EQ(drawn, wholeNumbers(row[4])) << row[0] << ' ' << row[1] << ' ' << row[2];
+    const RandomStream random(std::stoull(row[0]), std::stoull(row[1]), std::stoull(row[2]));
+    EXPECT_EQ(drawOne(wholeNumbers(row[3]), random), wholeNumbers(row[4]))
+        << row[0] << ' ' << row[1] << ' ' << row[2];
+  }
+}
+
+TEST(Multinomial, DrawsTheSameSampleBesideOthers) {
+  const std::vector<int64_t> counts{3, 400, 17, 0, 90000, 1, 2500};
+  std::vector<RandomStream> streams;
+  for (uint64_t sample = 1; sample <= 9; ++sample) streams.emplace_back(21, 4, sample);
+  std::vector<std::vector<int64_t>> drawn;
+  Multinomial(counts).draw(streams, drawn);
+  ASSERT_EQ(drawn.size(), 9U);
+  for (uint64_t sample = 1; sample <= 9; ++sample) {
+    EXPECT_EQ(drawn[sample - 1], drawOne(counts, RandomStream(21, 4, sample))) << sample;
   }
 }
 
 TEST(Multinomial, AnswersTheLimits) {
   RandomStream random(3, 0, 1);
-  EXPECT_EQ(drawBinomial(0, 0.3, random), 0);
-  EXPECT_EQ(drawBinomial(9, 0.0, random), 0);
-  EXPECT_EQ(drawBinomial(9, 1.0, random), 9);
-  std::vector<int64_t> drawn{1, 2};
-  drawMultinomial({}, random, drawn);
-  EXPECT_TRUE(drawn.empty());
-  drawMultinomial({0, 0}, random, drawn);
-  EXPECT_EQ(drawn, (std::vector<int64_t>{0, 0}));
-  drawMultinomial({0, 4, 0}, random, drawn);
-  EXPECT_EQ(drawn, (std::vector<int64_t>{0, 4, 0}));
+  EXPECT_EQ(BinomialDraw(0.3)(0, random), 0);
+  EXPECT_EQ(BinomialDraw(0.0)(9, random), 0);
+  EXPECT_EQ(BinomialDraw(1.0)(9, random), 9);
+  EXPECT_TRUE(drawOne({}, random).empty());
+  EXPECT_EQ(drawOne({0, 0}, random), (std::vector<int64_t>{0, 0}));
+  EXPECT_EQ(drawOne({0, 4, 0}, random), (std::vector<int64_t>{0, 4, 0}));
 }
 
 struct BinomialCase {
@@ -60,9 +75,10 @@ TEST_P(BinomialDraws, FollowTheDistribution) {
   ASSERT_LT(high - low, 100'000) << "cells of single values";
   std::vector<double> seen(static_cast<size_t>(high - low + 1));
   RandomStream random(11, 0, static_cast<uint64_t>(n));
+  const BinomialDraw draw(p);
   double sum = 0;
   for (int i = 0; i < kDraws; ++i) {
-    const int64_t k = drawBinomial(n, p, random);
+    const int64_t k = draw(n, random);
     ASSERT_GE(k, low);
     ASSERT_LE(k, high);
     ++seen[static_cast<size_t>(k - low)];
@@ -103,10 +119,9 @@ TEST(Multinomial, HasTheMomentsOfTheDistribution) {
   const std::vector<int64_t> counts{2, 30, 8, 160};
   const double n = 200;
   std::vector<double> sum(4), products(16);
-  std::vector<int64_t> drawn;
   for (int i = 0; i < kDraws; ++i) {
-    RandomStream random(5, 0, static_cast<uint64_t>(i));
-    drawMultinomial(counts, random, drawn);
+    const std::vector<int64_t> drawn =
+        drawOne(counts, RandomStream(5, 0, static_cast<uint64_t>(i)));
     ASSERT_EQ(std::accumulate(drawn.begin(), drawn.end(), int64_t{0}), 200);
     for (size_t a = 0; a < 4; ++a) {
       sum[a] += static_cast<double>(drawn[a]);
