@@ -3,11 +3,18 @@
 import json
 import os
 import pathlib
+import signal
 import subprocess
 import tempfile
 import unittest
 
 PROGRAM = os.environ["PROPORTIONS"]
+
+# Shells ignore some signals for what they run in the background; the program would inherit that, and
+# leave them ignored. Of a handler it inherits nothing.
+for ignored in (signal.SIGHUP, signal.SIGINT, signal.SIGQUIT):
+    if signal.getsignal(ignored) is signal.SIG_IGN:
+        signal.signal(ignored, lambda *_: None)
 
 
 class ProgramTest(unittest.TestCase):

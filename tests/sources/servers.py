@@ -6,6 +6,7 @@ import contextlib
 import os
 import pathlib
 import pwd
+import random
 import secrets
 import shutil
 import signal
@@ -18,9 +19,12 @@ PATIENCE = 60  # seconds
 
 
 def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
+    """Below those that the system gives to connections, one of which could take it before the server does."""
+    while True:
+        port = random.randrange(10_000, 30_000)
+        with socket.socket() as probe, contextlib.suppress(OSError):
+            probe.bind(("127.0.0.1", port))
+            return port
 
 
 def unprivileged():
@@ -39,6 +43,8 @@ class Server:
         self.port = free_port()
         self.prefix, self.user = unprivileged()
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix=f"proportions-{name}-"))
+        # A MariaDB server that starts removes what it takes for leftovers in the folder for temporary files.
+        self.environment = {**os.environ, "HOME": str(self.folder), "TMPDIR": str(self.folder), "LC_ALL": "C.UTF-8"}
         self.process = None
         atexit.register(self.stop)
         if self.prefix:
@@ -46,16 +52,18 @@ class Server:
 
     def run(self, *command, **options):
         done = subprocess.run([*self.prefix, *map(str, command)], cwd=self.folder, capture_output=True, text=True,
-                              env={**os.environ, "HOME": str(self.folder), "LC_ALL": "C.UTF-8"}, **options)
+                              env=self.environment, **options)
         if done.returncode != 0:
             raise RuntimeError(f"{self.name}: {command}\n{done.stdout}\n{done.stderr}")
         return done.stdout
 
     def launch(self, *command):
+        """The server ends with the tests, also when those are killed."""
+        tied = ["setpriv", "--pdeathsig", "TERM", *self.prefix[1:]]
         with open(self.folder.parent / f"{self.folder.name}.log", "wb") as log:
             self.log = pathlib.Path(log.name)
-            self.process = subprocess.Popen([*self.prefix, *map(str, command)], cwd=self.folder, stdout=log, stderr=log,
-                                            stdin=subprocess.DEVNULL)
+            self.process = subprocess.Popen([*tied, *map(str, command)], cwd=self.folder, stdout=log, stderr=log,
+                                            stdin=subprocess.DEVNULL, env=self.environment)
 
     def wait_until(self, is_up):
         end = time.monotonic() + PATIENCE
