@@ -1,15 +1,18 @@
 """Bootstrap tables against samples that are drawn and summed up here, by the documented rules."""
 
+import csv
 import math
+import os
 import random
 import re
+import subprocess
 import sys
 import unittest
 from collections import Counter
 from pathlib import Path
 from statistics import NormalDist
 
-from program import ProgramTest
+from program import PROGRAM, ProgramTest
 
 REFERENCE = Path(__file__).parents[1] / "reference"
 sys.path.insert(0, str(REFERENCE / "generate"))
@@ -153,6 +156,25 @@ class Bootstrap(ProgramTest):
             name, "--weight", "w", "--bootstrap", "99", "--seed", "9223372036854775807")
         self.check(self.values(table, Quantity="Difference"),
                    Kinds(CASES).results(difference, 2**63 - 1, 0, 99, 80))
+
+    def test_thousands_of_different_values(self):
+        """Each is left out once, some at a time: memory stays small, and the bounds are those of what is
+        made of them."""
+        draw = random.Random(5)
+        values = [draw.random() for _ in range(6000)]
+        self.write("d.csv", "x,b\n" + "".join(f"{x!r},{int(x >= 0.3)}\n" for x in values))
+        command = "/ONESAMPLE x b TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=CUTPOINT(0.3)"
+        done = subprocess.Popen([PROGRAM, "d.csv", "-c", command, "--bootstrap", "50", "--seed", "2", "--format", "csv",
+                                 "-o", "o.csv"], cwd=self.folder)
+        _, status, used = os.wait4(done.pid, 0)
+        done.returncode = os.waitstatus_to_exitcode(status)
+        self.assertEqual(done.returncode, 0)
+        self.assertLess(used.ru_maxrss, 200 << 10)
+        with open(self.folder / "o.csv") as file:
+            x, b = [{k: v for k, v in row.items() if k != "variable"} for row in csv.DictReader(file)
+                    if row["table"] == "bootstrap"]
+        self.assertEqual(x, b)
+        self.assertNotEqual(x["bca_lower"], "")
 
     def test_a_difference_from_nothing_is_the_proportion(self):
         """Ties with the statistic count, though the samples' groups are of other sizes."""

@@ -28,6 +28,8 @@ namespace {
 
 /// Rows to read for all cases left out, beyond which BCa bounds would take too long.
 constexpr double kMostLeftOutWork = 4e8;
+/// Rows of the samples that are held at a time, with one case left out of each.
+constexpr size_t kMostLeftOutRows = size_t{8} << 20U;
 
 /// Runs the procedure on samples, into a document of its own.
 class SampleRunner {
@@ -37,9 +39,8 @@ class SampleRunner {
 
   /// Calls `take` with what the run shows.
   void run(const SampledCases& cases, const Samples& samples,
-           const std::function<void(const DocumentProcedure&)>& take,
-           const ProgressCallback& progress = {}) {
-    ResampledDataset dataset(*session_.dataset, cases, samples, progress);
+           const std::function<void(const DocumentProcedure&)>& take) {
+    ResampledDataset dataset(*session_.dataset, cases, samples);
     OutputDocument document;
     const Session before = session_;
     session_.dataset = &dataset;
@@ -147,6 +148,12 @@ MarginalCases addedUp(const SampledCases& cases, const std::vector<ResultPlace>&
   return {cases, sets, dataset, facts};
 }
 
+void tell(const ProgressCallback& progress, Phase phase, size_t done, size_t all) {
+  if (!progress || all == 0) return;
+  progress(phase, 100.0 * static_cast<double>(done) / static_cast<double>(all),
+           static_cast<int64_t>(done));
+}
+
 /// The value of each result with one case left out; nothing when that would take too long.
 std::optional<std::vector<std::vector<LeftOut>>> leaveOut(const SampledCases& cases,
                                                           const MarginalCases& marginal,
@@ -160,13 +167,19 @@ std::optional<std::vector<std::vector<LeftOut>>> leaveOut(const SampledCases& ca
     kinds.push_back(&leftOut.kinds(group, positions));
     if (leftOut.work() > kMostLeftOutWork) return std::nullopt;
   }
-  const Samples samples = leftOut.samples(marginal);
-  size_t slots = 1;
-  for (const auto& group : samples) slots = std::max(slots, group.size() + 1);
-  SampledResults without(slots);
-  runner.run(
-      marginal.cases(), samples,
-      [&](const DocumentProcedure& procedure) { without.add(procedure, slotsFrom(1)); }, progress);
+  const size_t samples = leftOut.samples();
+  SampledResults without(samples + 1);
+  size_t rows = 1;
+  for (const CaseGroup& group : marginal.cases().groups) rows += group.rows;
+  const size_t batch = std::max<size_t>(1, kMostLeftOutRows / rows);
+  tell(progress, Phase::kLeavingOut, 0, samples);
+  for (size_t first = 1; first <= samples; first += batch) {
+    const size_t last = std::min(first + batch, samples + 1);
+    runner.run(
+        marginal.cases(), leftOut.samples(marginal, first, last),
+        [&](const DocumentProcedure& procedure) { without.add(procedure, slotsFrom(first)); });
+    tell(progress, Phase::kLeavingOut, last - 1, samples);
+  }
   std::vector<std::vector<LeftOut>> values;
   for (size_t i = 0; i < kinds.size(); ++i) {
     const SampledResult* found = without.find(results.results()[i]);
@@ -176,11 +189,6 @@ std::optional<std::vector<std::vector<LeftOut>>> leaveOut(const SampledCases& ca
     }
   }
   return values;
-}
-
-void tellSamples(const ProgressCallback& progress, int64_t drawn, int64_t all) {
-  if (!progress) return;
-  progress(Phase::kSamples, 100.0 * static_cast<double>(drawn) / static_cast<double>(all), drawn);
 }
 
 /// Quantiles take the value of every sample.
@@ -235,15 +243,16 @@ void addBootstrap(Session& session, const CommandFacts& facts, const BootstrapOp
   const MarginalCases marginal = addedUp(cases, places, facts, *session.dataset);
   SampleDrawer drawer(cases, marginal, options.seed, options.samples);
   findings.leftOut = leaveOut(cases, marginal, places, findings.results, runner, progress);
-  int64_t drawn = 0;
-  tellSamples(progress, drawn, options.samples);
+  const auto samples = static_cast<size_t>(options.samples);
+  size_t drawn = 0;
+  tell(progress, Phase::kSamples, drawn, samples);
   while (const auto batch = drawer.next()) {
     runner.run(marginal.cases(), batch->samples, [&](const DocumentProcedure& procedure) {
       findings.messages += messagesAboutSamples(procedure);
       findings.results.add(procedure, slotsFrom(static_cast<size_t>(batch->first)));
     });
-    drawn += static_cast<int64_t>(batch->samples.front().size());
-    tellSamples(progress, drawn, options.samples);
+    drawn += batch->samples.front().size();
+    tell(progress, Phase::kSamples, drawn, samples);
   }
   addBootstrapTables(session, facts.level, findings);
 }

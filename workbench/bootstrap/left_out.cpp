@@ -1,5 +1,6 @@
 #include "workbench/bootstrap/left_out.h"
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
@@ -54,13 +55,19 @@ double LeftOutCases::work() const {
   return rows;
 }
 
-Samples LeftOutCases::samples(const MarginalCases& marginal) const {
+size_t LeftOutCases::samples() const {
+  size_t most = 0;
+  for (const std::vector<size_t>& group : rows_) most = std::max(most, group.size());
+  return most;
+}
+
+Samples LeftOutCases::samples(const MarginalCases& marginal, size_t first, size_t last) const {
   Samples samples(rows_.size());
   for (size_t group = 0; group < rows_.size(); ++group) {
     const SampleWeights all = weightsOf(cases_.groups[group], cases_.groups[group].counts);
-    for (const size_t row : rows_[group]) {
+    for (size_t i = first; i < std::min(last, rows_[group].size() + 1); ++i) {
       SampleWeights without = all;
-      without[row] -= 1.0;
+      without[rows_[group][i - 1]] -= 1.0;
       samples[group].push_back(marginal.weights(group, std::move(without)));
     }
   }

@@ -30,8 +30,11 @@ class LeftOutCases {
 
   /// How many rows all samples chosen so far have together.
   double work() const;
-  /// The samples chosen so far, for ResampledDataset with the rows of `marginal`.
-  Samples samples(const MarginalCases& marginal) const;
+  /// The most samples that a group has.
+  size_t samples() const;
+  /// Samples `first` to before `last` of every group, as far as it has them, for ResampledDataset
+  /// with the rows of `marginal`.
+  Samples samples(const MarginalCases& marginal, size_t first, size_t last) const;
 
  private:
   size_t sampleOf(size_t group, size_t row);

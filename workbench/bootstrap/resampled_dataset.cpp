@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "workbench/dataset/case_feed.h"
-#include "workbench/dataset/pass_progress.h"
 
 namespace workbench {
 
@@ -77,11 +76,10 @@ class ResampledDataset::Feed final : public CaseFeed {
 };
 
 ResampledDataset::ResampledDataset(ActiveDataset& dataset, const SampledCases& cases,
-                                   const Samples& samples, const ProgressCallback& progress)
+                                   const Samples& samples)
     : dataset_(dataset),
       cases_(cases),
       samples_(samples),
-      progress_(progress),
       sampleIndex_(dataset.variableCount()),
       split_(dataset.splitVariables()) {
   sample_.name = kSampleVariable;
@@ -91,13 +89,6 @@ ResampledDataset::ResampledDataset(ActiveDataset& dataset, const SampledCases& c
   }
 }
 
-std::unique_ptr<CaseFeed> ResampledDataset::openFeed() {
-  size_t rows = 0;
-  for (size_t group = 0; group < cases_.groups.size(); ++group) {
-    rows += cases_.groups[group].rows * (samples_[group].size() + 1);
-  }
-  const Phase phase = passes_++ == 0 ? Phase::kLeavingOut : Phase::kLeavingOutAgain;
-  return withProgress(std::make_unique<Feed>(*this), phase, static_cast<int64_t>(rows), progress_);
-}
+std::unique_ptr<CaseFeed> ResampledDataset::openFeed() { return std::make_unique<Feed>(*this); }
 
 }  // namespace workbench

@@ -7,7 +7,6 @@
 
 #include "workbench/bootstrap/sampled_cases.h"
 #include "workbench/dataset/active_dataset.h"
-#include "workbench/session/progress.h"
 
 namespace workbench {
 
@@ -22,10 +21,7 @@ using Samples = std::vector<std::vector<SampleWeights>>;
 /// numbered from 1. Groups always share tables. Borrows all that it is made of.
 class ResampledDataset final : public ActiveDataset {
  public:
-  /// `samples` holds those of each group. Of `progress`, which may be empty, the two passes of the
-  /// procedure are told as those of leaving cases out.
-  ResampledDataset(ActiveDataset& dataset, const SampledCases& cases, const Samples& samples,
-                   const ProgressCallback& progress);
+  ResampledDataset(ActiveDataset& dataset, const SampledCases& cases, const Samples& samples);
 
   int32_t variableCount() const override { return sampleIndex_ + 1; }
   const Variable& variable(VarIndex index) override {
@@ -52,8 +48,6 @@ class ResampledDataset final : public ActiveDataset {
   ActiveDataset& dataset_;
   const SampledCases& cases_;
   const Samples& samples_;
-  const ProgressCallback& progress_;
-  int passes_ = 0;
   std::vector<SampleWeights> asTheyAre_;  // by group
   VarIndex sampleIndex_;
   Variable sample_;

@@ -26,8 +26,7 @@ constexpr std::array kNames{
     PhaseName{Phase::kFirstPass, "first pass", "rows"},
     PhaseName{Phase::kSecondPass, "second pass", "rows"},
     PhaseName{Phase::kFurtherPass, "further pass", "rows"},
-    PhaseName{Phase::kLeavingOut, "bootstrap, leaving cases out, first pass", "rows"},
-    PhaseName{Phase::kLeavingOutAgain, "bootstrap, leaving cases out, second pass", "rows"},
+    PhaseName{Phase::kLeavingOut, "bootstrap, leaving cases out", "cases"},
     PhaseName{Phase::kSamples, "bootstrap samples", "samples"},
 };
 

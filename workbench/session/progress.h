@@ -9,17 +9,16 @@ namespace workbench {
 /// What a run is at. Each phase has percentages of its own, so that they hold whatever the others
 /// cost.
 enum class Phase : uint8_t {
-  kWaiting,          ///< a server is at work, and has sent no row yet
-  kNames,            ///< which columns there are
-  kReading,          ///< of all cases
-  kKeeping,          ///< once more, to keep on disk what does not fit into memory
-  kSorting,          ///< of what was kept, by split group
-  kFirstPass,        ///< of the procedure, over the cases that were read
-  kSecondPass,       ///< the same
-  kFurtherPass,      ///< of the workbench, for resamples and imputations
-  kLeavingOut,       ///< the procedure's first pass over the cases without one of them
-  kLeavingOutAgain,  ///< its second pass
-  kSamples,          ///< bootstrap samples
+  kWaiting,      ///< a server is at work, and has sent no row yet
+  kNames,        ///< which columns there are
+  kReading,      ///< of all cases
+  kKeeping,      ///< once more, to keep on disk what does not fit into memory
+  kSorting,      ///< of what was kept, by split group
+  kFirstPass,    ///< of the procedure, over the cases that were read
+  kSecondPass,   ///< the same
+  kFurtherPass,  ///< of the workbench, for resamples and imputations
+  kLeavingOut,   ///< results without each of the cases
+  kSamples,      ///< bootstrap samples
 };
 
 /// `percent`, of the phase, is negative when it is unknown; `done` is how many cases, or samples,
