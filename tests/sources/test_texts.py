@@ -65,6 +65,17 @@ class Texts(ProgramTest):
                 self.assertIn("nö", self.unusable(*source, "--query", "SELECT nö FROM tä", "-c", command))
                 self.assertIn("no table tö日", self.unusable(*source, "--table", "tö日", "-c", command))
 
+    def test_a_driver_of_bytes_by_another_name_opens_no_other_database(self):
+        library = next(pathlib.Path("/usr/lib").glob("*/odbc/psqlodbca.so"))
+        (self.folder / "renamed.so").symlink_to(library)
+        data = self.postgres.data().replace("{PostgreSQL Unicode}", f"{self.folder}/renamed.so")
+        source = (data.replace("DATABASE=postgres", "DATABASE=ł"), "--password-file", "PostgreSQL", "--table", "pg_catalog.pg_am")
+        self.postgres.sql('CREATE DATABASE "B"')  # what the lower byte of the character says
+        self.assertIn("takes no Unicode", self.unusable(*source, "--list"))
+        self.sources = {"by another name": data}
+        self.write("by", self.postgres.password + "\n")
+        self.assertEqual(self.listing("by another name", "--query", "SELECT 'ł' AS né")["né"]["values"][0]["value"], "ł")
+
     def test_databases(self):
         for name, table in (("PostgreSQL", "pg_catalog.pg_am"), ("PostgreSQL ANSI", "pg_catalog.pg_am"), ("MariaDB", "t")):
             with self.subTest(name):
