@@ -1,4 +1,4 @@
-"""What depends on what: read from the sources and from the built libraries."""
+"""What depends on what, read from the sources and from the built libraries, and how documents are set."""
 
 import os
 import pathlib
@@ -87,3 +87,13 @@ class Structure(unittest.TestCase):
         self.assertIn("libworkbench.so", needed)
         sanitizers = {"libasan.so.8", "libubsan.so.1"}
         self.assertLessEqual(needed - sanitizers, {"libworkbench.so", "libstdc++.so.6", "libm.so.6", "libgcc_s.so.1", "libc.so.6"})
+
+    def test_prose_is_wrapped(self):
+        """Tables, and code that is set in by four blanks, are as wide as they are."""
+        folders = ("bench", "docs", "examples", "host", "module", "packaging", "tests", "workbench")
+        documents = [*ROOT.glob("*.md"), *(p for f in folders for p in (ROOT / f).rglob("*.md") if "golden" not in p.parts)]
+        self.assertGreater(len(documents), 20)
+        for document in documents:
+            for number, line in enumerate(document.read_text(encoding="utf-8").splitlines(), 1):
+                if not line.startswith(("|", "    ")):
+                    self.assertLessEqual(len(line), 100, f"{document.relative_to(ROOT)}:{number}")
