@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <chrono>
-#include <thread>
+#include <condition_variable>
+#include <mutex>
 
 namespace workbench {
 namespace {
 
 constexpr int64_t kPollEvery = 100'000'000;  // nanoseconds
+constexpr std::chrono::milliseconds kLookEvery{20};
 
 int64_t nanoseconds() {
   return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1);
@@ -56,8 +58,25 @@ Database::Database(const std::string& file,
 }
 
 Database::~Database() {
+  watcher_ = {};
   duckdb().disconnect(&connection_);
   duckdb().close(&database_);
+}
+
+/// A step of the engine may take minutes, so that somebody else has to look.
+void Database::watch(const std::atomic<bool>* interrupted) {
+  watcher_ = {};
+  watched_ = interrupted;
+  if (interrupted == nullptr) return;
+  watcher_ = std::jthread([this](const std::stop_token& stop) {
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    std::condition_variable_any ended;
+    // Told again and again: a statement that begins forgets it.
+    while (!ended.wait_for(lock, stop, kLookEvery, [&] { return stop.stop_requested(); })) {
+      if (*watched_) duckdb().interrupt(connection_);
+    }
+  });
 }
 
 void Database::execute(const std::string& sql) {

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -46,9 +47,9 @@ class Database {
   /// Runs one or more statements whose result does not matter. Throws EngineError.
   void execute(const std::string& sql);
 
-  /// A flag from outside that is looked at now and then: once it is set, what is running ends in
-  /// Interrupted, and so does all that follows. May be null, else it outlives the database.
-  void watch(const std::atomic<bool>* interrupted) { watched_ = interrupted; }
+  /// A flag from outside: once it is set, what is running ends in Interrupted, and so does all that
+  /// follows. May be null, else it outlives the database.
+  void watch(const std::atomic<bool>* interrupted);
   const std::atomic<bool>* watched() const { return watched_; }
 
   void setProgress(ProgressCallback callback) { progress_ = std::move(callback); }
@@ -59,6 +60,7 @@ class Database {
   duckdb_database database_ = nullptr;
   duckdb_connection connection_ = nullptr;
   const std::atomic<bool>* watched_ = nullptr;
+  std::jthread watcher_;
   ProgressCallback progress_;
   int64_t nextPoll_ = 0;
 };

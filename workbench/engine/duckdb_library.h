@@ -45,6 +45,7 @@ namespace workbench {
   X(fetch_chunk)                            \
   X(free)                                   \
   X(get_type_id)                            \
+  X(interrupt)                              \
   X(open_ext)                               \
   X(pending_error)                          \
   X(pending_execute_task)                   \
