@@ -59,6 +59,8 @@ Database::Database(const std::string& file,
 
 Database::~Database() {
   watcher_ = {};
+  // Closing waits for the step that runs, unless it is told.
+  if (watched_ != nullptr && *watched_) duckdb().interrupt(connection_);
   duckdb().disconnect(&connection_);
   duckdb().close(&database_);
 }
