@@ -8,8 +8,8 @@
 
 namespace workbench {
 
-/// What ALL stands for: every variable but the weight, the split variables and kSampleVariable, which
-/// the host makes, in file order.
+/// What ALL stands for: every variable but the weight, the split variables and kSampleVariable,
+/// which the host makes, in file order.
 std::vector<VarIndex> allVariables(const ActiveDataset& dataset);
 
 /// The variables that the tokens of a list name (names, `first TO last`, ALL), in their order
