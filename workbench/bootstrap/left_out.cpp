@@ -65,10 +65,11 @@ Samples LeftOutCases::samples(const MarginalCases& marginal, size_t first, size_
   Samples samples(rows_.size());
   for (size_t group = 0; group < rows_.size(); ++group) {
     const SampleWeights all = weightsOf(cases_.groups[group], cases_.groups[group].counts);
-    for (size_t i = first; i < std::min(last, rows_[group].size() + 1); ++i) {
-      SampleWeights without = all;
-      without[rows_[group][i - 1]] -= 1.0;
-      samples[group].push_back(marginal.weights(group, std::move(without)));
+    const size_t end = std::min(last, rows_[group].size() + 1);
+    for (size_t from = first; from < end; from += MarginalCases::kLanes) {
+      std::vector<SampleWeights> without(std::min(MarginalCases::kLanes, end - from), all);
+      for (size_t i = 0; i < without.size(); ++i) without[i][rows_[group][from + i - 1]] -= 1.0;
+      marginal.weights(group, std::move(without), samples[group]);
     }
   }
   return samples;

@@ -1,6 +1,7 @@
 #include "workbench/bootstrap/marginal_cases.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -174,17 +175,41 @@ MarginalCases::MarginalCases(const SampledCases& cases, const std::vector<Depend
   }
   marginal_ = std::move(reduced);
   for (size_t i = 0; i < sets.size(); ++i) {
-    marginal_->groups[i].weights = weights(i, weightsOf(cases.groups[i], cases.groups[i].counts));
+    std::vector<SampleWeights> asTheyAre;
+    weights(i, {weightsOf(cases.groups[i], cases.groups[i].counts)}, asTheyAre);
+    marginal_->groups[i].weights = std::move(asTheyAre.front());
   }
 }
 
-SampleWeights MarginalCases::weights(size_t group, SampleWeights all) const {
-  if (!marginal_) return all;
-  SampleWeights sums(marginal_->groups[group].rows, 0.0);
+void MarginalCases::weights(size_t group, std::vector<SampleWeights> all,
+                            std::vector<SampleWeights>& samples) const {
+  if (!marginal_) {
+    std::move(all.begin(), all.end(), std::back_inserter(samples));
+    return;
+  }
+  for (size_t first = 0; first < all.size(); first += kLanes) {
+    const size_t count = std::min(kLanes, all.size() - first);
+    const std::vector<Lanes> sums = addUp(group, all.data() + first, count);
+    for (size_t i = 0; i < count; ++i) {
+      SampleWeights& sample = samples.emplace_back();
+      for (const Lanes& sum : sums) sample.push_back(sum[i]);
+    }
+  }
+}
+
+/// Samples side by side, because neighbouring rows often share their places, and each sum would
+/// wait for the one before.
+std::vector<MarginalCases::Lanes> MarginalCases::addUp(size_t group, const SampleWeights* samples,
+                                                       size_t count) const {
+  std::vector<Lanes> sums(marginal_->groups[group].rows, Lanes{});
   const uint32_t* place = groups_[group].places.data();
-  const size_t sets = groups_[group].sets;
-  for (const double weight : all) {
-    for (const uint32_t* const end = place + sets; place != end; ++place) sums[*place] += weight;
+  Lanes weights{};
+  for (size_t row = 0; row < samples->size(); ++row) {
+    for (size_t i = 0; i < count; ++i) weights[i] = samples[i][row];
+    for (const uint32_t* const end = place + groups_[group].sets; place != end; ++place) {
+      Lanes& sum = sums[*place];
+      for (size_t i = 0; i < kLanes; ++i) sum[i] += weights[i];
+    }
   }
   return sums;
 }

@@ -1,6 +1,7 @@
 /// Cases added up to what results depend on.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -30,15 +31,21 @@ class MarginalCases {
 
   /// The rows that stand for the cases.
   const SampledCases& cases() const { return marginal_ ? *marginal_ : all_; }
-  /// What those of a group weigh when its rows of all cases weigh `all`.
-  SampleWeights weights(size_t group, SampleWeights all) const;
+  /// Adds to `samples` what those of a group weigh in samples in which its rows of all cases weigh
+  /// `all`; quickest for kLanes samples together.
+  void weights(size_t group, std::vector<SampleWeights> all,
+               std::vector<SampleWeights>& samples) const;
+  static constexpr size_t kLanes = 8;
 
  private:
+  using Lanes = std::array<double, kLanes>;
   /// For each row of all cases one place among the marginal rows in every set, side by side.
   struct Places {
     size_t sets;
     std::vector<uint32_t> places;
   };
+
+  std::vector<Lanes> addUp(size_t group, const SampleWeights* samples, size_t count) const;
 
   const SampledCases& all_;
   std::optional<SampledCases> marginal_;

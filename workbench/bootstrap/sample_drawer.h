@@ -1,7 +1,8 @@
-/// Draws bootstrap samples in batches, the next one while the last is worked on.
+/// Draws bootstrap samples in batches, the next ones while the last is worked on.
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <future>
 #include <optional>
 #include <vector>
@@ -32,9 +33,10 @@ class SampleDrawer {
   std::optional<Batch> next();
 
  private:
-  void drawNext();
+  void drawAnother();
   Samples draw(int64_t first, int64_t last) const;
-  void drawBlock(size_t group, int64_t first, int64_t last, SampleWeights* samples) const;
+  void drawBlock(size_t group, int64_t first, int64_t last,
+                 std::vector<SampleWeights>& samples) const;
 
   const SampledCases& cases_;
   const MarginalCases& marginal_;
@@ -42,8 +44,8 @@ class SampleDrawer {
   const uint64_t seed_;
   const int64_t samples_;
   const int64_t batchSize_;
-  int64_t first_ = 1;
-  std::future<Samples> drawn_;
+  int64_t first_ = 1;                       ///< sample of the next batch
+  std::deque<std::future<Samples>> drawn_;  ///< that batch and those after it
 };
 
 }  // namespace workbench

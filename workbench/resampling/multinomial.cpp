@@ -1,5 +1,6 @@
 #include "workbench/resampling/multinomial.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -10,20 +11,30 @@ namespace workbench {
 namespace {
 
 constexpr double kInversionLimit = 10.0;
+/// Factors whose product is taken as it is: of the largest numbers of trials it is below 10^240.
+constexpr double kFewFactors = 15;
+constexpr double kLog2 = 0.693147180559945309417232121458176568;
 
-/// 1 / (2 k + 1) and 1 / k: the coefficients of the series below, of which multiplications alone
-/// are left to do.
+/// 1 / (2 k + 1).
 template <size_t N>
-constexpr std::array<double, N> reciprocals(double first, double step) {
+constexpr std::array<double, N> oddReciprocals() {
   std::array<double, N> values{};
-  for (size_t k = 0; k < N; ++k) values[k] = 1 / (first + step * static_cast<double>(k));
+  for (size_t k = 0; k < N; ++k) values[k] = 1 / static_cast<double>(2 * k + 1);
+  return values;
+}
+
+/// 1 / k!.
+template <size_t N>
+constexpr std::array<double, N> factorialReciprocals() {
+  std::array<double, N> values{1};
+  for (size_t k = 1; k < N; ++k) values[k] = values[k - 1] / static_cast<double>(k);
   return values;
 }
 
 /// ln((1 + s) / (1 - s)) by the first terms of its series in s^2.
 template <size_t Terms>
 double twiceAtanh(double s) {
-  constexpr auto kCoefficients = reciprocals<Terms>(1, 2);
+  constexpr auto kCoefficients = oddReciprocals<Terms>();
   const double square = s * s;
   double sum = 0;
   for (size_t k = Terms - 1; k > 0; --k) sum = (sum + kCoefficients[k]) * square;
@@ -33,7 +44,6 @@ double twiceAtanh(double s) {
 /// ln(x) for x positive and normal. The libraries' differ in the last place from machine to
 /// machine.
 double naturalLog(double x) {
-  constexpr double kLog2 = 0.693147180559945309417232121458176568;
   constexpr double kRootHalf = 0.707106781186547524400844362104849039;
   constexpr uint64_t kFraction = (uint64_t{1} << 52) - 1, kHalf = uint64_t{1022} << 52;
   const auto bits = std::bit_cast<uint64_t>(x);
@@ -53,15 +63,19 @@ double logOfRest(double p) {
   return s < 0x1p-10 ? -twiceAtanh<3>(s) : -twiceAtanh<17>(s);
 }
 
-/// exp(x) for -16 <= x <= 0: the sum for x / 64, squared six times.
+/// exp(x) for -16 <= x <= 0: a power of 2, and the series for what is left, within ln(2)/2 of 0.
+/// The terms are grouped so that few of them wait for others.
 double exponential(double x) {
-  constexpr int kHalvings = 6;
-  constexpr auto kCoefficients = reciprocals<13>(1, 1);
-  const double reduced = x * 0x1p-6;
-  double sum = 1;
-  for (size_t k = kCoefficients.size(); k-- > 0;) sum = 1 + sum * (reduced * kCoefficients[k]);
-  for (int i = 0; i < kHalvings; ++i) sum *= sum;
-  return sum;
+  constexpr auto c = factorialReciprocals<14>();
+  const auto power = static_cast<int64_t>(x * (1 / kLog2) - 0.5);
+  const double y = x - static_cast<double>(power) * kLog2;
+  const double y2 = y * y, y4 = y2 * y2, y8 = y4 * y4;
+  const double first = (c[0] + c[1] * y) + (c[2] + c[3] * y) * y2;
+  const double second = (c[4] + c[5] * y) + (c[6] + c[7] * y) * y2;
+  const double third = (c[8] + c[9] * y) + (c[10] + c[11] * y) * y2;
+  const double rest = c[12] + c[13] * y;
+  const auto scale = std::bit_cast<double>(static_cast<uint64_t>(1023 + power) << 52);
+  return scale * (first + second * y4 + (third + rest * y4) * y8);
 }
 
 /// ln k! less Stirling's approximation of it, as BTRS takes it.
@@ -133,9 +147,20 @@ int64_t BinomialDraw::byRejection(int64_t trials, RandomStream& random) const {
   }
 }
 
-/// What BTRS asks of a candidate k that the squeeze does not accept.
+/// What BTRS asks of a candidate k that the squeeze does not accept: whether the number is at most
+/// the mass of k in units of that of the mode m. Next to the mode, factor by factor, as the paper's
+/// BTRD does it.
 [[gnu::noinline]] bool BinomialDraw::isBelowDensity(double n, double scaled, double k) const {
   const double r = odds_, m = std::floor((n + 1) * p_);
+  if (std::fabs(k - m) <= kFewFactors) {
+    double upper = 1, lower = 1;
+    const double last = std::max(k, m);
+    for (double i = std::min(k, m) + 1; i <= last; i += 1) {
+      upper *= r * (n - i + 1);
+      lower *= i;
+    }
+    return k > m ? scaled * lower <= upper : scaled * upper <= lower;
+  }
   const double right = (m + 0.5) * naturalLog((m + 1) / (r * (n - m + 1))) +
                        (n + 1) * naturalLog((n - m + 1) / (n - k + 1)) +
                        (k + 0.5) * naturalLog(r * (n - k + 1) / (k + 1)) + stirlingTail(m) +
