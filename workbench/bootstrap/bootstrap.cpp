@@ -169,8 +169,7 @@ std::optional<std::vector<std::vector<LeftOut>>> leaveOut(const SampledCases& ca
   }
   const size_t samples = leftOut.samples();
   SampledResults without(samples + 1);
-  size_t rows = 1;
-  for (const CaseGroup& group : marginal.cases().groups) rows += group.rows;
+  const size_t rows = std::max<size_t>(1, marginal.cases().rows());
   const size_t batch = std::max<size_t>(1, kMostLeftOutRows / rows);
   tell(progress, Phase::kLeavingOut, 0, samples);
   for (size_t first = 1; first <= samples; first += batch) {

@@ -20,12 +20,6 @@ constexpr size_t kWorthwhile = 4;
 /// Sums of whole numbers up to here are exact in whatever order they are added.
 constexpr double kExact = 9007199254740992.0;
 
-size_t rowsOf(const SampledCases& cases) {
-  size_t rows = 0;
-  for (const CaseGroup& group : cases.groups) rows += group.rows;
-  return rows;
-}
-
 /// Whether a case whose other variables are missing counts for nothing but its own results, and no
 /// sum of weights is rounded.
 bool mayBeAddedUp(const SampledCases& cases, ActiveDataset& dataset, const CommandFacts& facts) {
@@ -164,7 +158,7 @@ MarginalCases::MarginalCases(const SampledCases& cases, const std::vector<Depend
   }
   if (places > kMostPlaces || !mayBeAddedUp(cases, dataset, facts)) return;
   SampledCases reduced{cases.variables, cases.words, {}};
-  size_t most = rowsOf(cases) / kWorthwhile;
+  size_t most = cases.rows() / kWorthwhile;
   for (size_t i = 0; i < sets.size(); ++i) {
     const CaseGroup& group = cases.groups[i];
     auto margins = MarginFinder(cases, group).find(sets[i], most);

@@ -7,32 +7,29 @@
 namespace workbench {
 namespace {
 
-/// Weights of all batches that are held at a time.
-constexpr int64_t kMostWeights = 16'000'000;
+/// Weights of all batches that are held at a time, and numbers of cases in those being drawn.
+constexpr int64_t kMostNumbers = 16'000'000;
 constexpr int64_t kMostSamplesInBatch = 100;
-constexpr auto kTogether = static_cast<int64_t>(MarginalCases::kLanes);
 
-/// Batches that are drawn at a time: one more than processors, for one may wait for an earlier one.
-int64_t drawnTogether() { return 1 + std::max<int64_t>(1, std::thread::hardware_concurrency()); }
-
-int64_t batchSizeFor(const SampledCases& cases) {
-  int64_t rows = 1;
-  for (const CaseGroup& group : cases.groups) rows += static_cast<int64_t>(group.rows);
-  const int64_t held = drawnTogether() + 1;  // with the one that is worked on
-  return std::clamp<int64_t>(kMostWeights / held / rows, 1, kMostSamplesInBatch);
+int64_t rowsOf(const SampledCases& cases) {
+  return std::max<int64_t>(1, static_cast<int64_t>(cases.rows()));
 }
 
 }  // namespace
 
 SampleDrawer::SampleDrawer(const SampledCases& cases, const MarginalCases& marginal, uint64_t seed,
                            int64_t samples)
-    : cases_(cases),
-      marginal_(marginal),
-      seed_(seed),
-      samples_(samples),
-      batchSize_(batchSizeFor(marginal.cases())) {
+    : cases_(cases), marginal_(marginal), seed_(seed), samples_(samples) {
   for (const CaseGroup& group : cases.groups) distributions_.emplace_back(group.counts);
-  for (int64_t i = 0; i < drawnTogether(); ++i) drawAnother();
+  // One more than processors, for one may wait for an earlier one.
+  const int64_t mostBatches = 1 + std::max<int64_t>(1, std::thread::hardware_concurrency());
+  const int64_t mostDrawn = std::max<int64_t>(1, kMostNumbers / rowsOf(cases));
+  const int64_t batches = std::min(mostBatches, mostDrawn);
+  together_ = std::min<int64_t>(mostDrawn / batches, MarginalCases::kLanes);
+  // With the batch that is worked on.
+  batchSize_ = std::clamp<int64_t>(kMostNumbers / (batches + 1) / rowsOf(marginal.cases()), 1,
+                                   kMostSamplesInBatch);
+  for (int64_t i = 0; i < batches; ++i) drawAnother();
 }
 
 std::optional<SampleDrawer::Batch> SampleDrawer::next() {
@@ -55,8 +52,8 @@ void SampleDrawer::drawAnother() {
 Samples SampleDrawer::draw(int64_t first, int64_t last) const {
   Samples samples(cases_.groups.size());
   for (size_t group = 0; group < samples.size(); ++group) {
-    for (int64_t from = first; from < last; from += kTogether) {
-      drawBlock(group, from, std::min(from + kTogether, last), samples[group]);
+    for (int64_t from = first; from < last; from += together_) {
+      drawBlock(group, from, std::min(from + together_, last), samples[group]);
     }
   }
   return samples;

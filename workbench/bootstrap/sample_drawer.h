@@ -43,7 +43,8 @@ class SampleDrawer {
   std::vector<Multinomial> distributions_;  ///< by group
   const uint64_t seed_;
   const int64_t samples_;
-  const int64_t batchSize_;
+  int64_t together_;                        ///< samples that one processor draws side by side
+  int64_t batchSize_;                       ///< samples
   int64_t first_ = 1;                       ///< sample of the next batch
   std::deque<std::future<Samples>> drawn_;  ///< that batch and those after it
 };

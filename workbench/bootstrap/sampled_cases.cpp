@@ -120,6 +120,12 @@ double weightOfOne(const CountedChunk& chunk, size_t row) {
 
 }  // namespace
 
+size_t SampledCases::rows() const {
+  size_t all = 0;
+  for (const CaseGroup& group : groups) all += group.rows;
+  return all;
+}
+
 SampledCases sampledCases(ActiveDataset& dataset, const std::vector<VarIndex>& variables,
                           size_t memoryLimit) {
   SampledCases cases;

@@ -1,6 +1,7 @@
 /// The cases that bootstrap samples are drawn from.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -25,6 +26,9 @@ struct SampledCases {
   std::vector<VarIndex> variables;
   std::vector<int32_t> words;  ///< of an observation, by variable
   std::vector<CaseGroup> groups;
+
+  /// Of all groups.
+  size_t rows() const;
 };
 
 /// Reads the cases of the data set, which has to be ready for a command on these variables. Throws
