@@ -36,6 +36,15 @@ struct SourceVariable {
   std::optional<OddText> odd = {};
 };
 
+/// A column of texts whose values decide what it is.
+inline SourceVariable untypedVariable(std::string name) {
+  SourceVariable variable;
+  variable.variable.name = std::move(name);
+  variable.kindKnown = false;
+  variable.untyped = true;
+  return variable;
+}
+
 /// What a dictionary says about the values of a column.
 struct ColumnType {
   enum class Name { kDetected, kString, kNumber, kInteger, kBoolean, kDate, kTime, kDateTime };
@@ -96,7 +105,7 @@ class CaseSource {
 
   /// The statements that a read of the request would run elsewhere, in their order, all that were
   /// run so far among them; none when the program reads the data itself. Runs nothing.
-  virtual std::vector<std::string> statements(const CaseRequest& request) const = 0;
+  virtual std::vector<std::string> statements(const CaseRequest& /*request*/) const { return {}; }
   /// What the reads so far have brought from elsewhere, as a text for the reader; empty when
   /// nothing.
   virtual std::string cost() const { return {}; }

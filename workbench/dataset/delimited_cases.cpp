@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "workbench/dataset/file_cases.h"
 #include "workbench/dataset/spelled_column.h"
 #include "workbench/dataset/value_coder.h"
 #include "workbench/delimited/delimited_data.h"
@@ -29,17 +30,14 @@ void normalise(CaseColumn& column) {
   column.codes.recode(codes);
 }
 
-class DelimitedCaseSource final : public CaseSource {
+class DelimitedCaseSource final : public FileCases {
  public:
   DelimitedCaseSource(const DataFiles& files, const TextLayout& layout, const FieldRules& rules,
                       const std::atomic<bool>* interrupted, ProgressCallback progress);
 
-  const std::string& label() const override { return files_.label; }
-  const std::vector<SourceVariable>& variables() const override { return variables_; }
   CodedCases read(const CaseRequest& request) override;
   void forEachBlock(const CaseRequest& request,
                     const std::function<void(const CaseBlock&)>& take) override;
-  std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
 
  private:
   DelimitedOptions optionsFor(const TextLayout& layout, const FieldRules& rules);
@@ -49,17 +47,16 @@ class DelimitedCaseSource final : public CaseSource {
   template <class Place>
   double categoryOf(std::string_view text, const ColumnRequest& wanted, Place place) const;
   std::string placeOf(const CodedColumn& column, size_t code) const;
-  std::string placeText(const DelimitedPlace& place) const;
+  std::string placeText(const DelimitedPlace& place) const {
+    return lineText(place.part, place.line);
+  }
   std::optional<OddText> oddTextOf(const CodedColumn& column, const DelimitedCases& cases) const;
-  std::optional<OddText> oddText(const KindTally& tally) const;
   [[noreturn]] void refuse(const std::string& place, const ColumnRequest& wanted,
                            std::string_view text, const std::string& why) const;
 
-  DataFiles files_;
   const std::atomic<bool>* interrupted_;
   ProgressCallback progress_;
   std::unique_ptr<DelimitedData> data_;
-  std::vector<SourceVariable> variables_;
   std::vector<size_t> columns_;  // by variable: its column in the data
   DelimitedCases incomplete_;    // of the last read, when the cases took too much memory
 };
@@ -68,16 +65,13 @@ DelimitedCaseSource::DelimitedCaseSource(const DataFiles& files, const TextLayou
                                          const FieldRules& rules,
                                          const std::atomic<bool>* interrupted,
                                          ProgressCallback progress)
-    : files_(files),
+    : FileCases(files),
       interrupted_(interrupted),
       progress_(std::move(progress)),
       data_(std::make_unique<DelimitedData>(optionsFor(layout, rules))) {
   for (size_t i = 0; i < data_->names().size(); ++i) {
     if (data_->names()[i].empty()) continue;  // nobody could name it
-    SourceVariable& variable = variables_.emplace_back();
-    variable.variable.name = data_->names()[i];
-    variable.kindKnown = false;
-    variable.untyped = true;
+    variables_.push_back(untypedVariable(data_->names()[i]));
     columns_.push_back(i);
   }
 }
@@ -119,10 +113,6 @@ DelimitedRequest DelimitedCaseSource::requestFor(const CaseRequest& request) con
 
 std::string DelimitedCaseSource::placeOf(const CodedColumn& column, size_t code) const {
   return code < column.places.size() ? placeText(column.places[code]) : files_.label;
-}
-
-std::string DelimitedCaseSource::placeText(const DelimitedPlace& place) const {
-  return fmt::format("{}, line {}", files_.files[place.part].label, place.line);
 }
 
 void DelimitedCaseSource::refuse(const std::string& place, const ColumnRequest& wanted,
@@ -186,13 +176,6 @@ std::optional<OddText> DelimitedCaseSource::oddTextOf(const CodedColumn& column,
     tally.add(column.kinds[code], values[code], {place.part, place.line}, column.texts[code]);
   }
   return oddText(tally);
-}
-
-std::optional<OddText> DelimitedCaseSource::oddText(const KindTally& tally) const {
-  const auto odd = tally.odd();
-  if (!odd) return {};
-  const auto& [part, line] = odd->position;
-  return OddText{odd->text, placeText({static_cast<uint32_t>(part), line}), odd->usual};
 }
 
 CodedCases DelimitedCaseSource::read(const CaseRequest& request) {

@@ -112,7 +112,7 @@ ProcedureDataSource::ProcedureDataSource() {
 
 ProcedureDataSource::~ProcedureDataSource() = default;
 
-// Nothing here makes resampled groups, so there is nothing to switch on.
+// Resampled groups are made when a run asks for them, whatever the procedure declares.
 void ProcedureDataSource::Bootstrapping(bool) {}
 
 bool ProcedureDataSource::FatalError() const { return impl_->dataset.failed(); }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "workbench/dataset/case_collector.h"
+#include "workbench/dataset/file_cases.h"
 #include "workbench/dataset/json_members.h"
 #include "workbench/dataset/json_names.h"
 #include "workbench/dataset/spelled_column.h"
@@ -54,7 +55,7 @@ class CodingReader final : public JsonMembers {
       if (keeping_) {
         codes_[i].push_back(columns_[i].code(each.spelling, each.text, each.line));
       } else {
-        columns_[i].note(each.spelling, each.text, each.line);
+        columns_[i].note(each.spelling, each.text);
       }
     }
     ++cases_;
@@ -126,17 +127,14 @@ class BlockingReader final : public JsonMembers {
   CaseBlock block_;
 };
 
-class JsonCases final : public CaseSource {
+class JsonCases final : public FileCases {
  public:
   JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted,
             ProgressCallback progress);
 
-  const std::string& label() const override { return files_.label; }
-  const std::vector<SourceVariable>& variables() const override { return variables_; }
   CodedCases read(const CaseRequest& request) override;
   void forEachBlock(const CaseRequest& request,
                     const std::function<void(const CaseBlock&)>& take) override;
-  std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
   void refuseChanged() const override {
     for (const auto& input : inputs_) input->refuseChanged();
   }
@@ -147,18 +145,16 @@ class JsonCases final : public CaseSource {
   void beginPart(std::vector<SpelledColumn>& columns, size_t file) const;
   void report(Phase phase, int64_t cases) const;
 
-  DataFiles files_;
   FieldRules rules_;
   const std::atomic<bool>* interrupted_;
   ProgressCallback progress_;
   std::vector<std::unique_ptr<ByteInput>> inputs_;
-  std::vector<SourceVariable> variables_;  // of the records, then of the paths
   std::vector<SpelledColumn> understood_;  // of the last read
 };
 
 JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic<bool>* interrupted,
                      ProgressCallback progress)
-    : files_(files),
+    : FileCases(files),
       rules_(std::move(rules)),
       interrupted_(interrupted),
       progress_(std::move(progress)) {
@@ -169,7 +165,7 @@ JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic
     walk(i, names);
     names.endFile();
   }
-  variables_ = names.take();
+  variables_ = names.take();  // of the records, before those of the paths
   for (const std::string& name : files_.pathNames) {
     for (const SourceVariable& other : variables_) {
       if (foldCase(other.variable.name) != foldCase(name)) continue;
@@ -177,10 +173,7 @@ JsonCases::JsonCases(const DataFiles& files, FieldRules rules, const std::atomic
           fmt::format("{}: the records have the key {}, and so has the path; rename one.",
                       files_.label, other.variable.name));
     }
-    SourceVariable& variable = variables_.emplace_back();
-    variable.variable.name = name;
-    variable.kindKnown = false;
-    variable.untyped = true;
+    variables_.push_back(untypedVariable(name));
   }
 }
 
@@ -254,11 +247,7 @@ void JsonCases::forEachBlock(const CaseRequest& request,
     reader.flush();
   }
   for (size_t k = 0; k < tallies.size(); ++k) {
-    const auto odd = tallies[k].odd();
-    if (!odd) continue;
-    const auto& [file, line] = odd->position;
-    variables_[request.columns[k].column].odd =
-        OddText{odd->text, fmt::format("{}, line {}", files_.files[file].label, line), odd->usual};
+    if (auto odd = oddText(tallies[k])) variables_[request.columns[k].column].odd = std::move(odd);
   }
 }
 

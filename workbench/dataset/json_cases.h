@@ -3,8 +3,6 @@
 
 #include <atomic>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "workbench/dataset/case_source.h"
 #include "workbench/dataset/data_files.h"

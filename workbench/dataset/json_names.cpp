@@ -39,10 +39,7 @@ void JsonNames::refuse(const char* difference, const std::string& name) const {
 size_t JsonNames::add(const std::string& name, uint64_t line) {
   if (file_ != firstFile_) refuse("has the key {}, which is not in", name);
   inFile_.push_back(true);
-  SourceVariable& variable = variables_.emplace_back();
-  variable.variable.name = name;
-  variable.kindKnown = false;
-  variable.untyped = true;
+  SourceVariable& variable = variables_.emplace_back(untypedVariable(name));
   const auto [other, isNew] = folded_.emplace(foldCase(name), variables_.size() - 1);
   if (!isNew) {
     SourceVariable& first = variables_[other->second];

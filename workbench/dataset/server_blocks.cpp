@@ -32,7 +32,7 @@ bool isSpelledColumn(const ServerColumn& column, const ColumnType& type, bool is
 }
 
 /// A server's whole number of any size, which a double may not hold.
-bool isWholeOrDecimal(std::string_view text) {
+bool isWholeNumber(std::string_view text) {
   return text.find_first_not_of("-0123456789") == std::string_view::npos;
 }
 
@@ -118,7 +118,7 @@ ServerBlocks::Told ServerBlocks::marked(const Column& column, std::string_view t
   text.remove_prefix(std::min<size_t>(text.size(), 1));
   switch (mark) {
     case ValueMark::kNumber:
-      if (isWholeOrDecimal(text)) {
+      if (isWholeNumber(text)) {
         const ServerNumber number = serverNumber(column.server, text);
         if (!number.flaw.empty()) refuse(column, fmt::format("{} {}.", excerpt(text), number.flaw));
       }
@@ -196,7 +196,7 @@ void ServerBlocks::takeSpelled(Column& column, const Told& value, Use use) {
     case Use::kCodes:
       return column.codes.push_back(spelled.code(value.spelling, value.text, number));
     case Use::kNote:
-      return spelled.note(value.spelling, value.text, number);
+      return spelled.note(value.spelling, value.text);
     case Use::kValues:
       break;
   }

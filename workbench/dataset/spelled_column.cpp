@@ -106,7 +106,7 @@ uint32_t SpelledColumn::code(Spelling spelling, std::string_view text, uint64_t 
   return code;
 }
 
-void SpelledColumn::note(Spelling spelling, std::string_view text, uint64_t) {
+void SpelledColumn::note(Spelling spelling, std::string_view text) {
   kinds_.add(understand(spelling, text));
 }
 

@@ -38,7 +38,7 @@ class SpelledColumn {
   /// The code of a text; `number` tells where it stands.
   uint32_t code(Spelling spelling, std::string_view text, uint64_t number);
   /// Takes a value into account without keeping it.
-  void note(Spelling spelling, std::string_view text, uint64_t number);
+  void note(Spelling spelling, std::string_view text);
   /// Gives up all codes.
   void forget();
   size_t memory() const;

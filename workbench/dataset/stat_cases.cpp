@@ -47,7 +47,6 @@ class StatCases final : public TypedCases {
             const std::atomic<bool>* interrupted, ProgressCallback progress);
 
   const std::string& label() const override { return files_.label; }
-  std::vector<std::string> statements(const CaseRequest&) const override { return {}; }
   void refuseChanged() const override {
     for (const FileStamp& stamp : stamps_) stamp.refuseChanged();
   }
@@ -151,11 +150,7 @@ void StatCases::declarePathColumns() {
           fmt::format("{}: the files have the column {}, and so has the path; rename one.",
                       files_.label, other.name));
     }
-    SourceVariable variable;
-    variable.variable.name = name;
-    variable.kindKnown = false;
-    variable.untyped = true;
-    add({name, ValueKind::kString, true, true}, variable);
+    add({name, ValueKind::kString, true, true}, untypedVariable(name));
   }
 }
 

@@ -39,7 +39,7 @@ class StatRows final : public TypedRows {
  private:
   void openPart();
   void report() const;
-  std::string textOf(const Wanted& wanted, double count) const;
+  std::string textOf(const Wanted& wanted, double value) const;
 
   const std::vector<StatPart>& parts_;
   const std::vector<TypedColumnFacts>& columns_;

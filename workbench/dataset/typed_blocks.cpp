@@ -151,7 +151,7 @@ void TypedBlocks::note(size_t position) {
   if (!column.spelled) return;
   readTexts(position);
   for (size_t row = 0; row < cases(); ++row) {
-    column.spelled->note(column.spelling, column.texts[row], caseNumber(row));
+    column.spelled->note(column.spelling, column.texts[row]);
   }
 }
 

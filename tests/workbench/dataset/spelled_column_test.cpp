@@ -82,7 +82,7 @@ TEST(SpelledColumn, NotedValuesDecideTheKindToo) {
   column.code(Spelling::kField, "1", 1);
   EXPECT_EQ(column.valueKind(), ValueKind::kNumber);
   column.forget();
-  column.note(Spelling::kField, "one", 2);
+  column.note(Spelling::kField, "one");
   EXPECT_EQ(column.valueKind(), ValueKind::kString);
 }
 
