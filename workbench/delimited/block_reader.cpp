@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "workbench/delimited/utf8.h"
+#include "workbench/text/utf8.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
@@ -181,7 +181,8 @@ void BlockReader::checkBytes(TextBlock& block) const {
   if (!block.survey_.zeros && !block.survey_.beyondAscii) return;
   const std::string_view text = block.text();
   const size_t zero = block.survey_.zeros ? text.find('\0') : std::string_view::npos;
-  const size_t invalid = block.survey_.beyondAscii ? invalidUtf8At(text) : std::string_view::npos;
+  const size_t invalid =
+      block.survey_.beyondAscii ? firstInvalidUtf8(text) : std::string_view::npos;
   if (zero == invalid) return;
   const std::string& label = parts_[block.part].label;
   const uint64_t line = block.firstLine + countLineEnds(text.substr(0, std::min(zero, invalid)));

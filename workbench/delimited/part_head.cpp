@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "workbench/delimited/field_text.h"
-#include "workbench/delimited/utf8.h"
+#include "workbench/text/utf8.h"
 #include "workbench/values/column_names.h"
 #include "workbench/values/data_error.h"
 
@@ -128,7 +128,7 @@ char findDelimiter(Head& head, char decimal) {
 
 void refuseWrongBytes(std::string_view header, const std::string& label) {
   const size_t zero = header.find('\0');
-  const size_t invalid = invalidUtf8At(header);
+  const size_t invalid = firstInvalidUtf8(header);
   if (zero == std::string_view::npos && invalid == std::string_view::npos) return;
   const uint64_t line = 1 + countLineEnds(header.substr(0, std::min(zero, invalid)));
   throw DataError(invalid < zero ? encodingMessage(label, line) : nulMessage(label, line));

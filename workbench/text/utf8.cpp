@@ -3,8 +3,22 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace workbench {
+namespace {
+
+/// Bytes that are looked at together: most text is ASCII.
+constexpr size_t kRun = 32;
+
+bool isAsciiRun(const char* data) {
+  constexpr uint64_t kHighBits = 0x8080'8080'8080'8080;
+  uint64_t words[kRun / sizeof(uint64_t)];
+  std::memcpy(words, data, sizeof words);
+  return ((words[0] | words[1] | words[2] | words[3]) & kHighBits) == 0;
+}
+
+}  // namespace
 
 int32_t nextBeyondAscii(std::string_view text, size_t& at) {
   const auto* bytes = reinterpret_cast<const uint8_t*>(text.data()) + at;
@@ -18,6 +32,8 @@ int32_t nextBeyondAscii(std::string_view text, size_t& at) {
 
 size_t firstInvalidUtf8(std::string_view text) {
   for (size_t at = 0; at < text.size();) {
+    while (text.size() - at >= kRun && isAsciiRun(text.data() + at)) at += kRun;
+    if (at == text.size()) break;
     const size_t start = at;
     if (nextCharacter(text, at) < 0) return start;
   }

@@ -34,7 +34,7 @@ void forEachCharacter(std::string_view text, Visit visit) {
   }
 }
 
-/// Where the first byte stands that is not UTF-8; npos when all of them are.
+/// The position of the first byte that is not part of a UTF-8 character; npos when there is none.
 size_t firstInvalidUtf8(std::string_view text);
 
 /// True for well-formed UTF-8.

@@ -2,6 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
+
+#include "workbench/text/utf8.h"
+
 namespace workbench {
 namespace {
 
@@ -22,40 +26,21 @@ std::string escaped(unsigned char byte) {
 
 }  // namespace
 
-size_t characterLength(std::string_view text) {
-  const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned lead = byte(0);
-  if (lead < 0x80) return 1;
-  const size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2
-                        : lead >= 0xE0 && lead <= 0xEF ? 3
-                        : lead >= 0xF0 && lead <= 0xF4 ? 4
-                                                       : 0;
-  if (length == 0 || length > text.size()) return 0;
-  for (size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80U) return 0;
-  }
-  // Overlong forms, surrogates, and what lies beyond U+10FFFF.
-  const unsigned second = byte(1);
-  const bool bad = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
-                   (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
-  return bad ? 0 : length;
-}
-
 std::string excerpt(std::string_view text) {
   std::string shown;
-  for (size_t count = 0; !text.empty(); ++count) {
+  size_t count = 0;
+  for (size_t at = 0; at < text.size(); ++count) {
     if (count == kMostCharacters) return shown + "...";
-    const size_t length = characterLength(text);
-    const auto lead = static_cast<unsigned char>(text.front());
-    const bool c1 = length == 2 && lead == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0;
-    if (length == 0 || lead < 0x20 || lead == 0x7F) {
-      shown += escaped(lead);
-    } else if (c1) {
-      shown += fmt::format("\\u{:04x}", static_cast<unsigned char>(text[1]));
+    const size_t start = at;
+    const int32_t character = nextCharacter(text, at);
+    if (character < 0x20 || character == 0x7F) {
+      shown += escaped(static_cast<unsigned char>(text[start]));
+      at = start + 1;  // each byte of a broken sequence by itself
+    } else if (character >= 0x80 && character < 0xA0) {
+      shown += fmt::format("\\u{:04x}", character);
     } else {
-      shown += text.substr(0, length);
+      shown += text.substr(start, at - start);
     }
-    text.remove_prefix(length == 0 ? 1 : length);
   }
   return shown;
 }

@@ -10,8 +10,4 @@ namespace workbench {
 /// bytes that are not UTF-8 stand as escapes (\n, \t, \x1b).
 std::string excerpt(std::string_view text);
 
-/// The length of the UTF-8 character at the beginning of a text that is not empty; 0 when its bytes
-/// are none.
-size_t characterLength(std::string_view text);
-
 }  // namespace workbench

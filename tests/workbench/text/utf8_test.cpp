@@ -38,13 +38,28 @@ TEST(Utf8, ABrokenSequenceIsPassedOverAndNoMore) {
 TEST(Utf8, TheFirstByteThatIsNotUtf8) {
   EXPECT_EQ(firstInvalidUtf8("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), std::string::npos);
   EXPECT_EQ(firstInvalidUtf8("ab\xE9"), 2U);
-  EXPECT_EQ(firstInvalidUtf8("\xC0\x80"), 0U) << "overlong";
+  for (const char* overlong : {"\xC0\x80", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF"}) {
+    EXPECT_EQ(firstInvalidUtf8(overlong), 0U);
+  }
   EXPECT_EQ(firstInvalidUtf8("\xED\xA0\x80"), 0U) << "surrogate";
-  EXPECT_EQ(firstInvalidUtf8("\xF4\x90\x80\x80"), 0U) << "beyond Unicode";
+  for (const char* beyondUnicode : {"\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
+    EXPECT_EQ(firstInvalidUtf8(beyondUnicode), 0U);
+  }
   EXPECT_EQ(firstInvalidUtf8("\x80"), 0U) << "continuation without a start";
   EXPECT_EQ(firstInvalidUtf8("\xC3"), 0U) << "cut off";
   EXPECT_TRUE(isUtf8("\xF0\x9F\x98\x80"));
   EXPECT_FALSE(isUtf8("\xC0\xAF"));
+}
+
+TEST(Utf8, TheFirstByteThatIsNotUtf8AtAnyPlaceOfALongText) {
+  for (size_t place = 0; place < 100; ++place) {
+    std::string text(100, 'x');
+    EXPECT_EQ(firstInvalidUtf8(text), std::string::npos);
+    text[place] = '\xE9';
+    EXPECT_EQ(firstInvalidUtf8(text), place);
+    text.replace(place, 1, "\xC3\xA9");
+    EXPECT_EQ(firstInvalidUtf8(text), std::string::npos) << place;
+  }
 }
 
 TEST(Utf8, WhatIsNotUtf8IsReplaced) {
