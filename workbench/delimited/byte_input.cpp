@@ -12,6 +12,7 @@
 #include <cstring>
 #include <utility>
 
+#include "workbench/system/file_identity.h"
 #include "workbench/values/data_error.h"
 
 namespace workbench {
@@ -56,12 +57,6 @@ struct stat statusOf(const Descriptor& file, const std::string& label) {
   return status;
 }
 
-bool isSame(const struct stat& a, const struct stat& b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
-         a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec &&
-         a.st_ctim.tv_sec == b.st_ctim.tv_sec && a.st_ctim.tv_nsec == b.st_ctim.tv_nsec;
-}
-
 class RegularInput final : public ByteInput {
  public:
   RegularInput(Descriptor file, const struct stat& status, std::string path, std::string label)
@@ -91,7 +86,7 @@ class RegularInput final : public ByteInput {
     struct stat now {};
     const bool there =
         path_ == "-" ? fstat(file_.get(), &now) == 0 : stat(path_.c_str(), &now) == 0;
-    if (there && isSame(now, status_)) return;
+    if (there && isUnchanged(status_, now)) return;
     throw DataError(fmt::format(
         "{}: the file was changed while it was read. Run the command again when it is complete.",
         label_));

@@ -1,7 +1,5 @@
 #include "workbench/system/file_identity.h"
 
-#include <sys/stat.h>
-
 #include <filesystem>
 #include <system_error>
 
@@ -25,6 +23,14 @@ std::optional<FileIdentity> identityOf(int descriptor) {
   struct stat status {};
   if (::fstat(descriptor, &status) != 0) return std::nullopt;
   return identityOf(status);
+}
+
+bool isUnchanged(const struct stat& before, const struct stat& now) {
+  return now.st_dev == before.st_dev && now.st_ino == before.st_ino &&
+         now.st_size == before.st_size && now.st_mtim.tv_sec == before.st_mtim.tv_sec &&
+         now.st_mtim.tv_nsec == before.st_mtim.tv_nsec &&
+         now.st_ctim.tv_sec == before.st_ctim.tv_sec &&
+         now.st_ctim.tv_nsec == before.st_ctim.tv_nsec;
 }
 
 std::string placeOf(const std::string& path) {
