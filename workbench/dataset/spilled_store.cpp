@@ -14,8 +14,7 @@
 namespace workbench {
 namespace {
 
-/// Runs a statement that leaves a table behind; unlike Database::execute it ends when it is
-/// interrupted.
+/// Runs a statement that may take long: unlike Database::execute it tells how far it is.
 void run(Database& database, const std::string& sql) {
   Query query(database, sql);
   while (query.fetch()) {

@@ -87,7 +87,9 @@ void Database::execute(const std::string& sql) {
   const std::string error =
       state == DuckDBSuccess ? "" : textOrNothing(duckdb().result_error(&result));
   duckdb().destroy_result(&result);
-  if (state != DuckDBSuccess) throw EngineError(error);
+  if (state == DuckDBSuccess) return;
+  throwIfSet(watched_);
+  throw EngineError(error);
 }
 
 void Database::pollProgress() {

@@ -44,7 +44,7 @@ class Database {
 
   duckdb_connection connection() const { return connection_; }
 
-  /// Runs one or more statements whose result does not matter. Throws EngineError.
+  /// Runs one or more statements whose result does not matter. Throws EngineError or Interrupted.
   void execute(const std::string& sql);
 
   /// A flag from outside: once it is set, what is running ends in Interrupted, and so does all that
