@@ -210,6 +210,15 @@ class BadData(ProgramTest):
                 self.write("d.schema.json", content)
                 self.run_program("d.csv", "-c", COMMAND, status=2)
 
+    def test_typed_values_that_the_dictionary_s_type_cannot_hold(self):
+        self.write("d.csv", "y\n1\n0\n")
+        for sql, kind, said in (("CAST(y AS DOUBLE) / 2", "integer", "0.5 is not a whole number"),
+                                ("y + 1", "boolean", "2 is neither 0 nor 1"),
+                                ("TIMESTAMP '2024-01-31 12:30:00'", "date", "there is a time of day")):
+            self.schema("x.json", {"name": "x", "type": kind})
+            self.refuse(("d.csv", "--schema", "x.json", "--query", f"SELECT {sql} AS x FROM data"),
+                        f"d.csv, case 1: x: {said}, though the dictionary gives the type {kind}.")
+
     def test_a_dictionary_may_list_values_with_the_data_s_decimal_comma(self):
         self.write("d.csv", "x;y\n1,5;a\n2,0;b\n3,25;b\n")
         self.schema("d.schema.json", {"name": "x", "type": "number", "missingValues": ["2,0", "3.25"]})

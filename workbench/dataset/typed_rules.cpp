@@ -42,7 +42,7 @@ std::string wrongType(Name wanted, double value) {
                        shortestNumber(value));
   }
   if (wanted == Name::kDate && std::fmod(value, kDaySeconds) != 0.0) {
-    return "a time stays behind the day, though the dictionary gives the type date.";
+    return "there is a time of day, though the dictionary gives the type date.";
   }
   return {};
 }
