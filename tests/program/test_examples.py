@@ -39,12 +39,3 @@ class Examples(ProgramTest):
                 keywords = re.findall(r'^ *\{"([A-Z_0-9]+)",', header, re.M)
                 self.assertGreater(len(keywords), 4)
                 self.assertEqual(re.findall(r"^### (.*)$", part, re.M), keywords, design)
-
-    def test_every_text_of_the_module_is_in_the_catalogue(self):
-        catalogue = (ROOT / "workbench" / "catalogue" / "en.json").read_text()
-        texts = (ROOT / "module" / "model" / "texts.h").read_text()
-        found = re.findall(r'\] =\s*"([^"]+)";', texts)
-        self.assertGreater(len(found), 80)
-        for text in found:
-            if text not in ("PROPORTIONS", "Proportions"):
-                self.assertIn(f'"{text}":', catalogue)
