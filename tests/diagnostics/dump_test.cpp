@@ -26,7 +26,7 @@ class Dump : public testing::Test {
   PRPValidSpecs specs_{source_};
 
   void expectLines(const Lines& lines) { EXPECT_EQ(displayLines(host_.transcript()), lines); }
-  /// What stands behind the banner.
+  /// What follows the banner.
   void expectDump(const Lines& lines) { expectLines(joined(linesOf(kBanner), lines)); }
   /// The dump of an analysis object with nothing but some records.
   void expectRecords(const PRPAlgorithm& analysis, const Lines& records) {

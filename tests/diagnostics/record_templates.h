@@ -24,11 +24,11 @@ Lines freshIndependentRecord();
 Lines with(Lines dump, const std::string& block);
 /// The dump with other lines instead of one, which it must have exactly once. Throws as `with`.
 Lines replaced(Lines dump, const std::string& line, const Lines& others);
-/// The dump with more lines right behind one, which it must have exactly once. Throws as `with`.
+/// The dump with more lines right after one, which it must have exactly once. Throws as `with`.
 Lines inserted(Lines dump, const std::string& line, const Lines& more);
 /// A specification's dump with the element of its grouping variable.
 Lines withGroupElement(const Lines& specification, const Lines& element);
-/// An analysis object's dump with what comes behind its own fields: categories, then records.
+/// An analysis object's dump with what follows its own fields: categories, then records.
 Lines withRecords(Lines analysis, const Lines& records);
 /// One after the other.
 Lines joined(Lines first, const Lines& second);

@@ -7,7 +7,7 @@
 
 namespace workbench {
 
-/// Beyond so many split groups the table shows the totals alone.
+/// Beyond this many split groups the table shows the totals alone.
 inline constexpr size_t kMostGroupsInTable = 1000;
 
 /// One row per variable, for each split group and for all cases. In a session, for the texts of its

@@ -116,7 +116,7 @@ int FileReplacement::copyInto() {
     }
     error = reserve(to, content.st_size);
     if (error != 0) {
-      // Some of the room may have been there.
+      // Some of the room may have been reserved: the old file keeps its size.
       if (::ftruncate(to, old.st_size) != 0) error = errno;
       return;
     }

@@ -18,7 +18,7 @@ namespace workbench {
 namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU};
-/// Writes report what these would end the program for.
+/// Signals that would end the program for what a failed write reports anyway.
 constexpr int kReportedByWrites[] = {SIGPIPE, SIGXFSZ};
 
 /// A server that does not answer cannot keep the program from ending.

@@ -97,7 +97,7 @@ std::unique_ptr<ActiveDataset> openData(const ProgramOptions& options, ProgressL
   return openDataset(data);
 }
 
-/// Told to those who want to know how a read comes on.
+/// Told to those who want to know how reading gets on.
 void tellCost(const ActiveDataset& dataset, const ProgramOptions& options) {
   const std::string cost = dataset.cost();
   if (options.progress == ProgressMode::kAlways && !cost.empty()) tell(cost);

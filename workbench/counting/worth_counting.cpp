@@ -10,7 +10,7 @@ constexpr size_t kFewCombinations = size_t{1} << 16U;
 constexpr size_t kSmallTable = size_t{16} << 20U;  // bytes
 constexpr size_t kNewOnesThatPay = 4;              // at most one case in that many
 constexpr size_t kMostCombinations = size_t{1} << 20U;
-constexpr size_t kLatestCases = size_t{1} << 13U;  // at least so many tell the share
+constexpr size_t kLatestCases = size_t{1} << 13U;  // the share is taken from at least this many
 
 }  // namespace
 

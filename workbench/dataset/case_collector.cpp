@@ -7,7 +7,7 @@
 namespace workbench {
 namespace {
 
-/// Below so many different numbers a column always has codes.
+/// Below this many different numbers a column always has codes.
 constexpr size_t kAlwaysCoded = 65'536;
 /// Codes of a column of numbers pay while a value occurs that often on average.
 constexpr size_t kWorthCoding = 8;

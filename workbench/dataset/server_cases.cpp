@@ -42,7 +42,7 @@ SourceVariable declaredVariable(const ServerColumn& column) {
   return variable;
 }
 
-/// What a counting statement tells of each combination, behind its values.
+/// What a counting statement tells of each combination, after its values.
 class CombinationTotals {
  public:
   CombinationTotals(size_t values, bool weighted) : values_(values), weighted_(weighted) {}

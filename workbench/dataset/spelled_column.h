@@ -92,7 +92,7 @@ class SpelledColumn {
   DeclaredType declared_;
   KindSet kinds_;
   TextCoder coder_;
-  TextList spelled_;  // each text behind its Spelling
+  TextList spelled_;  // each text, its Spelling in front
   std::vector<uint64_t> places_;
   std::string scratch_;
 };

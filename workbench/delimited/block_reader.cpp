@@ -11,7 +11,7 @@
 namespace workbench {
 namespace {
 
-/// Behind the last line end that is sure to be a whole one; 0 when there is none.
+/// The position after the last line end that is sure to be a whole one; 0 when there is none.
 size_t endOfLastLine(const char* text, size_t size) {
   for (size_t at = size; at > 0; --at) {
     const char c = text[at - 1];

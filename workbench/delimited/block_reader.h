@@ -34,7 +34,7 @@ class TextBlock {
   size_t number = 0;  ///< in the data set
   uint32_t part = 0;
   uint64_t firstLine = 1;  ///< on which the text begins
-  /// What comes behind the last record is wrong: the message for it.
+  /// What is wrong with what follows the last record, as a message.
   std::optional<std::string> problem;
 
   std::string_view text() const { return {bytes_.get(), size_}; }
@@ -67,7 +67,7 @@ class BlockReader {
   /// with them or with a record cuts the block short and is its `problem`. Throws Interrupted.
   bool next(TextBlock& block);
 
-  /// No more blocks behind the ones that were handed out.
+  /// Hands out no more blocks.
   void stop() { stopped_ = true; }
 
   /// Bytes of all inputs that were used.

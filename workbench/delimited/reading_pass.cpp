@@ -161,7 +161,7 @@ void ReadingPass::run() {
 void ReadingPass::work(size_t share) {
   Worker worker(*this, shares_[share]);
   TextBlock block;
-  size_t number = std::numeric_limits<size_t>::max();  // of no block: behind all others
+  size_t number = std::numeric_limits<size_t>::max();  // of no block: after all others
   try {
     while (reader_.next(block)) {
       number = block.number;

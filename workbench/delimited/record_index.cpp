@@ -34,7 +34,7 @@ class RecordIndex::Scan {
   Scan(RecordIndex& index, const char* text, size_t size, char delimiter)
       : index_(index), text_(text), size_(size), delimiter_(delimiter) {}
 
-  /// The next characters, whose positions stand behind those that were kept. False when a record is
+  /// The next characters, whose positions stand after those that were kept. False when a record is
   /// refused.
   bool take(size_t specials) {
     const size_t end = out_ + 1 + specials;
@@ -64,7 +64,7 @@ class RecordIndex::Scan {
     return true;
   }
 
-  /// Nothing comes behind the text.
+  /// Nothing follows the text.
   void finish() {
     if (state_ == State::kQuoted) refuse(RecordProblem::Kind::kUnclosedQuote);
   }
@@ -74,7 +74,7 @@ class RecordIndex::Scan {
  private:
   enum class State : uint8_t { kOpen, kQuoted, kClosed };
 
-  /// False: it stands behind a field that was closed. Inside an unquoted field it is a character
+  /// False: it follows a field that is closed already. Inside an unquoted field it is a character
   /// like any other.
   bool openQuote(uint32_t at) {
     if (state_ == State::kClosed) return false;

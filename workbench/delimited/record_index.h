@@ -17,7 +17,7 @@ class PositionList {
   uint32_t& operator[](size_t index) { return values_[index]; }
   uint32_t operator[](size_t index) const { return values_[index]; }
   const uint32_t* data() const { return values_.get(); }
-  uint32_t* roomFor(size_t used, size_t more);  ///< behind the first `used` ones
+  uint32_t* roomFor(size_t used, size_t more);  ///< after the first `used` ones
 
  private:
   std::unique_ptr<uint32_t[]> values_;
@@ -32,7 +32,7 @@ struct RecordProblem {
   size_t line = 0;    ///< line ends between the beginning of the text and that of the record
 };
 
-/// Records of as many fields as there are columns. Field `column` of `record` begins behind
+/// Records of as many fields as there are columns. Field `column` of `record` begins after
 /// position(base(record) + column) and ends before position(base(record) + column + 1); a line end
 /// may be CRLF, whose CR then stands at the end of the last field. Lines of nothing but blanks are
 /// no records.
@@ -41,7 +41,7 @@ class RecordIndex {
   /// For a text without double quotes that ends with a line end.
   void indexPlain(const char* text, size_t size, char delimiter, size_t columns,
                   const TextSurvey& survey);
-  /// For any text. With `final` nothing comes behind it, and it ends with a line end; else what
+  /// For any text. With `final` nothing follows it, and it ends with a line end; else what
   /// follows the last whole record is left alone. `columns` 0 takes records of any number of
   /// fields.
   void indexQuoted(const char* text, size_t size, char delimiter, size_t columns, bool final);
@@ -58,16 +58,16 @@ class RecordIndex {
   size_t lineOf(size_t record) const { return lines_.empty() ? record : lines_[record]; }
   /// Forgets the records that do not end before that position.
   void dropRecordsFrom(size_t position);
-  /// Behind the last record or blank line.
+  /// The position after the last record or blank line.
   size_t consumed() const { return consumed_; }
-  /// What is wrong with the record behind those.
+  /// What is wrong with the record after those.
   const std::optional<RecordProblem>& problem() const { return problem_; }
 
  private:
   class Scan;
 
   void start(size_t columns);
-  /// Puts the positions of the characters that matter behind the first `used` ones.
+  /// Puts the positions of the characters that matter after the first `used` ones.
   size_t collectPiece(const char* text, size_t at, size_t length, char delimiter, bool quotes,
                       size_t used);
   bool isRegular(const char* text, char delimiter, size_t lineEnds) const;

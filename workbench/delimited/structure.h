@@ -12,7 +12,7 @@ namespace workbench {
 struct TextSurvey {
   size_t lineFeeds = 0;
   size_t carriageReturns = 0;
-  size_t pairs = 0;  ///< carriage returns with a line feed behind them
+  size_t pairs = 0;  ///< carriage returns with a line feed right after them
   bool quotes = false;
   bool zeros = false;
   bool beyondAscii = false;
@@ -21,7 +21,7 @@ struct TextSurvey {
   size_t lineEnds() const { return lineFeeds + carriageReturns - pairs; }
 };
 
-/// The text and these many bytes behind it may be read.
+/// This many bytes past the end of the text may be read, too.
 inline constexpr size_t kReadBeyond = 64;
 
 /// One implementation; all of them give the same.
@@ -29,7 +29,7 @@ struct StructureFunctions {
   const char* name;
   /// `data[size]` counts as what follows the text.
   TextSurvey (*survey)(const char* data, size_t size);
-  /// Writes the positions of delimiters and line ends (LF; CR without LF behind it), and of double
+  /// Writes the positions of delimiters and line ends (LF; CR without LF after it), and of double
   /// quotes when `quotes`, in ascending order, and returns how many there are. `positions` has room
   /// for size + kReadBeyond of them.
   size_t (*find)(const char* data, size_t size, char delimiter, bool quotes, uint32_t* positions);

@@ -34,7 +34,7 @@ TextSurvey survey(const char* data, size_t size) {
     seen.lineFeeds += static_cast<size_t>(__builtin_popcountll(lineFeeds & mask));
     if (returns != 0) {
       seen.carriageReturns += static_cast<size_t>(__builtin_popcountll(returns));
-      // A line feed right behind the text makes no pair: it is not counted either.
+      // A line feed right after the text makes no pair: it is not counted either.
       const uint64_t inside = left > 64 ? ~uint64_t{0} : (uint64_t{1} << (left - 1)) - 1;
       seen.pairs += static_cast<size_t>(
           __builtin_popcountll(returns & lineFeedsFrom1<Lanes>(data + at, lineFeeds) & inside));

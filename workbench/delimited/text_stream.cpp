@@ -86,7 +86,7 @@ class GzipStream final : public FilterStream {
         if (!memberEnded_) refuseCutOff();
         return 0;
       }
-      // A file may hold several members, one behind the other.
+      // A file may hold several members, one after the other.
       if (memberEnded_) inflateReset(&stream_);
       if (const size_t count = inflateSome(to, most); count > 0) return count;
     }

@@ -11,7 +11,7 @@ namespace {
 // The integrand is followed until it has fallen by exp(-40), below the last place of a double.
 constexpr double kDrop = 40;
 // Shapes of 1000 and more keep |t| below 0.6, where the series in t, of radius pi at least, has
-// settled with so many terms.
+// settled with this many terms.
 constexpr std::size_t kTerms = 22;
 // One panel for the bulk and one for the rest: relative error below 1e-18 for every tail shape
 // between a half Gaussian and an exponential.

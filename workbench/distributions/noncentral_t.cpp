@@ -111,7 +111,7 @@ double logNoncentralT(double t, double df, double d) {
   };
   const double left = gaussLegendre(integrand, below, 0);
   const double right = gaussLegendre(integrand, 0, above);
-  // The exponents carry roundings of their own; to ask for more than these would be asking noise.
+  // The exponents carry roundings of their own; to ask for more would be to ask for noise.
   const double noise = std::fabs(peak) + std::fabs(d) * (1 + std::fabs(t * std::exp(mode) - d));
   const double allowed = std::max(kTolerance, kRounding * noise) * (left + right);
   const double integral = adaptive(integrand, below, 0, left, allowed, kMostHalvings) +

@@ -8,9 +8,9 @@
 namespace workbench {
 namespace {
 
-// So many degrees of freedom leave a normal variable, to the last place of a double.
+// From this many degrees of freedom on the variable is normal, to the last place of a double.
 constexpr double kNormalFreedom = 1e17;
-// So few leave nothing of the variable at finite places but the sign of its numerator.
+// With this few nothing of the variable is left at finite places but the sign of its numerator.
 constexpr double kSignFreedom = 1e-20;
 constexpr int kMostWidenings = 60;
 constexpr int kMostSteps = 60;

@@ -22,7 +22,7 @@ namespace workbench {
 struct EngineType {
   duckdb_type id = DUCKDB_TYPE_DOUBLE;
   int decimalDigits = 0;                ///< of DECIMAL: in all
-  int decimalScale = 0;                 ///< behind the point
+  int decimalScale = 0;                 ///< after the point
   std::vector<std::string> categories;  ///< of ENUM, in declared order
 };
 

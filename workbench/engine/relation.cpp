@@ -15,7 +15,7 @@ namespace workbench {
 namespace {
 
 /// The query without what may stand after its end. Comments are not blanks here: they end with the
-/// line that is added behind them.
+/// line that is added after them.
 std::string trimmedEnd(std::string sql) {
   while (!sql.empty() && (sql.back() == ';' || sql.back() == ' ' || sql.back() == '\n' ||
                           sql.back() == '\t' || sql.back() == '\r')) {

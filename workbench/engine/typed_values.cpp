@@ -13,7 +13,8 @@
 namespace workbench {
 namespace {
 
-constexpr int kExactDigits = 15;  // every decimal of so many digits survives the way to a double
+constexpr int kExactDigits =
+    15;  // every decimal with this many digits survives the way to a double
 constexpr double kMicroseconds = 1e6;
 constexpr int64_t kDaySeconds = 86'400;
 constexpr int64_t kDayMicroseconds = kDaySeconds * 1'000'000;
@@ -126,7 +127,7 @@ bool convertWhole(const Chunk& chunk, size_t column, double* out, TypedColumn::F
   });
 }
 
-/// Ticks since midnight or 1970, so many to the second.
+/// Ticks since midnight or 1970, `ticksPerSecond` to the second.
 bool convertTicks(const Chunk& chunk, size_t column, double* out, TypedColumn::Flaw& flaw,
                   int64_t ticksPerSecond, bool canBeInfinite) {
   return convert<int64_t>(chunk, column, out, flaw, [&](int64_t ticks, double& number) {

@@ -69,7 +69,7 @@ ManualDesign designOf(std::string_view document, const std::string& subcommand) 
   return design;
 }
 
-/// The text of a link "[text](target)" that begins at `at`, which moves behind it; nothing when
+/// The text of a link "[text](target)" that begins at `at`, which moves past it; nothing when
 /// there is none.
 std::string_view takeLink(std::string_view line, size_t& at) {
   const size_t middle = line.find("](", at);
@@ -106,7 +106,7 @@ const std::vector<ManualSection>& commandSections() {
 }
 
 const std::string& sharedNotation() {
-  // Behind the links to the pages of the designs.
+  // After the links to the pages of the designs.
   static const std::string text = [] {
     const std::string page = sectionsOf(kMethodsDocument).front().text;
     return page.substr(std::min(page.find("\n\n"), page.size()));

@@ -10,7 +10,7 @@
 
 namespace workbench {
 
-/// Cases fall into so many parts, by a hash of their values: equal ones into the same.
+/// Cases fall into this many parts, by a hash of their values: equal ones into the same.
 inline constexpr int kCaseParts = 4096;
 
 /// How large a part is.
@@ -39,7 +39,7 @@ std::string partSizesStatement(const Dialect& dialect, const Selection& selectio
 std::vector<PartRange> partRanges(const std::vector<PartSize>& sizes, size_t columns,
                                   double memory);
 
-/// The rows of casesStatement that belong to the parts; counted, the number of cases stands behind
+/// The rows of casesStatement that belong to the parts; counted, the number of cases stands after
 /// the values.
 std::string partStatement(const Dialect& dialect, const Selection& selection,
                           const std::string& relation, const PartRange& parts);

@@ -23,7 +23,7 @@ bool isSecretName(std::string_view name) {
 }
 
 /// Calls `visit(name, value)` for each NAME=VALUE in a value, with or without blanks and quotes
-/// around both. What stands behind a slash is the name of a folder.
+/// around both. What follows a slash is the name of a folder.
 template <typename Visit>
 void forEachNested(std::string_view text, Visit visit) {
   constexpr std::string_view kAround = " \t\r\n'\"`";
@@ -55,7 +55,7 @@ bool isAddressWithPassword(std::string_view text) {
                   "odbc:DRIVER={NAME};SERVER=HOST;DATABASE=NAME;UID=USER.");
 }
 
-/// A value in braces, in which a closing brace is doubled; `at` moves behind it.
+/// A value in braces, in which a closing brace is doubled; `at` moves past it.
 std::string bracedValue(std::string_view text, size_t& at) {
   std::string value;
   for (++at; at < text.size(); ++at) {

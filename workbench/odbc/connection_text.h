@@ -1,4 +1,4 @@
-/// What stands behind `odbc:` in DATA: a connection string, or the name of a data source.
+/// What follows `odbc:` in DATA: a connection string, or the name of a data source.
 #pragma once
 
 #include <optional>

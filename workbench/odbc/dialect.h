@@ -19,7 +19,7 @@ enum class TypeSource { kDriver, kPostgresCatalogue, kInformationSchema };
 /// How rows come when there may be many of them.
 enum class ManyRows {
   kAsOne,     ///< by one statement, whose rows the driver hands on as they come
-  kByCursor,  ///< portion after portion, lest the driver hold them all
+  kByCursor,  ///< portion after portion, so that the driver never holds them all
   kInParts    ///< by several statements for the same reason, where clients have no cursors
 };
 
@@ -73,7 +73,7 @@ struct DriverTraits {
   /// Attributes that a connection gets unless it has them: what keeps the driver from making files,
   /// and from holding a whole result in memory.
   ConnectionAttributes attributes = {};
-  /// Attributes that it gets in any case: what keeps the driver from losing characters.
+  /// Attributes that it always gets: what keeps the driver from losing characters.
   ConnectionAttributes always = {};
 };
 DriverTraits driverTraits(const std::string& about);

@@ -49,7 +49,7 @@ class TextRoom {
   std::vector<SQLCHAR> bytes_;
 };
 
-/// With a zero behind the last byte.
+/// With a zero after the last byte.
 std::vector<SQLCHAR> bytesOf(std::string_view text) {
   std::vector<SQLCHAR> bytes(text.begin(), text.end());
   bytes.push_back(0);

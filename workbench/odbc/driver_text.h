@@ -56,7 +56,7 @@ struct Diagnostic {
 Diagnostic diagnostic(DriverText form, SQLSMALLINT type, SQLHANDLE handle);
 
 /// The names of a list of the driver manager (its data sources, its drivers) and what it says of
-/// each: a driver; or attributes NAME=VALUE with a NUL behind each.
+/// each: a driver; or attributes NAME=VALUE with a NUL after each.
 struct ManagerEntry {
   std::string name;
   std::string about;

@@ -46,7 +46,7 @@ class Scanner {
   const ScanRules& rules_;
   size_t at_ = 0;
   size_t end_ = kNone;  // of the statement: where a semicolon stands
-  size_t last_ = 0;     // behind the last thing that is no blank and no comment
+  size_t last_ = 0;     // after the last thing that is neither blank nor comment
   int depth_ = 0;
   bool begun_ = false;
 };

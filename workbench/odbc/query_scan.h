@@ -24,7 +24,7 @@ struct ScanRules {
   static ScanRules unknown() { return {.strict = true}; }
 };
 
-/// The query without the semicolon and blanks behind it. Throws DataError that says what is wrong
+/// The query without the semicolon and blanks after it. Throws DataError that says what is wrong
 /// when it is not one SELECT statement by these rules: it holds a semicolon, a bracket, quote or
 /// comment that is not closed, a bracket that closes none, or begins with another word than SELECT,
 /// WITH, VALUES or TABLE.

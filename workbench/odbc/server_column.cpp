@@ -13,7 +13,8 @@
 namespace workbench {
 namespace {
 
-constexpr size_t kExactDigits = 15;  // every decimal of so many digits survives the way to a double
+constexpr size_t kExactDigits =
+    15;  // every decimal with this many digits survives the way to a double
 constexpr std::string_view kInexact =
     "cannot be held exactly; cast the column in a query (--query), for example to a text, or make "
     "it text in the dictionary";

@@ -32,7 +32,7 @@ void hide(const std::string& secret, std::string& text) {
   }
 }
 
-/// Hides what stands behind PWD= or password=.
+/// Hides what follows PWD= or password=.
 void hideAttributes(std::string& text) {
   for (const std::string_view name : {"pwd=", "password="}) {
     std::string folded = foldCase(text);

@@ -87,7 +87,7 @@ void refuseOddNames(const ConnectionAttributes& attributes) {
   }
 }
 
-/// The connection string with what the driver needs besides.
+/// The connection string with what else the driver needs.
 std::string completed(ConnectionAttributes attributes, const DriverTraits& traits) {
   for (const auto& [name, value] : traits.always) {
     std::erase_if(attributes, [&, key = foldCase(name)](const auto& attribute) {

@@ -10,10 +10,10 @@
 
 namespace workbench {
 
-/// With a zero behind the last unit. Bytes that are not UTF-8 become U+FFFD.
+/// With a zero after the last unit. Bytes that are not UTF-8 become U+FFFD.
 std::vector<SQLWCHAR> utf16Of(std::string_view text);
 
-/// Appends a text of so many units. A surrogate without its partner becomes U+FFFD.
+/// Appends a text of `count` units. A surrogate without its partner becomes U+FFFD.
 void appendUtf8(const SQLWCHAR* units, size_t count, std::string& text);
 
 }  // namespace workbench

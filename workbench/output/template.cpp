@@ -7,7 +7,7 @@ namespace {
 
 using Elements = std::vector<std::string>;
 
-/// Reads a number of up to three digits at `at` and moves behind it; 0 when there is none.
+/// Reads a number of up to three digits at `at` and moves past it; 0 when there is none.
 size_t readIndex(std::string_view text, size_t& at) {
   size_t value = 0;
   const size_t start = at;
@@ -53,7 +53,7 @@ void fillElements(std::string_view first, std::string_view rest, const Elements&
   }
 }
 
-/// Fills the run that starts at text[at] and moves behind it; false when what stands there is none.
+/// Fills the run that starts at text[at] and moves past it; false when what stands there is none.
 bool fillRun(std::string_view text, size_t& at, const std::vector<TemplateItem>& items,
              std::string& out) {
   const size_t firstEnd = text.find(':', at);

@@ -56,7 +56,7 @@ class CommandTokens {
 /// problem.
 std::vector<CommandTokens> splitCommands(const std::string& text);
 
-/// Where a text begins: behind its byte order mark when it has one.
+/// Where a text begins: after its byte order mark when it has one.
 size_t textStart(const std::string& text);
 
 /// A variable's name as a command has to write it: in double quotes when it is not an identifier or

@@ -32,7 +32,7 @@ class Finder {
            tokens_[at].getUpText() == upper;
   }
 
-  /// The name of a subcommand: behind a "/", or where the command begins.
+  /// The name of a subcommand: after a "/", or where the command begins.
   size_t subcommand(std::string_view name) const {
     for (size_t at = 0; at < tokens_.size(); ++at) {
       const bool begins = at == 0 || isSymbol(at - 1, '/') || (at == 1 && !isSymbol(0, '/'));
@@ -54,7 +54,7 @@ class Finder {
     }
     return npos;
   }
-  /// A word of a subcommand behind the place.
+  /// A word of a subcommand after the place.
   size_t word(size_t from, std::string_view upper) const {
     if (from == npos) return npos;
     for (size_t at = from + 1; at < endOf(from); ++at) {
@@ -73,7 +73,7 @@ class Finder {
   size_t behind(size_t at, size_t steps = 1) const {
     return at == npos || at + steps >= tokens_.size() ? npos : at + steps;
   }
-  /// The value of a parameter: behind its "=".
+  /// The value of a parameter: after its "=".
   size_t valueOf(size_t subcommand, std::string_view parameter) const {
     const size_t name = word(subcommand, parameter);
     return isSymbol(behind(name), '=') ? behind(name, 2) : npos;

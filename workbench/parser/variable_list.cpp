@@ -76,7 +76,7 @@ bool VarSpecObj::Impl::failEmpty() {
   return false;
 }
 
-/// Where the list's first variable should stand: behind the subcommand's name.
+/// Where the list's first variable should stand: after the subcommand's name.
 size_t VarSpecObj::Impl::placeOfList(const workbench::CommandTokens& command) const {
   const Tokens& tokens = command.tokens();
   for (size_t at = 0; at + 1 < tokens.size(); ++at) {
@@ -114,7 +114,7 @@ std::string VarSpecObj::Impl::place() const {
          subcommand;
 }
 
-/// `which` counts in `valid`.
+/// `which` is a position in `valid`.
 void VarSpecObj::Impl::reportCommon(const Impl& other, ptrdiff_t which) const {
   const auto at = static_cast<size_t>(which);
   const std::string& name = currentSession().dataset->declaration(valid[at]).name;

@@ -88,7 +88,7 @@ class HtmlTable {
     }
   }
 
-  /// How far numbers reach behind their point, by column.
+  /// How far numbers reach past their point, by column.
   void findRests() {
     rests_.resize(paths_.size());
     for (size_t row = 0; row < labels_.rowCount(); ++row) {

@@ -45,7 +45,7 @@ class RowHeadings {
   /// The levels from `first` on, each at most as wide as its limit. `labels` stays borrowed.
   RowHeadings(const RowLabels& labels, size_t first, const std::vector<size_t>& limits);
 
-  /// The width of all columns and the gaps behind them.
+  /// The width of all columns and the gaps after them.
   size_t width() const;
   /// The names of the dimensions.
   Block titles() const;

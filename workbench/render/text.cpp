@@ -26,7 +26,7 @@ void forEachLine(std::string_view text, Visit visit) {
   }
 }
 
-/// A text behind a lead, the lines that follow indented like the first; on lines of its own where
+/// A text after a lead, the lines that follow indented like the first; on lines of its own where
 /// the lead leaves it no room.
 void writeWrapped(std::string_view text, std::string_view lead, size_t width, Writer& out) {
   size_t indent = widthOf(lead);

@@ -69,7 +69,7 @@ std::string methodText(const ResultSubject& subject) {
   return subject.methodLabel == nullptr ? "" : subject.methodLabel->text;
 }
 
-/// The bounds with a unit behind each; said so where one is not a number.
+/// The bounds with a unit after each; one that is not a number is said not to be.
 std::string boundsText(const ResultRows& rows, size_t row, int decimals, const char* unit) {
   const double lower = rows.value(row, Quantity::kLower), upper = rows.value(row, Quantity::kUpper);
   if (!isPlainNumber(lower) || !isPlainNumber(upper)) return levelText(rows) + "not available";

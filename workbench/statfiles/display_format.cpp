@@ -80,7 +80,7 @@ StatUnit unitOfPercent(std::string_view format) {
   }
 }
 
-/// The days that began with a leap second behind them, from 1970-01-01 on.
+/// The days that began right after a leap second, from 1970-01-01 on.
 /// Source: Bulletin C of the International Earth Rotation and Reference Systems Service.
 constexpr std::array<int, 27> kDaysAfterLeap = {
     912,  1096, 1461, 1826, 2191, 2557, 2922,  3287,  3652,  4199,  4564,  4929,  5660, 6574,

@@ -40,7 +40,7 @@ bool FileBytes::fill() {
       secondMember_ = true;
     }
   }
-  // Whoever goes round in circles in a file does not get on.
+  // Only new bytes are progress: a damaged file may send its reader round in circles.
   if (windowStart_ + windowSize_ > farthest_) extendTime();
   farthest_ = std::max(farthest_, windowStart_ + windowSize_);
   return true;

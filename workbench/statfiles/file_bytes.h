@@ -26,7 +26,7 @@ class FileBytes {
   /// Of the last read: how many bytes it asked for, and what it got (its first bytes).
   size_t lastAsked() const { return lastAsked_; }
   const std::string& lastGot() const { return lastGot_; }
-  /// The bytes from there to the end, at most so many.
+  /// The bytes from there to the end, at most `most` of them.
   std::string tail(uint64_t from, size_t most) const;
   /// True when a record of 80 bytes beyond the first data set's own heading begins a data set.
   bool sawSecondMember() const { return secondMember_; }

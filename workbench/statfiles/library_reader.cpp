@@ -21,7 +21,7 @@ namespace {
 using wire::Problem;
 
 constexpr size_t kXportRecord = 80;
-/// Files from which on a count of cases of 32 bits may have wrapped.
+/// In files from this size on a count of cases in 32 bits may have wrapped.
 constexpr uint64_t kManyCases = uint64_t{1} << 31;
 
 struct ProblemOf {

@@ -20,8 +20,8 @@ namespace {
 using wire::Problem;
 
 constexpr size_t kPiece = size_t{1} << 18;
-/// Seconds of processor time that reading may take without getting on in the file: what is sorted
-/// or looked for in all of it takes the longer the larger it is.
+/// Seconds of processor time that reading may take without progress in the file, and how many bytes
+/// of it allow another one: to sort or search all of a large file takes longer.
 constexpr uint64_t kPatience = 2;
 constexpr uint64_t kBytesOfASecond = uint64_t{64} << 20;
 constexpr const char* kDamaged =
@@ -114,7 +114,7 @@ MessageStream::MessageStream(const StatSource& source, const StatHead* head,
                              std::unique_ptr<WorkerProcess> process)
     : source_(source), head_(head), process_(std::move(process)), buffer_(kPiece, '\0') {}
 
-/// So many bytes of the stream.
+/// The next `count` bytes of the stream.
 std::string_view MessageStream::take(size_t count) {
   if (end_ - begin_ < count) {
     std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);

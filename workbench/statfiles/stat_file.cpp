@@ -81,7 +81,7 @@ class HeadReader {
   }
 
   std::string text(wire::Reader& reader) {
-    // Columns and labels come behind the head, which names the encoding.
+    // Columns and labels come after the head, which names the encoding.
     if (!decoder_) decoder_.emplace(head_.encoding, source_.label);
     const std::string_view bytes = reader.getText();
     std::string_view decoded;

@@ -53,7 +53,7 @@ struct StatHead {
   StatLabelSets labels;
 };
 
-/// What stands before and behind the cases. Of a catalogue there are no columns. Throws DataError
+/// What stands before and after the cases. Of a catalogue there are no columns. Throws DataError
 /// and Interrupted.
 StatHead readStatHead(const StatSource& source);
 

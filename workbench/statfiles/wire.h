@@ -38,7 +38,7 @@ enum class Problem : uint8_t {
 };
 inline constexpr uint8_t kProblems = 12;
 
-/// A message: this, then so many bytes.
+/// A message begins with this; `size` bytes follow.
 struct Header {
   uint32_t kind = 0;
   uint32_t size = 0;
@@ -46,7 +46,7 @@ struct Header {
 
 /// No message is larger.
 inline constexpr size_t kLargestMessage = size_t{8} << 20;
-/// A block ends at so many cases, and once it holds so many bytes.
+/// A block ends at this many cases, or once it holds this many bytes.
 inline constexpr size_t kBlockCases = 8192;
 inline constexpr size_t kBlockBytes = size_t{1} << 20;
 /// Longer texts are refused where they stand.

@@ -37,7 +37,7 @@ struct NumberShape {
   bool digitsOnly = false;
   bool hasExponent = false;
   size_t digits = 0;         ///< of the whole part and the fraction
-  size_t fraction = 0;       ///< digits behind the decimal sign
+  size_t fraction = 0;       ///< digits after the decimal sign
   uint64_t significand = 0;  ///< all its digits, as long as there are no more than 19
 };
 

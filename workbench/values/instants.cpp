@@ -44,7 +44,7 @@ std::optional<int64_t> takeDate(std::string_view& text) {
   return std::chrono::sys_days(date).time_since_epoch().count() * kDay;
 }
 
-/// The digits behind the point of the seconds, as microseconds.
+/// The digits after the point of the seconds, as microseconds.
 std::optional<int64_t> takeFraction(std::string_view& text) {
   int64_t fraction = 0;
   size_t count = 0;

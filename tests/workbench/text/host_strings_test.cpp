@@ -8,7 +8,7 @@ namespace {
 
 using InPlace = char* (*)(char*);
 
-/// Applies a function to a text; bytes behind the text's end must stay as they are.
+/// Applies a function to a text; bytes after the text's end must stay as they are.
 std::string applied(InPlace function, std::string text) {
   const size_t length = text.size();
   text += '\0';
