@@ -60,9 +60,8 @@ void CombinationTable::fit(const std::vector<size_t>& codes) {
 void CombinationTable::pack(size_t column, const uint32_t* codes, size_t count,
                             uint64_t* combinations) const {
   const Field field = fields_[column];
-  uint64_t* word = combinations + field.word;
   for (size_t i = 0; i < count; ++i) {
-    word[i * words_] |= static_cast<uint64_t>(codes[i]) << field.shift;
+    combinations[i * words_ + field.word] |= static_cast<uint64_t>(codes[i]) << field.shift;
   }
 }
 
