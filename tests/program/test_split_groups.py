@@ -76,8 +76,11 @@ class SplitGroups(ProgramTest):
             command = "/ONESAMPLE x /SUCCESS VALUE=LEVEL(1)" if "x" not in split else "/ONESAMPLE \"a,b\""
             tables = self.procedure(command, "d.csv", *arguments)["tables"]
             self.assertEqual([d["name"] for d in tables[0]["dimensions"][:len(split)]], split)
-        done = self.run_program("d.csv", "--split", "a,", "-c", "/ONESAMPLE x", status=2)
-        self.assertIn("--split: 'a,' has a comma without a name beside it", done.stderr.decode())
+        for names, place in (("a,", 2), (",a", 1), ("a,,x", 2), (",", 1)):
+            self.assertIn(f"--split: the name of place {place} in '{names}' is empty. Put one comma between two names.",
+                          self.unusable("d.csv", "--split", names, "-c", "/ONESAMPLE x"))
+        self.assertIn("--split: the name is empty. Name a variable, or leave the option out.",
+                      self.unusable("d.csv", "--split", "", "-c", "/ONESAMPLE x"))
 
     def test_values_of_one_label(self):
         """Told apart alike wherever a group is named."""
@@ -97,6 +100,33 @@ class SplitGroups(ProgramTest):
         text = self.run_program("d.csv", "--split", "g", "-c", COMMAND).stdout.decode()
         for name, read in zip(names, (2, 3, 1)):
             self.assertRegex(text.split("Cases Read")[1], re.escape(name) + rf" +x +{read} ")
+
+    def test_labels_that_read_like_values(self):
+        """A label that is the text of another value that occurs; one that does not occur changes nothing."""
+        self.write("d.csv", "x,g\n1,4\n0,4\n1,3\n1,3\n0,3\n,3\n0,1\n1,1\n,2\n")
+        categories = [{"value": 4, "label": "3"}, {"value": 1, "label": "0"}, {"value": 2, "label": "4"}]
+        self.schema("d.schema.json", {"name": "g", "type": "integer", "categories": categories})
+        names = ["0", "4", "3 [g]", "3 [g] (2)"]
+        for layout in ("rows", "tables"):
+            p = self.procedure(COMMAND, "d.csv", "--split", "g", "--split-layout", layout)
+            self.assertEqual([(g["split"]["g"], g["read"]) for g in p["cases"]["groups"]], list(zip(names, (2, 1, 4, 2))))
+            self.assertEqual([m["split"] for m in p["messages"]], [{"g": "4"}])
+            if layout == "tables":
+                shown = [t["split"]["g"] for t in p["tables"] if t["title"].endswith("Intervals")]
+            else:
+                shown = [c["label"] for c in table(p, "Intervals")["dimensions"][0]["categories"]]
+            self.assertEqual(shown, ["0", "3 [g]", "3 [g] (2)"])
+
+    def test_messages_on_groups_that_read_alike(self):
+        """The first group has no valid case: its message is issued before the second one is met."""
+        for text, label in (("3", 3), ("k", "k")):
+            self.write("d.csv", f"x,g\n,{text}\n1,{'4' if text == '3' else 'm'}\n0,{'4' if text == '3' else 'm'}\n")
+            self.schema("d.schema.json", {"name": "g", "type": "integer" if text == "3" else "string",
+                                          "categories": [{"value": 4 if text == "3" else "m", "label": text}]})
+            for layout in ("rows", "tables"):
+                p = self.procedure(COMMAND, "d.csv", "--split", "g", "--split-layout", layout)
+                self.assertEqual([g["split"]["g"] for g in p["cases"]["groups"]], [f"{text} [g]", f"{text} [g] (2)"], label)
+                self.assertEqual([m["split"] for m in p["messages"]], [{"g": f"{text} [g]"}])
 
     def test_gathered_values(self):
         self.write("d.csv", "x,g\n1,a\n2,a\n5,b\n4,b\n")

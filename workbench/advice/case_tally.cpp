@@ -9,7 +9,6 @@
 
 #include "workbench/output/distinguish.h"
 #include "workbench/output/labels.h"
-#include "workbench/output/split_names.h"
 
 namespace workbench {
 namespace {
@@ -122,6 +121,9 @@ void CaseTally::takeCases(const CountedChunk& chunk) {
     groups_.emplace_back();
     const std::vector<SplitValue>& split = dataset_.currentSplit();
     splitValues_.insert(splitValues_.end(), split.begin(), split.end());
+    for (size_t i = 0; i < split.size(); ++i) {
+      groupNames_.note(dataset_.splitVariables()[i], split[i]);
+    }
     variableCases_.resize(groups_.size() * columns_.size());
   }
   const auto rows = static_cast<size_t>(chunk.count);
@@ -270,7 +272,6 @@ CaseTotals CaseTally::shownTotals(const Totals& totals, std::vector<VariableCase
 
 CaseReport CaseTally::report() const {
   CaseReport report;
-  SplitNames names;
   report.weighted = weighted_;
   for (const Column& column : columns_) report.variables.push_back(column.entry->name);
   report.splitVariables = splitNames(dataset_);
@@ -293,7 +294,7 @@ CaseReport CaseTally::report() const {
     if (split.empty()) continue;
     CaseReport::Group& shown = report.groups.emplace_back();
     for (size_t i = 0; i < split.size(); ++i) {
-      shown.split.push_back(names.text(split[i], splitValue(group, i)));
+      shown.split.push_back(groupNames_.text(split[i], splitValue(group, i)));
     }
     shown.cases = shownTotals(totals, {cases, cases + columns_.size()});
   }
@@ -303,11 +304,10 @@ CaseReport CaseTally::report() const {
 
 std::string CaseTally::groupText(size_t group) const {
   const std::vector<std::string> names = splitNames(dataset_);
-  SplitNames values;
   std::string text;
   for (size_t i = 0; i < names.size(); ++i) {
     text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", names[i],
-                        values.text(dataset_.splitVariables()[i], splitValue(group, i)));
+                        groupNames_.text(dataset_.splitVariables()[i], splitValue(group, i)));
   }
   return text;
 }

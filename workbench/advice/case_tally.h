@@ -10,6 +10,7 @@
 #include "workbench/advice/observed_column.h"
 #include "workbench/dataset/case_observer.h"
 #include "workbench/output/case_report.h"
+#include "workbench/output/split_names.h"
 #include "workbench/parser/command_facts.h"
 
 namespace workbench {
@@ -90,7 +91,8 @@ class CaseTally final : public CaseObserver {
 
   // Group after group; one only without split variables.
   std::vector<Totals> groups_;
-  std::vector<SplitValue> splitValues_;       // of each group one for each split variable
+  std::vector<SplitValue> splitValues_;  // of each group one for each split variable
+  SplitNames groupNames_;
   std::vector<VariableCases> variableCases_;  // of each group one for each column
 
   CarefulSum positiveWeight_;

@@ -191,11 +191,14 @@ std::vector<std::string> SourceDataset::namesIn(const std::string& list) const {
       names.back() += c;
     }
   }
-  if (std::find(names.begin(), names.end(), "") != names.end()) {
-    throw DataError(
-        fmt::format("--split: '{}' has a comma without a name beside it.", excerpt(list)));
+  const auto empty = std::find(names.begin(), names.end(), "");
+  if (empty == names.end()) return names;
+  if (names.size() == 1) {
+    throw DataError("--split: the name is empty. Name a variable, or leave the option out.");
   }
-  return names;
+  throw DataError(fmt::format(
+      "--split: the name of place {} in '{}' is empty. Put one comma between two names.",
+      empty - names.begin() + 1, excerpt(list)));
 }
 
 VarIndex SourceDataset::splitVariable(const std::string& name) const {

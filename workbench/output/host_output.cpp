@@ -138,13 +138,15 @@ void BpError(const BpLabel& text, int, int level) {
   workbench::DocumentMessage message{workbench::Severity::kWarning, level, {}, {}, {}, {}};
   message.key = std::move(label.key);
   message.text = std::move(label.text);
+  bool onGroup = false;
   for (const workbench::LabelPart& part : workbench::partsOf(text)) {
     if (part.isSplitList) {
-      message.split = document().shownSplit();
+      onGroup = true;
     } else {
       message.arguments.push_back(workbench::textOf(part));
     }
   }
+  if (onGroup) return document().addGroupMessage(std::move(message));
   document().addMessage(std::move(message));
 }
 

@@ -49,8 +49,10 @@ void OutputDocument::forget() {
   errors_ = 0;
   separateSplits_ = false;
   split_.clear();
+  group_.clear();
   shownSplit_.clear();
   splitNames_ = {};
+  groupMessages_.clear();
 }
 
 void OutputDocument::beginProcedure(const std::string& title, const std::string& command) {
@@ -79,16 +81,38 @@ void OutputDocument::addMessage(DocumentMessage message) {
   if (isError) ++errors_;
 }
 
+void OutputDocument::addGroupMessage(DocumentMessage message) {
+  message.split = shownSplit_;
+  GroupMessage& remembered = groupMessages_.emplace_back();
+  remembered.position = current().messages.size();
+  remembered.group = group_;
+  addMessage(std::move(message));
+}
+
+void OutputDocument::nameGroupsOfMessages() {
+  for (const GroupMessage& each : groupMessages_) {
+    ShownSplit& shown = current().messages[each.position].split;
+    for (size_t i = 0; i < shown.size(); ++i) {
+      const auto& [variable, value] = each.group[i];
+      if (const std::string* name = splitNames_.toldApart(variable, value)) shown[i].second = *name;
+    }
+  }
+}
+
 void OutputDocument::setSplit(const ActiveDataset& dataset) {
   const std::vector<VarIndex>& variables = dataset.splitVariables();
   const std::vector<SplitValue>& values = dataset.currentSplit();
   std::vector<SplitPlace> places;
+  std::vector<std::pair<VarIndex, SplitValue>> group;
   for (size_t i = 0; i < std::min(variables.size(), values.size()); ++i) {
+    splitNames_.note(variables[i], values[i]);
+    group.emplace_back(variables[i], values[i]);
     places.push_back(
         describePlace(variables[i], values[i], splitNames_.text(variables[i], values[i])));
   }
   ShownSplit shown = shownPlaces(places);
   split_ = std::move(places);
+  group_ = std::move(group);
   shownSplit_ = std::move(shown);
   separateSplits_ = dataset.separateSplitLayout();
 }
@@ -106,6 +130,7 @@ void OutputDocument::finishProcedure(const ActiveDataset* dataset) {
                                         [](const auto& table) { return table->cellCount() == 0; }),
                          procedure.tables.end());
   for (const auto& table : procedure.tables) distinguishLabels(*table);
+  nameGroupsOfMessages();
   // The last that may fail, so that a repetition does not say it again.
   if (dataset != nullptr && dataset->failed()) {
     report(Severity::kError, "Data could not be read ^1", {dataset->failure()});

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "workbench/dataset/active_dataset.h"
@@ -46,6 +47,8 @@ class OutputDocument {
 
   /// Adds to the running procedure; an error counts until the next clearErrors.
   void addMessage(DocumentMessage message);
+  /// The same for a message on the split group that is remembered.
+  void addGroupMessage(DocumentMessage message);
   void clearErrors() { errors_ = 0; }
 
   /// Remembers the split group that the data set is at, for the tables and messages that follow.
@@ -58,15 +61,24 @@ class OutputDocument {
   bool separateSplits() const { return separateSplits_; }
 
  private:
+  /// A message on a group: when it is issued, not all groups that its name depends on are known.
+  struct GroupMessage {
+    size_t position = 0;  // among the messages
+    std::vector<std::pair<VarIndex, SplitValue>> group;
+  };
+
   void forget();
+  void nameGroupsOfMessages();
 
   std::vector<std::unique_ptr<DocumentProcedure>> procedures_;
   std::unique_ptr<ProcedureHandles> handles_;  // null when no procedure runs
   int errors_ = 0;
   bool separateSplits_ = false;
   std::vector<SplitPlace> split_;
+  std::vector<std::pair<VarIndex, SplitValue>> group_;  // the same
   ShownSplit shownSplit_;
   SplitNames splitNames_;  // of the running procedure
+  std::vector<GroupMessage> groupMessages_;
 };
 
 }  // namespace workbench

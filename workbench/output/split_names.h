@@ -1,6 +1,7 @@
 /// Names of split groups that stand outside of dimensions.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -10,12 +11,16 @@
 namespace workbench {
 
 /// Names the values of split variables as the categories of a dimension with all of them would be
-/// named: where the labels of a variable give one text to several of its values, these are told
-/// apart.
+/// named: where a value's label reads like another value or its label, these are told apart.
 class SplitNames {
  public:
-  /// The variable is one of the session's data set; its labels are looked at once.
-  std::string text(VarIndex variable, const SplitValue& value);
+  /// A value that occurs. The variable is one of the session's data set; its labels are looked at
+  /// once.
+  void note(VarIndex variable, const SplitValue& value);
+  /// The name of a value that was noted. Another one that is noted later may change it.
+  std::string text(VarIndex variable, const SplitValue& value) const;
+  /// The same; null when the value reads like no label.
+  const std::string* toldApart(VarIndex variable, const SplitValue& value) const;
 
  private:
   struct Ascending {
@@ -24,10 +29,11 @@ class SplitNames {
     }
   };
   using Names = std::map<SplitValue, std::string, Ascending>;
-  /// The values of a variable that share a text with another one, by that text.
-  using Alike = std::map<std::string, Names>;
+  /// The values of a variable that have a label, and those that read like one, by that text.
+  using Alike = std::map<std::string, Names, std::less<>>;
 
-  const Alike& alikeOf(VarIndex variable);
+  static Alike labelled(VarIndex variable);
+  static void tellApart(VarIndex variable, Names& names);
 
   std::map<VarIndex, Alike> alike_;
 };
