@@ -92,6 +92,9 @@ class Listing(ProgramTest):
         self.write("d.csv", "x\n1\n")
         self.assertIn("--list runs no command", self.unusable("d.csv", "--list", "-c", "PROPORTIONS /ONESAMPLE x."))
         self.assertIn("text or json", self.unusable("d.csv", "--list", "--format", "csv"))
+        for option in (["--bootstrap", "10"], ["--seed", "1"], ["--plot"], ["--sentences"], ["--percent"], ["--digits", "3"]):
+            self.assertIn(f"--list runs no command, and has no results for {option[0]}; leave that out",
+                          self.unusable("d.csv", "--list", *option))
         self.assertIn("none.csv", self.unusable("none.csv", "--list"))
         self.write("bad.csv", "x,y\n1,2\n" + "3\n")
         self.assertIn("bad.csv", self.unusable("bad.csv", "--list"))

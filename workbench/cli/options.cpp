@@ -249,16 +249,28 @@ void chooseSeed(const CLI::App& app, ProgramOptions& options) {
   if (app.count("--seed") == 0) options.bootstrap.seed = std::random_device()();
 }
 
+/// Options that say something of results, which a list of variables does without.
+constexpr const char* kResultOptions[] = {"--bootstrap", "--seed",    "--sentences",
+                                          "--plot",      "--percent", "--digits"};
+
+void chooseListing(const CLI::App& app, ProgramOptions& options) {
+  // What is listed is what there is: cases are neither weighted nor grouped.
+  options.data.weight.reset();
+  options.data.split.clear();
+  if (app.count("--command") > 0 || app.count("--file") > 0) {
+    throw UsageError("--list runs no command; leave -c and -f out");
+  }
+  for (const char* name : kResultOptions) {
+    if (app.count(name) == 0) continue;
+    throw UsageError(std::string("--list runs no command, and has no results for ") + name +
+                     "; leave that out");
+  }
+  if (options.format == Format::kText || options.format == Format::kJson) return;
+  throw UsageError("--list is written as text or json");
+}
+
 void chooseCommand(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
   const bool byText = app.count("--command") > 0, byFile = app.count("--file") > 0;
-  if (options.list) {
-    // What is listed is what there is: cases are neither weighted nor grouped.
-    options.data.weight.reset();
-    options.data.split.clear();
-    if (byText || byFile) throw UsageError("--list runs no command; leave -c and -f out");
-    if (options.format == Format::kText || options.format == Format::kJson) return;
-    throw UsageError("--list is written as text or json");
-  }
   if (!byText && !byFile && options.counts) {
     options.commandText = options.counts->command;
     return;
@@ -289,8 +301,12 @@ ProgramOptions readOptions(const std::vector<std::string>& arguments) {
   chooseData(app, raw, options);
   chooseServer(options);
   chooseExplanation(options);
-  chooseSeed(app, options);
-  chooseCommand(app, raw, options);
+  if (options.list) {
+    chooseListing(app, options);
+  } else {
+    chooseSeed(app, options);
+    chooseCommand(app, raw, options);
+  }
   return options;
 }
 
