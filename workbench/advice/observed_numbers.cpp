@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -13,30 +12,40 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// Different numbers, up to a limit. Open addressing: most values are known already.
+/// Different numbers, up to a limit. Open addressing: most values are known already. Small while
+/// there are few, as a command may name ten thousands of variables.
 class NumberSet {
  public:
-  NumberSet() : slots_(kSlots, kSystemMissing) {}
-
   /// False when the set is full and the number is not in it.
   bool add(double number) {
-    const uint64_t bits = std::bit_cast<uint64_t>(number);
-    size_t slot = (bits * 0x9E3779B97F4A7C15ULL) >> (64U - kSlotBits);
-    while (slots_[slot] != kSystemMissing) {
-      if (slots_[slot] == number) return true;
-      slot = (slot + 1) % kSlots;
-    }
+    if (slots_.size() < kRoom * (numbers_.size() + 1)) grow();
+    double& slot = slots_[slotOf(number)];
+    if (slot == number) return true;
     if (numbers_.size() == kMostListedValues) return false;
-    slots_[slot] = number;
+    slot = number;
     numbers_.push_back(number);
     return true;
   }
   const std::vector<double>& numbers() const { return numbers_; }
 
  private:
-  static constexpr unsigned kSlotBits = 12;
-  static constexpr size_t kSlots = size_t{1} << kSlotBits;
-  static_assert(kSlots >= 4 * kMostListedValues);
+  static constexpr size_t kFirstSlots = 16;
+  static constexpr size_t kRoom = 4;  // slots for a number
+
+  /// Where the number is, or should be.
+  size_t slotOf(double number) const {
+    const auto bits = static_cast<unsigned>(std::countr_zero(slots_.size()));
+    size_t slot = (std::bit_cast<uint64_t>(number) * 0x9E3779B97F4A7C15ULL) >> (64U - bits);
+    while (slots_[slot] != kSystemMissing && slots_[slot] != number) {
+      slot = (slot + 1) % slots_.size();
+    }
+    return slot;
+  }
+
+  void grow() {
+    slots_.assign(std::max(kFirstSlots, 2 * slots_.size()), kSystemMissing);
+    for (const double number : numbers_) slots_[slotOf(number)] = number;
+  }
 
   std::vector<double> slots_;  // the system-missing value is an empty one
   std::vector<double> numbers_;

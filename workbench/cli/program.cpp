@@ -121,6 +121,15 @@ int explainCommands(const ProgramOptions& options, const OutputTarget& target) {
   return kDone;
 }
 
+/// Typed counts are few, and in memory.
+ListingSource listingSource(ActiveDataset& dataset) {
+  if (auto* source = dynamic_cast<SourceDataset*>(&dataset)) {
+    return {source->mostVariables(),
+            [source](const auto& some) { return source->fitInMemory(some); }};
+  }
+  return {kFewColumns, [&dataset](const auto& some) { return dataset.beginCommand(some), true; }};
+}
+
 int listData(const ProgramOptions& options, const OutputTarget& target) {
   std::unique_ptr<ActiveDataset> dataset;
   std::vector<ListedVariable> variables;
@@ -130,7 +139,7 @@ int listData(const ProgramOptions& options, const OutputTarget& target) {
     Session session;
     session.dataset = dataset.get();
     const SessionScope scope(session);
-    variables = listVariables(session);
+    variables = listVariables(session, listingSource(*dataset));
   }
   tellCost(*dataset, options);
   if (dataset->failed()) {

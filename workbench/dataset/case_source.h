@@ -83,6 +83,11 @@ struct CaseBlock {
   std::function<std::string(size_t row)> placeOf;
 };
 
+/// Columns of a few cases that a source can be read with at a time in little memory: any source,
+/// and one whose files the program reads itself.
+inline constexpr size_t kFewColumns = 4096;
+inline constexpr size_t kManyColumns = size_t{1} << 16U;
+
 /// Something that holds cases: files, a table of a database, the result of a query. Everything that
 /// is wrong with it is a DataError with what, where and what to do instead; a run that is stopped
 /// from outside ends in Interrupted.
@@ -94,6 +99,8 @@ class CaseSource {
   virtual const std::string& label() const = 0;
   /// In file order. After a read the kinds of the columns read are known.
   virtual const std::vector<SourceVariable>& variables() const = 0;
+  /// How many columns of a few cases can be read at a time in little memory.
+  virtual size_t mostColumns() const { return kFewColumns; }
 
   /// Reads all cases. The same request gives the same values and kinds every time; only how many of
   /// the cases were counted may differ. Cases that take more than the memory limit are left out and

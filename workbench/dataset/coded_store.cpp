@@ -10,8 +10,15 @@
 namespace workbench {
 namespace {
 
-/// Decoded chunks of all columns should stay in the processor's cache.
+/// Decoded chunks of all columns should stay in the processor's cache. Those of many columns or of
+/// wide texts do not, and hold some dozens of cases if they may.
 constexpr size_t kChunkBytes = size_t{256} << 10;
+constexpr size_t kMostChunkBytes = size_t{16} << 20;
+
+size_t casesOfChunk(size_t caseBytes) {
+  const size_t least = std::clamp<size_t>(kMostChunkBytes / caseBytes, 1, 64);
+  return std::clamp<size_t>(kChunkBytes / caseBytes, least, static_cast<size_t>(kMostChunkCases));
+}
 
 /// A split group: its rows end before `end`, those that are combinations before `combinationsEnd`.
 struct Group {
@@ -164,8 +171,7 @@ CodedFeed::CodedFeed(std::shared_ptr<const StoredCases> stored, ColumnViews view
       buffers_(stored_->variables.size()) {
   const auto words = static_cast<size_t>(
       std::accumulate(stored_->words.begin(), stored_->words.end(), int32_t{2}));
-  const auto most = static_cast<size_t>(kMostChunkCases);
-  chunkCases_ = std::clamp<size_t>(kChunkBytes / (words * sizeof(double)), 64, most);
+  chunkCases_ = casesOfChunk(words * sizeof(double));
   for (size_t i = 0; i < buffers_.size(); ++i) {
     buffers_[i].resize(chunkCases_ * static_cast<size_t>(stored_->words[i]));
     views_[stored_->variables[i]] = {buffers_[i].data(), stored_->words[i]};

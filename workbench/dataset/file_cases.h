@@ -18,6 +18,7 @@ class FileCases : public CaseSource {
  public:
   const std::string& label() const final { return files_.label; }
   const std::vector<SourceVariable>& variables() const final { return variables_; }
+  size_t mostColumns() const final { return kManyColumns; }
 
  protected:
   explicit FileCases(DataFiles files) : files_(std::move(files)) {}

@@ -275,12 +275,18 @@ CasePlan SourceDataset::plan() const {
   return plan;
 }
 
-bool SourceDataset::readCasesOnce() {
+bool SourceDataset::fitInMemory(const std::vector<VarIndex>& variables) {
+  beginCommand(variables);
+  return readCasesOnce(false) || failed_;
+}
+
+bool SourceDataset::readCasesOnce(bool spilling) {
   if (failed_) return false;
   if (store_ != nullptr) return true;
   try {
     const CasePlan wanted = plan();
     CodedCases cases = source_->read(wanted.request);
+    if (!cases.complete && !spilling) return false;
     // The missing values of the weight depend on its kind.
     if (weight_ >= 0) {
       settle(weight_, cases.complete ? cases.columns.back().width() : 1);

@@ -64,6 +64,11 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   /// The statements that reading the variables of the command begun would run elsewhere.
   std::vector<std::string> statements() const { return source_->statements(plan().request); }
   std::string cost() const override { return source_->cost(); }
+  /// How many variables of a few cases can be read at a time in little memory.
+  size_t mostVariables() const { return source_->mostColumns(); }
+  /// Begins a command that looks at the variables and reads its cases, unless they do not fit into
+  /// memory: false then. A failure shows as always.
+  bool fitInMemory(const std::vector<VarIndex>& variables);
 
   int32_t variableCount() const override { return static_cast<int32_t>(variables_.size()); }
   const Variable& variable(VarIndex index) override;
@@ -92,8 +97,8 @@ class SourceDataset final : public ActiveDataset, private FeedObserver {
   VarIndex splitVariable(const std::string& name) const;
   VarIndex findOrRefuse(const std::string& name, const char* option) const;
   bool isProjected(VarIndex index) const;
-  /// False after a failure.
-  bool readCasesOnce();
+  /// False after a failure, or when the cases would have to be spilled and must not.
+  bool readCasesOnce(bool spilling = true);
   CaseRequest request(const std::vector<VarIndex>& variables) const;
   CasePlan plan() const;
   void settle(VarIndex index, int32_t width);

@@ -312,13 +312,15 @@ std::vector<ColumnMerger> mergeColumns(const std::vector<ReadShare>& shares,
                                        const std::vector<ColumnPlan>& plans,
                                        const std::vector<std::string>& labels, bool complete) {
   std::vector<ColumnMerger> mergers;
+  WrongForm wrong;
   std::optional<Contradiction> first;
   for (size_t i = 0; i < plans.size(); ++i) {
     mergers.emplace_back(shares, i, plans[i].type);
-    if (complete && mergers.back().hasWrongForm()) throw WrongForm{i};
+    if (complete && mergers.back().hasWrongForm()) wrong.columns.push_back(i);
     const auto& found = mergers.back().contradiction();
     if (found && (!first || *found < *first)) first = found;
   }
+  if (!wrong.columns.empty()) throw wrong;
   if (first) refuseContradiction(*first, plans[first->column], labels[first->place.part]);
   return mergers;
 }

@@ -10,10 +10,10 @@
 
 namespace workbench {
 
-/// A column that was read as numbers although not all of its values are: the files have to be read
-/// again with codes for it.
+/// Columns that were read as numbers although not all of their values are: the files have to be
+/// read again with codes for them.
 struct WrongForm {
-  size_t column = 0;
+  std::vector<size_t> columns;
 };
 
 /// `labels` are the parts'. Throws DataError for the first value that contradicts its column's

@@ -81,7 +81,7 @@ class DelimitedData::Implementation {
       try {
         return readOnce(request, plans);
       } catch (const WrongForm& wrong) {
-        plans[wrong.column].onlyCodes = true;
+        for (const size_t column : wrong.columns) plans[column].onlyCodes = true;
       }
     }
   }
@@ -191,13 +191,17 @@ class DelimitedData::Implementation {
     return std::min(100.0 * static_cast<double>(position) / static_cast<double>(all), 100.0);
   }
 
+  /// A block of a wide file is larger: it costs something for each column, which some dozens of
+  /// records should share.
+  size_t blockBytes() const {
+    constexpr size_t kNarrow = 4096;  // columns
+    constexpr size_t kMostTimes = 16;
+    return options_.blockBytes * std::clamp<size_t>(names_.size() / kNarrow, 1, kMostTimes);
+  }
+
   BlockReader newReader() const {
-    return {parts_,
-            options_.encoding,
-            delimiter(),
-            options_.blockBytes,
-            options_.longestRecord,
-            options_.interrupted};
+    return {parts_,       options_.encoding,      delimiter(),
+            blockBytes(), options_.longestRecord, options_.interrupted};
   }
 
   /// More would find nothing to do.
@@ -205,7 +209,7 @@ class DelimitedData::Implementation {
     unsigned threads = options_.threads;
     if (threads == 0) threads = std::max(1U, std::thread::hardware_concurrency());
     if (bytes < 0 || parts_.front().input->size() != bytes) return threads;
-    const auto blocks = static_cast<uint64_t>(bytes) / options_.blockBytes + 1;
+    const auto blocks = static_cast<uint64_t>(bytes) / blockBytes() + 1;
     return static_cast<unsigned>(std::min<uint64_t>(threads, blocks));
   }
 

@@ -210,13 +210,14 @@ PartHead readHead(TextStream& text, const std::string& label, char delimiter, ch
   const std::string_view header = head.text().substr(0, split.headerEnd());
   refuseWrongBytes(header, label);
   const size_t line = split.index().lineOf(0) + 1;
-  if (const size_t columns = split.fields(0); columns > kMostColumns) {
+  const size_t columns = split.fields(0);
+  if (columns > kMostColumns) {
     throw DataError(fmt::format("{}, line {}: the header has {} columns; up to {} can be read.",
                                 label, line, columns, kMostColumns));
   }
   std::string buffer;
   const uint32_t* positions = split.index().positions() + split.index().base(0);
-  for (size_t i = 0; i < split.fields(0); ++i) {
+  for (size_t i = 0; i < columns; ++i) {
     const uint32_t begin = positions[i] + 1;
     const std::string_view field = header.substr(begin, positions[i + 1] - begin);
     const size_t end = field.find_last_not_of('\r');

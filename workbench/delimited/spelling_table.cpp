@@ -1,24 +1,36 @@
 #include "workbench/delimited/spelling_table.h"
 
+#include <algorithm>
+#include <bit>
 #include <stdexcept>
 
 namespace workbench {
 namespace {
 
-constexpr size_t kFirstSlots = 64;
+constexpr size_t kFirstSlots = 8;
+constexpr size_t kMostRecent = 256;
 
 }  // namespace
 
 SpellingTable::SpellingTable() { clear(); }
 
 void SpellingTable::clear() {
-  recent_.fill({});
   slots_ = std::vector<Slot>(kFirstSlots);
   bytes_ = std::string();
   ends_ = {0};
   parts_ = {0};
   lines_ = {0};
+  recent_.clear();
+  makeRecent();
   put(0, hashOf(0));
+}
+
+/// Room enough for few of the fields to get in each other's way.
+void SpellingTable::makeRecent() {
+  const size_t size = std::min(4 * slots_.size(), kMostRecent);
+  if (size == recent_.size()) return;
+  recent_.assign(size, {});
+  recentShift_ = 64 - static_cast<unsigned>(std::countr_zero(size));
 }
 
 uint64_t SpellingTable::hashOf(const char* begin, size_t length) {
@@ -64,11 +76,13 @@ void SpellingTable::grow() {
   const size_t slots = slots_.size() * 2;
   slots_ = std::vector<Slot>();
   slots_.resize(slots);
+  makeRecent();
   for (uint32_t code = 0; code < ends_.size(); ++code) put(code, hashOf(code));
 }
 
 size_t SpellingTable::memory() const {
-  return slots_.capacity() * sizeof(Slot) + bytes_.capacity() +
+  return sizeof *this + recent_.capacity() * sizeof(Recent) + slots_.capacity() * sizeof(Slot) +
+         bytes_.capacity() +
          ends_.capacity() * (sizeof(uint64_t) + sizeof(uint32_t) + sizeof(uint64_t));
 }
 

@@ -1,7 +1,6 @@
 /// The different fields of a column, each with a code.
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -28,9 +27,11 @@ class SpellingTable {
     if (length > sizeof(uint64_t)) return find(begin, length, hashOf(begin, length), place);
     const uint64_t key = keyOf(begin, length);
     const uint64_t hash = mixed(key);
-    Recent& recent = recent_[hash >> 56U];
-    if (recent.key != key) recent = {key, find(begin, length, hash, place)};
-    return recent.code;
+    const Recent& recent = recent_[hash >> recentShift_];
+    if (recent.key == key) return recent.code;
+    const uint32_t code = find(begin, length, hash, place);
+    recent_[hash >> recentShift_] = {key, code};  // of another size, perhaps, than before
+    return code;
   }
 
   size_t size() const { return ends_.size(); }
@@ -64,6 +65,7 @@ class SpellingTable {
   static uint64_t hashOf(const char* begin, size_t length);
   uint64_t hashOf(uint32_t code) const;
   void put(uint32_t code, uint64_t hash);
+  void makeRecent();
 
   template <class Place>
   uint32_t find(const char* begin, size_t length, uint64_t hash, Place place) {
@@ -79,7 +81,10 @@ class SpellingTable {
   uint32_t insert(std::string_view field, uint64_t hash, DelimitedPlace place);
   void grow();
 
-  std::array<Recent, 256> recent_;
+  // The fields met last, by the first bits of their hashes. There are few while there are few
+  // different fields: of most of ten thousand columns.
+  std::vector<Recent> recent_;
+  unsigned recentShift_ = 0;
   std::vector<Slot> slots_;
   std::string bytes_;
   std::vector<uint64_t> ends_;

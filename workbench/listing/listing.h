@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <variant>
@@ -27,8 +28,16 @@ struct ListedVariable {
   int64_t missing = 0;              ///< cases whose value is missing, of whatever kind
 };
 
-/// Reads the session's data once. What fails shows in the data set.
-std::vector<ListedVariable> listVariables(Session& session);
+/// How the data set that is listed is read.
+struct ListingSource {
+  size_t mostVariables;  ///< read at a time, however few the cases
+  /// As SourceDataset::fitInMemory.
+  std::function<bool(const std::vector<VarIndex>&)> fitInMemory;
+};
+
+/// Reads the session's data, as many variables at a time as fit into memory. What fails shows in
+/// the data set.
+std::vector<ListedVariable> listVariables(Session& session, const ListingSource& source);
 
 /// As proportions-variables/1.
 void writeListingAsJson(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,

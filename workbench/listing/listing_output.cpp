@@ -1,5 +1,6 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "workbench/dataset/value_text.h"
 #include "workbench/listing/listing.h"
@@ -65,9 +66,11 @@ std::string shownText(const Variable& variable, const ListedValue& listed) {
 
 }  // namespace
 
+/// One variable after the other: of a wide file they are too many for one document in memory.
 void writeListingAsJson(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,
                         std::ostream& out) {
-  Json list = Json::array();
+  out << R"({"schema":"proportions-variables/1","variables":[)";
+  const char* separator = "";
   for (const ListedVariable& listed : variables) {
     const Variable& variable = dataset.declaration(listed.variable);
     Json values = Json::array();
@@ -76,13 +79,14 @@ void writeListingAsJson(const ActiveDataset& dataset, const std::vector<ListedVa
                         {"label", labelText(labelOf(variable, value))},
                         {"count", value.count}});
     }
-    list.push_back({{"name", validUtf8(variable.name)},
-                    {"kind", nameOf(variable.kind)},
-                    {"label", labelText(&variable.label)},
-                    {"values", std::move(values)},
-                    {"missing", listed.missing}});
+    const Json entry{{"name", validUtf8(variable.name)},
+                     {"kind", nameOf(variable.kind)},
+                     {"label", labelText(&variable.label)},
+                     {"values", std::move(values)},
+                     {"missing", listed.missing}};
+    out << std::exchange(separator, ",") << entry.dump();
   }
-  out << Json{{"schema", "proportions-variables/1"}, {"variables", std::move(list)}}.dump() << '\n';
+  out << "]}\n";
 }
 
 void writeListingAsText(const ActiveDataset& dataset, const std::vector<ListedVariable>& variables,

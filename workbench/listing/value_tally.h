@@ -20,8 +20,10 @@ class ValueTally {
  public:
   using Counts = std::vector<std::pair<Value, int64_t>>;
 
-  /// Keeps the counts of `kept` values.
-  explicit ValueTally(size_t kept) : kept_(kept) {}
+  /// Keeps the counts of the `kept` smallest values; `held` is how many different ones are counted
+  /// until the large ones are forgotten, if it is well above that.
+  ValueTally(size_t kept, size_t held)
+      : kept_(kept), held_(std::clamp(held, 2 * kept, kMostValues)) {}
 
   template <typename Key>
   void add(const Key& value, int64_t count) {
@@ -32,7 +34,7 @@ class ValueTally {
     }
     if (forgot_ && !Less()(value, largest_)) return;
     counts_.emplace(value, count);
-    if (counts_.size() > kMostValues) forget();
+    if (counts_.size() > held_) forget();
   }
 
   /// The smallest values in order.
@@ -48,7 +50,6 @@ class ValueTally {
   bool hasMore() const { return forgot_ || counts_.size() > kept_; }
 
  private:
-  /// Different values that are counted until the large ones are forgotten.
   static constexpr size_t kMostValues = 4096;
 
   void forget() {
@@ -59,6 +60,7 @@ class ValueTally {
   }
 
   size_t kept_;
+  size_t held_;
   std::unordered_map<Value, int64_t> counts_;
   Value largest_{};  ///< of those that are kept, once others were forgotten
   bool forgot_ = false;

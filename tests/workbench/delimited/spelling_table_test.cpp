@@ -37,6 +37,18 @@ TEST(SpellingTable, AsksForThePlaceOfNewFieldsOnly) {
   table.clear();
   EXPECT_EQ(table.size(), 1U);
   EXPECT_EQ(table.codeOf(field.data(), 0, [] { return DelimitedPlace(); }), 0U);
+  EXPECT_EQ(table.codeOf("x       ", 1, [] { return DelimitedPlace(); }), 1U);
+  EXPECT_EQ(table.codeOf(field.data(), 3, [] { return DelimitedPlace{4, 11}; }), 2U);
+  EXPECT_EQ(table.place(2).line, 11U);
+}
+
+// As many as a file may have columns, and there is one for each of them and each thread.
+TEST(SpellingTable, TakesLittleMemoryForFewFields) {
+  SpellingTable table;
+  for (const char* field : {"0       ", "1       ", "9       "}) {
+    table.codeOf(field, 1, [] { return DelimitedPlace(); });
+  }
+  EXPECT_LT(table.memory(), 1024U);
 }
 
 }  // namespace
