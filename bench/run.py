@@ -21,6 +21,7 @@ REPEATS = 3
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 BIN = os.path.join(ROOT, "build", "bin")
 ENGINE, R, LIMIT, TENTH, NO_SAMPLES = "engine", "R", "limit", "a tenth", "without"
+PIPE, INFLATE = "pipe", "decompression"
 
 
 class Figure(NamedTuple):
@@ -138,6 +139,27 @@ def large_files(folder, rows):
             {NO_SAMPLES: program(text, eight)}, {NO_SAMPLES: 1.5})
 
 
+def streams(folder, rows):
+    """Through a pipe and compressed, beside the pipe and the decompression alone."""
+    text = f"{folder}/large.csv"
+    eight = "PROPORTIONS /ONESAMPLE v1 TO v8."
+    piped = f"cat {text} | {BIN}/proportions - -c '{eight}'"
+    compare(f"{rows:,} rows of CSV on standard input", ["sh", "-c", piped], {PIPE: ["sh", "-c", f"cat {text} | cat"]}, {PIPE: 1.2})
+    subprocess.run(["gzip", "-6", "-k", text], check=True)
+    compare(f"{rows:,} rows of CSV, gzip", program(f"{text}.gz", eight), {INFLATE: [f"{BIN}/inflate_limit", f"{text}.gz"]},
+            {INFLATE: 1.2})
+
+
+def wide_file(folder):
+    """60,000 columns beside a tenth of them: linear where the ratio is ten."""
+    def wide(columns):
+        data = make_data(f"{folder}/wide{columns}.csv", 100, columns)
+        return program(data, "PROPORTIONS /ONESAMPLE v5."), [f"{BIN}/proportions", data, "--list"]
+    (one, listed), (tenth, tenth_listed) = wide(60_000), wide(6_000)
+    compare("100 rows, 1 variable of 60,000", one, {TENTH: tenth}, {TENTH: 12})
+    compare("100 rows, 60,000 variables listed", listed, {TENTH: tenth_listed}, {TENTH: 12, "memory": 512})
+
+
 def stat_files(folder, rows):
     """Eight binary variables of a .dta file, beside R's haven, which reads all of them into memory."""
     columns = [{"name": f"v{i}", "type": "int8"} for i in range(1, 9)]
@@ -217,7 +239,9 @@ def main():
         many_groups(folder, max(100, rows // 10))
         many_pairs(folder, min(rows, 100_000))
         samples(folder)
+        wide_file(folder)
         large_files(folder, rows)
+        streams(folder, rows)
         stat_files(folder, rows)
 
 
