@@ -7,7 +7,20 @@
 namespace workbench {
 namespace {
 
+/// So few are compared one by one.
+constexpr size_t kFewLabels = 8;
+
+bool anyAlikeOfFew(const std::vector<LabelData*>& labels) {
+  for (size_t i = 1; i < labels.size(); ++i) {
+    for (size_t k = 0; k < i; ++k) {
+      if (labels[i]->text == labels[k]->text) return true;
+    }
+  }
+  return false;
+}
+
 bool anyAlike(const std::vector<LabelData*>& labels) {
+  if (labels.size() <= kFewLabels) return anyAlikeOfFew(labels);
   std::unordered_set<std::string_view> seen;
   return std::any_of(labels.begin(), labels.end(),
                      [&](const LabelData* label) { return !seen.insert(label->text).second; });

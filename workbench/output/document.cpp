@@ -1,11 +1,13 @@
 #include "workbench/output/document.h"
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 
 namespace workbench {
 namespace {
+
+/// As many cells are looked through one by one rather than by their index.
+constexpr size_t kFewCells = 64;
 
 /// Room for one more element, so that adding it cannot fail half-way through several additions.
 template <typename Element>
@@ -37,18 +39,17 @@ uint64_t Dimension::hash(int32_t parent, std::string_view identity, bool leaf) {
 }
 
 int32_t Dimension::find(int32_t parent, std::string_view identity, bool leaf) const {
-  const uint32_t found = index_.find(hash(parent, identity, leaf), [&](uint32_t number) {
+  const uint64_t wanted = hash(parent, identity, leaf);
+  const uint32_t found = index_.find(wanted, [&](uint32_t number) {
     const DimensionNode& child = nodes_[number];
-    return child.parent == parent && (child.leaf >= 0) == leaf && child.label.identity == identity;
+    return child.hash == wanted && child.parent == parent && (child.leaf >= 0) == leaf &&
+           child.label.identity == identity;
   });
   return found == NumberIndex::kNone ? -1 : static_cast<int32_t>(found);
 }
 
 int32_t Dimension::add(int32_t parent, LabelData label, bool leaf) {
-  index_.makeRoom([this](uint32_t number) {
-    const DimensionNode& child = nodes_[number];
-    return hash(child.parent, child.label.identity, child.leaf >= 0);
-  });
+  index_.makeRoom([this](uint32_t number) { return nodes_[number].hash; });
   makeRoom(nodes_);
   makeRoom(leaves_);
   makeRoom(nodes_[static_cast<size_t>(parent)].children);
@@ -56,6 +57,7 @@ int32_t Dimension::add(int32_t parent, LabelData label, bool leaf) {
   // From here on nothing can fail.
   const auto index = static_cast<int32_t>(nodes_.size());
   DimensionNode child;
+  child.hash = hash(parent, label.identity, leaf);
   child.label = std::move(label);
   child.parent = parent;
   if (leaf) {
@@ -63,7 +65,7 @@ int32_t Dimension::add(int32_t parent, LabelData label, bool leaf) {
     leaves_.push_back(index);
   }
   nodes_[static_cast<size_t>(parent)].children.push_back(index);
-  index_.insert(hash(parent, child.label.identity, leaf), static_cast<uint32_t>(index));
+  index_.insert(child.hash, static_cast<uint32_t>(index));
   nodes_.push_back(std::move(child));
   return index;
 }
@@ -85,10 +87,7 @@ void Dimension::addFootnote(int32_t index, LabelData footnote) {
 }
 
 size_t Table::findDimension(std::string_view identity) const {
-  const auto found =
-      std::find_if(dimensions_.begin(), dimensions_.end(),
-                   [&](const Dimension& entry) { return entry.label().identity == identity; });
-  return static_cast<size_t>(found - dimensions_.begin());
+  return findDimensionIf([&](const LabelData& label) { return label.identity == identity; });
 }
 
 size_t Table::addDimension(LabelData label) {
@@ -106,17 +105,13 @@ uint64_t Table::hash(const int32_t* place, size_t stride) {
 void Table::widenPlaces() {
   const size_t wider = dimensions_.size();
   std::vector<int32_t> places(cells_.size() * wider, -1);
-  NumberIndex index;
-  for (uint32_t cell = 0; cell < cells_.size(); ++cell) {
-    const auto from = places_.begin() + static_cast<ptrdiff_t>(cell * stride_);
-    std::copy(from, from + static_cast<ptrdiff_t>(stride_),
-              places.begin() + static_cast<ptrdiff_t>(cell * wider));
-    const auto hashOf = [&](uint32_t number) { return hash(&places[number * wider], wider); };
-    index.makeRoom(hashOf);
-    index.insert(hashOf(cell), cell);
+  for (size_t cell = 0; cell < cells_.size(); ++cell) {
+    std::copy_n(places_.data() + cell * stride_, stride_, places.data() + cell * wider);
   }
+  newest_.resize(wider);
   place_.resize(wider);
-  index_ = std::move(index);
+  index_.clear();
+  indexed_ = 0;
   places_ = std::move(places);
   stride_ = wider;
 }
@@ -128,10 +123,35 @@ void Table::locate(size_t dimension, int32_t leaf) {
   place_[dimension] = leaf;
 }
 
-uint32_t Table::findCell() const {
-  return index_.find(hash(place_.data(), stride_), [this](uint32_t cell) {
-    return std::memcmp(&places_[cell * stride_], place_.data(), stride_ * sizeof(int32_t)) == 0;
-  });
+bool Table::isAtPlace(uint32_t cell) const {
+  return std::equal(place_.begin(), place_.end(), &places_[cell * stride_]);
+}
+
+/// A table grows row by row: most cells are in a row whose leaf is new to a dimension, and none
+/// that was written before can be at such a place.
+uint32_t Table::findCell() {
+  uint32_t first = 0;
+  for (size_t i = 0; i < stride_; ++i) {
+    if (place_[i] > newest_[i].leaf) return NumberIndex::kNone;
+    if (place_[i] == newest_[i].leaf) first = std::max(first, newest_[i].firstCell);
+  }
+  return cells_.size() - first <= kFewCells ? findSince(first) : findIndexed();
+}
+
+uint32_t Table::findSince(uint32_t first) const {
+  for (auto cell = static_cast<uint32_t>(cells_.size()); cell-- > first;) {
+    if (isAtPlace(cell)) return cell;
+  }
+  return NumberIndex::kNone;
+}
+
+uint32_t Table::findIndexed() {
+  for (; indexed_ < cells_.size(); ++indexed_) {
+    index_.makeRoom([this](uint32_t cell) { return hashOfCell(cell); });
+    index_.insert(hashOfCell(indexed_), indexed_);
+  }
+  return index_.find(hash(place_.data(), stride_),
+                     [this](uint32_t cell) { return isAtPlace(cell); });
 }
 
 void Table::setCell(size_t dimension, int32_t leaf, double value, BpFormatSpec::Kind format) {
@@ -140,10 +160,12 @@ void Table::setCell(size_t dimension, int32_t leaf, double value, BpFormatSpec::
     cells_[found] = {value, -1, format};
     return;
   }
-  index_.makeRoom([this](uint32_t cell) { return hashOfCell(cell); });
   makeRoom(cells_);
   places_.insert(places_.end(), place_.begin(), place_.end());
-  index_.insert(hash(place_.data(), stride_), static_cast<uint32_t>(cells_.size()));
+  const auto cell = static_cast<uint32_t>(cells_.size());
+  for (size_t i = 0; i < stride_; ++i) {
+    if (place_[i] > newest_[i].leaf) newest_[i] = {place_[i], cell};
+  }
   cells_.push_back({value, -1, format});
 }
 

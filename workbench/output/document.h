@@ -63,6 +63,7 @@ struct DocumentMessage {
 /// A node of a dimension's tree. Node 0 is the root and has no label.
 struct DimensionNode {
   LabelData label;
+  uint64_t hash = 0;  ///< of its place and its label's identity
   int32_t parent = -1;
   int32_t leaf = -1;  ///< number of the leaf in order of addition; -1 for groups
   std::vector<int32_t> children;
@@ -141,6 +142,13 @@ class Table {
   Dimension& dimension(size_t position) { return dimensions_[position]; }
   /// The position of the dimension of that identity, or the number of dimensions.
   size_t findDimension(std::string_view identity) const;
+  /// The same of the first dimension whose label is the one looked for.
+  template <typename IsWanted>
+  size_t findDimensionIf(IsWanted isWanted) const {
+    size_t position = 0;
+    while (position < dimensions_.size() && !isWanted(dimensions_[position].label())) ++position;
+    return position;
+  }
   size_t addDimension(LabelData label);
 
   size_t cellCount() const { return cells_.size(); }
@@ -162,8 +170,17 @@ class Table {
   std::vector<size_t> displayOrder(int axis) const;
 
  private:
+  /// The last of a dimension's leaves that has a cell, and the first of its cells.
+  struct NewestLeaf {
+    int32_t leaf = -1;
+    uint32_t firstCell = 0;
+  };
+
   void locate(size_t dimension, int32_t leaf);
-  uint32_t findCell() const;
+  uint32_t findCell();
+  uint32_t findSince(uint32_t first) const;
+  uint32_t findIndexed();
+  bool isAtPlace(uint32_t cell) const;
   static uint64_t hash(const int32_t* place, size_t stride);
   uint64_t hashOfCell(uint32_t cell) const { return hash(&places_[cell * stride_], stride_); }
   void widenPlaces();
@@ -174,7 +191,9 @@ class Table {
   size_t stride_ = 0;
   std::vector<int32_t> places_;  ///< stride_ leaves per cell
   std::vector<TableCell> cells_;
-  NumberIndex index_;
+  std::vector<NewestLeaf> newest_;  ///< by dimension, the first stride_ of them
+  NumberIndex index_;               ///< of the cells before indexed_
+  uint32_t indexed_ = 0;
   std::vector<int32_t> place_;  ///< the place that was located last
   std::vector<CellNoteText> notes_;
 };

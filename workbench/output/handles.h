@@ -62,12 +62,19 @@ struct DimensionHandles {
 
   Dimension& model() const { return table.dimension(position); }
   NodeHandles& node(int32_t index);
+  /// The node of that label below another, made when it is not there yet.
+  int32_t nodeBelow(int32_t parent, const BpLabel& label, bool leaf);
 
   Table& table;
   size_t position;
 
  private:
+  int32_t findRecent(int32_t parent, const BpLabel& label, bool leaf);
+  void rememberRecent(int32_t node);
+
   std::deque<NodeHandles> nodes_;  // a deque never moves its elements: references stay good
+  std::vector<int32_t> recent_;    // nodes of plain texts
+  size_t nextRecent_ = 0;
 };
 
 /// Handles of one table.

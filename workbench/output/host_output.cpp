@@ -12,12 +12,6 @@ namespace {
 
 OutputDocument& document() { return *currentSession().document; }
 
-/// The node of that label below another, made when it is not there yet.
-int32_t nodeBelow(Dimension& dimension, int32_t parent, const BpLabel& label, bool leaf) {
-  const int32_t found = dimension.find(parent, identityOf(label), leaf);
-  return found >= 0 ? found : dimension.add(parent, describe(label), leaf);
-}
-
 /// Binds the split dimensions of a shared table to the current group.
 void bindSplit(Table& table) {
   for (const SplitPlace& place : document().split()) {
@@ -84,13 +78,13 @@ void BpCategory::Note(const BpLabel& label) {
 
 BpGroup& BpGroup::Group(const BpLabel& label, int, int) {
   workbench::DimensionHandles& dimension = impl_->dimension;
-  const int32_t node = workbench::nodeBelow(dimension.model(), impl_->node, label, false);
+  const int32_t node = dimension.nodeBelow(impl_->node, label, false);
   return dimension.node(node).group.handle;
 }
 
 BpCategory& BpGroup::Category(const BpLabel& label) {
   workbench::DimensionHandles& dimension = impl_->dimension;
-  const int32_t node = workbench::nodeBelow(dimension.model(), impl_->node, label, true);
+  const int32_t node = dimension.nodeBelow(impl_->node, label, true);
   BpCategory& category = dimension.node(node).category.handle;
   dimension.model().makeCurrent(node);
   return category;
@@ -104,7 +98,9 @@ void BpDimension::Position(int axis, int level, int, int) {
 
 BpDimension& BpPivotTable::Dimension(const BpLabel& label, int) {
   workbench::Table& table = impl_->table.table;
-  size_t position = table.findDimension(workbench::identityOf(label));
+  size_t position = table.findDimensionIf([&](const workbench::LabelData& known) {
+    return workbench::hasIdentity(label, known.identity);
+  });
   if (position == table.dimensions().size()) {
     position = table.addDimension(workbench::describe(label));
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "workbench/catalogue/catalogue.h"
 #include "workbench/dataset/value_text.h"
@@ -16,6 +17,9 @@ namespace workbench {
 namespace {
 
 constexpr int kByLabel = 2;
+
+/// Begins the identity of a plain text.
+constexpr char kTextIdentity = 'S';
 
 const Variable& declaration(VarIndex variable) {
   return currentSession().dataset->declaration(variable);
@@ -219,7 +223,7 @@ std::string identityOf(const BpLabel& label) {
   std::string identity;
   switch (label.kind()) {
     case BpLabel::Kind::kString:
-      identity = 'S';
+      identity = kTextIdentity;
       identity += static_cast<const BpString&>(label).text();
       break;
     case BpLabel::Kind::kVariable:
@@ -235,7 +239,15 @@ std::string identityOf(const BpLabel& label) {
   return identity;
 }
 
-LabelData describe(const BpLabel& label) {
+bool hasIdentity(const BpLabel& label, std::string_view identity) {
+  if (label.kind() != BpLabel::Kind::kString) return identityOf(label) == identity;
+  return !identity.empty() && identity.front() == kTextIdentity &&
+         identity.substr(1) == static_cast<const BpString&>(label).text();
+}
+
+LabelData describe(const BpLabel& label) { return describe(label, identityOf(label)); }
+
+LabelData describe(const BpLabel& label, std::string identity) {
   LabelData data;
   switch (label.kind()) {
     case BpLabel::Kind::kString:
@@ -248,7 +260,7 @@ LabelData describe(const BpLabel& label) {
       data = describeComposite(composite(label));
       break;
   }
-  data.identity = identityOf(label);
+  data.identity = std::move(identity);
   return data;
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/output.h"
@@ -32,8 +33,13 @@ struct LabelPart {
 /// Bytes that are equal exactly for labels of the same structure. Cheap: shows nothing.
 std::string identityOf(const BpLabel& label);
 
+/// Whether that is the label's identity. A plain text is compared as it stands.
+bool hasIdentity(const BpLabel& label, std::string_view identity);
+
 /// All about a label, with its text from the catalogue and the dictionary of the session.
 LabelData describe(const BpLabel& label);
+/// The same with its identity, which is known already.
+LabelData describe(const BpLabel& label, std::string identity);
 
 /// A value of a split variable as a category of that variable's dimension.
 LabelData describeSplitValue(VarIndex variable, const SplitValue& value);

@@ -1,5 +1,8 @@
 #include <cmath>
 #include <limits>
+#include <map>
+#include <string>
+#include <utility>
 
 #include "output_fixture.h"
 
@@ -68,6 +71,59 @@ TEST_F(Tables, ACellStandsAtTheCurrentCategories) {
   columns.Category(text("z")).Cell(count(5));
   EXPECT_EQ(cellsText(*finish().tables[0]),
             "a/ x/ 1.000\nb/ x/ 2.000\nb/ y/ 3.000\na/ y/ 4.000\nb/ z/ 5.000\n");
+}
+
+/// Row by row, then at places of rows long ago, the first of which are replaced and the others new.
+TEST_F(Tables, CellsAreFoundAmongManyInAnyOrder) {
+  begin();
+  BpProcedure procedure("Proportions", 10);
+  BpPivotTable& table = pivot(procedure, "T");
+  BpDimension& rows = dimensionAt(table, text("R"), 0);
+  BpDimension& columns = dimensionAt(table, text("C"), 1);
+  const auto put = [&](int row, int column, double value) {
+    rows.Category(composite("^1", count(row)));
+    columns.Category(composite("^1", count(column))).Cell(count(value));
+  };
+  for (int row = 0; row < 300; ++row) {
+    for (int column = 0; column < 3; ++column) put(row, column, row);
+  }
+  for (int row = 299; row >= 0; row -= 2) {
+    for (int column = 4; column > 0; --column) put(row, column, -column);
+  }
+  const Table& done = *finish().tables[0];
+  std::map<std::pair<int32_t, int32_t>, double> found;
+  for (size_t cell = 0; cell < done.cellCount(); ++cell) {
+    found[{done.leafOf(cell, 0), done.leafOf(cell, 1)}] = done.cell(cell).value;
+  }
+  EXPECT_EQ(found.size(), done.cellCount()) << "no place has two cells";
+  std::map<std::pair<int32_t, int32_t>, double> expected;
+  for (int row = 0; row < 300; ++row) {
+    for (int column = 0; column < 3; ++column) expected[{row, column}] = row;
+    if (row % 2 == 0) continue;
+    // The leaf of column 4 came before that of column 3.
+    for (const auto& [leaf, column] : {std::pair(1, 1), {2, 2}, {3, 4}, {4, 3}}) {
+      expected[{row, leaf}] = -column;
+    }
+  }
+  EXPECT_EQ(found, expected);
+}
+
+/// More texts than are remembered, below several groups, in an order that changes.
+TEST_F(Tables, TextsAreFoundBelowTheirOwnParent) {
+  begin();
+  BpProcedure procedure("Proportions", 10);
+  BpDimension& columns = dimensionAt(pivot(procedure, "T"), text("C"), 1);
+  std::map<std::string, BpCategory*> made;
+  for (int step = 0; step < 600; ++step) {
+    const std::string group = "G" + std::to_string(step % 5);
+    const std::string leaf = "L" + std::to_string(step * 7 % 23);
+    BpCategory& category = columns.Group(text(group.c_str()), 1, 2).Category(text(leaf.c_str()));
+    const auto [known, isNew] = made.emplace(group + leaf, &category);
+    EXPECT_EQ(known->second, &category) << group << leaf;
+    category.Cell(count(step));
+  }
+  EXPECT_EQ(made.size(), 5U * 23U);
+  EXPECT_EQ(finish().tables[0]->dimensions()[0].leafCount(), 5 * 23);
 }
 
 TEST_F(Tables, ASecondCellReplacesTheFirstWithItsNote) {
