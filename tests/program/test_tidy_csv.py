@@ -54,6 +54,12 @@ class TidyCsv(ProgramTest):
             self.assertAlmostEqual(float(row["difference"]), 4 / 6 - .25, delta=1e-15)
             self.assertEqual(row["z"] == "", row["method"] in ("EXACT", "MIDP"))
 
+    def test_many_rows_stand_in_order(self):
+        """Rows that are made side by side are written one after the other."""
+        self.write("many.csv", "g,x\n" + "".join(f"{group},{group % 2}\n{group},1\n" for group in range(9000)))
+        rows = self.rows("PROPORTIONS /ONESAMPLE x CITYPES=WALD TESTTYPES=NONE /SUCCESS VALUE=LEVEL(1).", "--split", "g", data="many.csv")
+        self.assertEqual([(row["g"], row["successes"]) for row in rows], [(str(group), str(1 + group % 2)) for group in range(9000)])
+
     def test_paired_statistics_carry_both_variables(self):
         rows = self.rows("PROPORTIONS /PAIREDSAMPLES a WITH b CITYPES=ALL TESTTYPES=ALL /SUCCESS VALUE=LEVEL(1).")
         statistics = [r for r in rows if r["table"] == "statistics"]

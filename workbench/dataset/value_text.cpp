@@ -32,15 +32,23 @@ std::optional<double> parseLabel(const Variable& variable, std::string_view text
 }  // namespace
 
 std::string shortestNumber(double value) {
+  NumberBuffer buffer;
+  return std::string(shortestNumber(value, buffer));
+}
+
+std::string_view shortestNumber(double value, NumberBuffer& buffer) {
   if (value == kSystemMissing) return ".";
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
   const double size = std::fabs(value);
   if (size == 0.0) return "0";
-  if (size < kSmallestPlain || size >= kLargestPlain) return fmt::format("{}", value);
-  std::array<char, 64> buffer{};
-  char* const end = buffer.data() + buffer.size();
-  return {buffer.data(), std::to_chars(buffer.data(), end, value, std::chars_format::fixed).ptr};
+  char* end = buffer.data() + buffer.size();
+  if (size < kSmallestPlain || size >= kLargestPlain) {
+    end = fmt::format_to(buffer.data(), "{}", value);
+  } else {
+    end = std::to_chars(buffer.data(), end, value, std::chars_format::fixed).ptr;
+  }
+  return {buffer.data(), end};
 }
 
 std::string valueText(const Variable& variable, double value) {

@@ -1,6 +1,7 @@
 /// Values of variables as text, and back.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,10 @@ namespace workbench {
 /// exponent only below 1e-9 and from 1e16 on ("1e-10", "1e+300"); "." for the system-missing value,
 /// "NaN", "Infinity" and "-Infinity" for those. Minus zero reads "0".
 std::string shortestNumber(double value);
+
+/// The same written into a buffer.
+using NumberBuffer = std::array<char, 64>;
+std::string_view shortestNumber(double value, NumberBuffer& buffer);
 
 /// A value without its label: numbers in shortest form, dates as 2026-01-31, times as 12:30:00
 /// (with fractions when there are any), date-times as 2026-01-31 12:30:00, booleans as 0 or 1; "."

@@ -1,8 +1,13 @@
 #include <algorithm>
 #include <array>
+#include <deque>
+#include <future>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "workbench/render/csv_estimates.h"
@@ -77,11 +82,35 @@ class TableRows {
     if (rows_.testValue()) testValue_ = csvNumber(*rows_.testValue());
   }
 
+  /// Many rows are made in blocks, some at a time side by side, and written in their order.
   void write(Writer& out) const {
-    for (size_t row = 0; row < rows_.count(); ++row) writeRow(row, out);
+    const auto together = std::max<size_t>(1, std::thread::hardware_concurrency());
+    std::deque<std::future<std::string>> blocks;
+    size_t next = 0;
+    do {
+      const size_t last = std::min(rows_.count(), next + kRowsInBlock);
+      const auto launch =
+          rows_.count() <= kRowsInBlock ? std::launch::deferred : std::launch::async;
+      blocks.push_back(std::async(launch, &TableRows::block, this, next, last));
+      next = last;
+      for (; !blocks.empty() && (blocks.size() > together || next == rows_.count());
+           blocks.pop_front()) {
+        out << blocks.front().get();
+      }
+    } while (next < rows_.count());
   }
 
  private:
+  static constexpr size_t kRowsInBlock = 4096;
+
+  std::string block(size_t first, size_t last) const {
+    std::ostringstream text;
+    Writer out(text);
+    for (size_t row = first; row < last; ++row) writeRow(row, out);
+    out.finish();
+    return std::move(text).str();
+  }
+
   void writeRow(size_t row, Writer& out) const {
     out << start_;
     for (size_t split = 0; split < splits_.size(); ++split) {
@@ -113,7 +142,8 @@ class TableRows {
   }
 
   void writeNumber(size_t row, Quantity quantity, Writer& out) const {
-    out << ',' << csvNumber(rows_.value(row, quantity));
+    out << ',';
+    writeCsvNumber(rows_.value(row, quantity), out);
   }
 
   void writeNotes(size_t row, Writer& out) const {

@@ -39,6 +39,12 @@ bool startsFormula(std::string_view text) {
          !isNumber(text);
 }
 
+std::string_view csvNumber(double value, NumberBuffer& buffer) {
+  if (value == kSystemMissing) return "";
+  if (std::isinf(value)) return value > 0 ? "Inf" : "-Inf";
+  return shortestNumber(value, buffer);
+}
+
 }  // namespace
 
 std::string csvText(std::string_view text) {
@@ -52,9 +58,13 @@ std::string csvText(std::string_view text) {
 }
 
 std::string csvNumber(double value) {
-  if (value == kSystemMissing) return "";
-  if (std::isinf(value)) return value > 0 ? "Inf" : "-Inf";
-  return shortestNumber(value);
+  NumberBuffer buffer;
+  return std::string(csvNumber(value, buffer));
+}
+
+void writeCsvNumber(double value, Writer& out) {
+  NumberBuffer buffer;
+  out << csvNumber(value, buffer);
 }
 
 }  // namespace workbench

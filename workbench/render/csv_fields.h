@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "workbench/render/writer.h"
+
 namespace workbench {
 
 /// A text as a field: in quotes where it needs them, and with an apostrophe before what a
@@ -14,5 +16,6 @@ std::string csvText(std::string_view text);
 /// A number that reads back as the same double; "NaN", "Inf" and "-Inf" as such, nothing for the
 /// missing value.
 std::string csvNumber(double value);
+void writeCsvNumber(double value, Writer& out);
 
 }  // namespace workbench

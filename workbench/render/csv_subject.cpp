@@ -48,7 +48,7 @@ std::string_view csvNameOf(Design design) {
 }
 
 void writeCsvSubject(const ResultSubject& subject, const std::string& grouping, Writer& out) {
-  const LabelData none;
+  static const LabelData none;
   const LabelData& first = subject.variable == nullptr ? none : *subject.variable;
   const LabelData& second = subject.variable2 == nullptr ? none : *subject.variable2;
   // The label of an interval's or a test's pair names both of its variables.
