@@ -62,6 +62,8 @@ class ColumnMerger {
     return isMissingIn(kind_, value) ? kNoNumber : value.number;
   }
   uint32_t codeOf(size_t share, uint32_t code) const { return codes_[share][code]; }
+  /// The same by code of the share.
+  const std::vector<uint32_t>& codesOf(size_t share) const { return codes_[share]; }
 
  private:
   struct Entry {
@@ -246,6 +248,16 @@ void addSorted(std::vector<Counted>& combinations, const CombinationTable& table
             });
 }
 
+template <class Own, class Code>
+void appendCodes(const std::vector<Own>& own, const std::vector<uint32_t>& common,
+                 std::vector<Code>& codes) {
+  const size_t before = codes.size();
+  codes.resize(before + own.size());
+  const uint32_t* const to = common.data();
+  std::transform(own.begin(), own.end(), codes.data() + before,
+                 [to](Own code) { return static_cast<Code>(to[code]); });
+}
+
 template <class Code>
 void fillCodes(std::vector<Code>& codes, size_t column, const ColumnMerger& merger,
                const std::vector<Counted>& combinations, std::vector<PlacedPiece>& pieces) {
@@ -259,9 +271,7 @@ void fillCodes(std::vector<Code>& codes, size_t column, const ColumnMerger& merg
         [&](auto& own) {
           using Own = typename std::decay_t<decltype(own)>::value_type;
           if constexpr (!std::is_same_v<Own, double>) {
-            for (const Own code : own) {
-              codes.push_back(static_cast<Code>(merger.codeOf(placed.share, code)));
-            }
+            appendCodes(own, merger.codesOf(placed.share), codes);
           }
           own = {};
         },

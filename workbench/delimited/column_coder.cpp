@@ -24,15 +24,14 @@ class FieldCursor {
         positions_(index_.positions() + field),
         last_(field + 1 == index_.columns()) {}
 
-  /// Calls `visit(record, begin, length)` for each record.
+  /// Calls `visit(record, begin, length)` for each record from `first` to before `last`.
   template <class Visit>
-  void forEach(Visit visit) const {
-    const size_t records = index_.records();
+  void forEach(size_t first, size_t last, Visit visit) const {
     if (const uint32_t* bases = index_.bases()) {
-      for (size_t record = 0; record < records; ++record) show(record, bases[record], visit);
+      for (size_t record = first; record < last; ++record) show(record, bases[record], visit);
     } else {
       const size_t columns = index_.columns();
-      for (size_t record = 0; record < records; ++record) show(record, record * columns, visit);
+      for (size_t record = first; record < last; ++record) show(record, record * columns, visit);
     }
   }
 
@@ -70,17 +69,18 @@ uint32_t ColumnCoder::codeOfConstant(const std::string& text, uint32_t part) {
   return fields_.codeOf(field.data(), length, [&] { return DelimitedPlace{part, 0}; });
 }
 
-void ColumnCoder::readCodes(const TextBlock& block, uint32_t* codes) {
+void ColumnCoder::readCodes(const TextBlock& block, size_t first, size_t last, uint32_t* codes) {
   const ColumnPlan::Origin& origin = plan_->origins[block.part];
   if (origin.constant) {
-    std::fill_n(codes, block.index().records(), codeOfConstant(*origin.constant, block.part));
+    std::fill(codes + first, codes + last, codeOfConstant(*origin.constant, block.part));
     return;
   }
-  FieldCursor(block, origin.field).forEach([&](size_t record, const char* begin, size_t length) {
-    codes[record] = fields_.codeOf(begin, length, [&] {
-      return DelimitedPlace{block.part, block.lineOf(record)};
-    });
-  });
+  FieldCursor(block, origin.field)
+      .forEach(first, last, [&](size_t record, const char* begin, size_t length) {
+        codes[record] = fields_.codeOf(begin, length, [&] {
+          return DelimitedPlace{block.part, block.lineOf(record)};
+        });
+      });
 }
 
 void ColumnCoder::readNumbers(const TextBlock& block, double* numbers) {
@@ -96,9 +96,10 @@ void ColumnCoder::readNumbers(const TextBlock& block, double* numbers) {
     std::fill_n(numbers, block.index().records(), numberOf(*origin.constant, 0));
     return;
   }
-  FieldCursor(block, origin.field).forEach([&](size_t record, const char* begin, size_t length) {
-    numbers[record] = numberOf(fieldText({begin, length}, buffer), block.lineOf(record));
-  });
+  FieldCursor(block, origin.field)
+      .forEach(0, block.index().records(), [&](size_t record, const char* begin, size_t length) {
+        numbers[record] = numberOf(fieldText({begin, length}, buffer), block.lineOf(record));
+      });
 }
 
 void ColumnCoder::readKinds(const TextBlock& block) {
@@ -108,7 +109,7 @@ void ColumnCoder::readKinds(const TextBlock& block) {
     return;
   }
   std::vector<uint32_t> codes(block.index().records());
-  readCodes(block, codes.data());
+  readCodes(block, 0, codes.size(), codes.data());
   if (memory() > kMostKindBytes) forgetFields();
 }
 

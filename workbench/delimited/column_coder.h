@@ -50,8 +50,9 @@ class ColumnCoder {
 
   /// Whether the next block gives numbers instead of codes.
   bool isWide() const { return wide_; }
+  /// Of the records from `first` to before `last`, whose codes go to those places.
+  void readCodes(const TextBlock& block, size_t first, size_t last, uint32_t* codes);
   /// One for each record of the block.
-  void readCodes(const TextBlock& block, uint32_t* codes);
   void readNumbers(const TextBlock& block, double* numbers);
   /// To be called between blocks: goes over to numbers when there are too many codes.
   void chooseForm();

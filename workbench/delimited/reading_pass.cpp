@@ -11,6 +11,8 @@
 namespace workbench {
 namespace {
 
+constexpr size_t kFieldsTogether = 4096;
+
 template <class Code>
 std::vector<Code> narrowed(const std::vector<uint32_t>& codes, size_t count) {
   return {codes.begin(), codes.begin() + static_cast<std::ptrdiff_t>(count)};
@@ -67,7 +69,21 @@ class ReadingPass::Worker {
         share_.columns[i].readNumbers(block, numbers_[i].data());
       } else {
         codes_[i].resize(std::max(codes_[i].size(), records));
-        share_.columns[i].readCodes(block, codes_[i].data());
+      }
+    }
+    readCodes(block);
+  }
+
+  /// All columns of some records, then of the next ones: so few that they stay in the processor's
+  /// cache.
+  void readCodes(const TextBlock& block) {
+    const size_t records = block.index().records();
+    const size_t together = std::max<size_t>(16, kFieldsTogether / block.index().columns());
+    for (size_t first = 0; first < records; first += together) {
+      const size_t last = std::min(records, first + together);
+      for (size_t i = 0; i < share_.columns.size(); ++i) {
+        if (share_.columns[i].isWide()) continue;
+        share_.columns[i].readCodes(block, first, last, codes_[i].data());
       }
     }
   }
