@@ -97,7 +97,7 @@ void CaseTally::begin() {
     ColumnQuestions questions = questionsAbout(index, *entry);
     const bool extremes = questions.firstOfGroup || questions.lastOfGroup;
     auto observed = observeColumn(*entry, std::move(questions));
-    columns_.push_back({index, std::move(entry), std::move(observed), extremes, {}});
+    columns_.push_back({index, std::move(entry), std::move(observed), extremes, {}, false});
   }
 }
 
@@ -147,8 +147,10 @@ void CaseTally::countWeights(const CountedChunk& chunk) {
     std::fill_n(kept_.begin(), rows, 1.0);
     std::fill_n(isKept_.begin(), rows, uint8_t{1});
     totals.read += chunk.count;
+    keptInAll_ = static_cast<double>(rows);
     return;
   }
+  keptInAll_ = 0.0;
   for (size_t row = 0; row < rows; ++row) {
     const double cases = chunk.caseCounts == nullptr ? 1.0 : chunk.caseCounts[row];
     const double weight = chunk.weights[row];
@@ -163,6 +165,7 @@ void CaseTally::countWeights(const CountedChunk& chunk) {
     totals.read += static_cast<int64_t>(cases);
     totals.dropped += kept ? 0 : static_cast<int64_t>(cases);
     kept_[row] = kept ? cases : 0.0;
+    keptInAll_ += kept_[row];
     isKept_[row] = kept ? 1 : 0;
   }
 }
@@ -199,7 +202,12 @@ void CaseTally::countVariables(const CountedChunk& chunk) {
   for (size_t i = 0; i < columns_.size(); ++i) {
     Column& column = columns_[i];
     const ColumnView view = chunk.columns[column.index];
-    column.observed->classify(view.words, view.stride, rows, column.classes.data());
+    column.allValid =
+        column.observed->classify(view.words, view.stride, rows, column.classes.data());
+    if (column.allValid) {
+      cases[i].valid += static_cast<int64_t>(keptInAll_);
+      continue;
+    }
     const bool userIsMissing = isMissing(column, ValueClass::kUserMissing);
     if (allSingle_) {
       countSingle(column, rows, userIsMissing, cases[i]);
@@ -226,14 +234,17 @@ void CaseTally::countVariables(const CountedChunk& chunk) {
   groups_.back().complete += static_cast<int64_t>(complete);
 }
 
-void CaseTally::markValid(const Column& column, std::vector<uint8_t>& marks) const {
+/// The rows whose values are valid and which the weight does not drop; until the next call.
+const uint8_t* CaseTally::markValid(const Column& column) {
+  if (column.allValid) return isKept_.data();
   const bool userIsMissing = isMissing(column, ValueClass::kUserMissing);
-  for (size_t row = 0; row < marks.size(); ++row) {
+  for (size_t row = 0; row < marks_.size(); ++row) {
     const ValueClass type = column.classes[row];
     const bool missing =
         (type == ValueClass::kSystemMissing) | ((type == ValueClass::kUserMissing) & userIsMissing);
-    marks[row] = static_cast<uint8_t>(isKept_[row] & static_cast<uint8_t>(!missing));
+    marks_[row] = static_cast<uint8_t>(isKept_[row] & static_cast<uint8_t>(!missing));
   }
+  return marks_.data();
 }
 
 void CaseTally::observeValues(const CountedChunk& chunk) {
@@ -241,13 +252,14 @@ void CaseTally::observeValues(const CountedChunk& chunk) {
   marks_.resize(rows);
   for (Column& column : columns_) {
     const ColumnView view = chunk.columns[column.index];
-    markValid(column, marks_);
-    column.observed->take(view.words, view.stride, rows, marks_.data());
+    const uint8_t* const marks = markValid(column);
+    column.observed->take(view.words, view.stride, rows, marks);
     if (!column.extremesOfGroups) continue;
     if (facts_.listwise) {
-      for (size_t row = 0; row < rows; ++row) marks_[row] &= isComplete_[row];
+      for (size_t row = 0; row < rows; ++row) marks_[row] = marks[row] & isComplete_[row];
     }
-    column.observed->takeOfGroup(view.words, view.stride, rows, marks_.data());
+    column.observed->takeOfGroup(view.words, view.stride, rows,
+                                 facts_.listwise ? marks_.data() : marks);
   }
 }
 

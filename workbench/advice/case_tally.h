@@ -56,7 +56,8 @@ class CaseTally final : public CaseObserver {
     std::unique_ptr<Variable> entry;
     std::unique_ptr<ObservedColumn> observed;
     bool extremesOfGroups;
-    std::vector<ValueClass> classes;  // of the rows of a chunk
+    std::vector<ValueClass> classes;  // of the rows of a chunk, unless all are valid
+    bool allValid = false;
   };
   struct Totals {
     int64_t read = 0;
@@ -73,7 +74,7 @@ class CaseTally final : public CaseObserver {
   void countVariables(const CountedChunk& chunk);
   void countSingle(const Column& column, size_t rows, bool userIsMissing, VariableCases& cases);
   void observeValues(const CountedChunk& chunk);
-  void markValid(const Column& column, std::vector<uint8_t>& marks) const;
+  const uint8_t* markValid(const Column& column);
   bool isMissing(const Column& column, ValueClass type) const;
   static CaseTotals shownTotals(const Totals& totals, std::vector<VariableCases> variables);
   const SplitValue& splitValue(size_t group, size_t position) const {
@@ -101,6 +102,7 @@ class CaseTally final : public CaseObserver {
   // Of the rows of a chunk.
   bool allSingle_ = false;    // each is one case, and no weight drops any
   std::vector<double> kept_;  // cases that the weight does not drop
+  double keptInAll_ = 0.0;
   std::vector<uint8_t> isKept_;
   std::vector<uint8_t> isComplete_;
   std::vector<uint8_t> marks_;

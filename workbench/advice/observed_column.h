@@ -60,8 +60,8 @@ inline constexpr size_t kMostListedGroups = 5;
 class ObservedColumn {
  public:
   virtual ~ObservedColumn() = default;
-  /// Tells what becomes of each of `count` values.
-  virtual void classify(const double* words, ptrdiff_t stride, size_t count,
+  /// Tells what becomes of each of `count` values. True, with nothing told, when all are valid.
+  virtual bool classify(const double* words, ptrdiff_t stride, size_t count,
                         ValueClass* classes) = 0;
   /// Takes the values of rows whose mark is not 0; all of them are valid.
   virtual void take(const double* words, ptrdiff_t stride, size_t count, const uint8_t* marks) = 0;

@@ -57,6 +57,7 @@ struct Range {
   bool any = false;
 
   void take(const double* values, size_t count, const uint8_t* marks) {
+    if (any && holdsAll(values, count, marks)) return;
     double least = low;
     double most = high;
     unsigned marked = 0;
@@ -69,6 +70,16 @@ struct Range {
     low = least;
     high = most;
     any = any || marked != 0;
+  }
+
+ private:
+  /// Quick: whether nothing that is marked lies outside.
+  bool holdsAll(const double* values, size_t count, const uint8_t* marks) const {
+    unsigned outside = 0;
+    for (size_t i = 0; i < count; ++i) {
+      outside |= static_cast<unsigned>((values[i] < low) | (values[i] > high)) & marks[i];
+    }
+    return outside == 0;
   }
 };
 
@@ -85,16 +96,19 @@ class NumberColumn final : public ObservedColumn {
     unseenCount_ = wanted_.size();
   }
 
-  void classify(const double* words, ptrdiff_t, size_t count, ValueClass* classes) override {
+  bool classify(const double* words, ptrdiff_t, size_t count, ValueClass* classes) override {
+    unsigned anyMissing = 0;
+    for (size_t i = 0; i < count; ++i) {
+      anyMissing |= static_cast<unsigned>(words[i] == kSystemMissing);
+    }
+    const bool mayBeUserMissing =
+        !variable_.missingNumbers.empty() || variable_.missingLow <= variable_.missingHigh;
+    if (anyMissing == 0 && !mayBeUserMissing) return true;
     for (size_t i = 0; i < count; ++i) {
       classes[i] = words[i] == kSystemMissing ? ValueClass::kSystemMissing : ValueClass::kValid;
     }
-    if (variable_.missingNumbers.empty() && variable_.missingLow > variable_.missingHigh) return;
-    for (size_t i = 0; i < count; ++i) {
-      if (classes[i] == ValueClass::kValid && isUserMissing(variable_, words[i])) {
-        classes[i] = ValueClass::kUserMissing;
-      }
-    }
+    if (mayBeUserMissing) anyMissing |= classifyUserMissing(words, count, classes);
+    return anyMissing == 0;
   }
 
   void take(const double* words, ptrdiff_t, size_t count, const uint8_t* marks) override {
@@ -132,6 +146,18 @@ class NumberColumn final : public ObservedColumn {
   }
 
  private:
+  /// Whether there are any.
+  unsigned classifyUserMissing(const double* words, size_t count, ValueClass* classes) const {
+    unsigned any = 0;
+    for (size_t i = 0; i < count; ++i) {
+      if (classes[i] == ValueClass::kValid && isUserMissing(variable_, words[i])) {
+        classes[i] = ValueClass::kUserMissing;
+        any = 1;
+      }
+    }
+    return any;
+  }
+
   /// Quick: whether all values are among the few that were found first.
   bool onlyKnown(const double* words, size_t count, const uint8_t* marks) const {
     const std::vector<double>& known = listed_.numbers();

@@ -37,10 +37,13 @@ class TextColumn final : public ObservedColumn {
     }
   }
 
-  void classify(const double* words, ptrdiff_t stride, size_t count, ValueClass* classes) override {
+  bool classify(const double* words, ptrdiff_t stride, size_t count, ValueClass* classes) override {
+    bool allValid = true;
     for (size_t i = 0; i < count; ++i) {
       classes[i] = find(words + static_cast<ptrdiff_t>(i) * stride).type;
+      allValid = allValid && classes[i] == ValueClass::kValid;
     }
+    return allValid;
   }
 
   void take(const double* words, ptrdiff_t stride, size_t count, const uint8_t* marks) override {
