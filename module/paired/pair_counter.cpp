@@ -52,10 +52,17 @@ Counts countPortably(const Outcomes& x, const Outcomes& y, size_t slots, const d
                                                  const double* weights, bool equalWeights) {
   return countCells(x, y, slots, weights, equalWeights);
 }
+
+/// The same with one that counts several words at a time.
+[[gnu::target("avx512vpopcntdq,popcnt")]] Counts countWithWidePopcnt(
+    const Outcomes& x, const Outcomes& y, size_t slots, const double* weights, bool equalWeights) {
+  return countCells(x, y, slots, weights, equalWeights);
+}
 #endif
 
 CountFunction chooseCount() {
 #if defined(__x86_64__)
+  if (__builtin_cpu_supports("avx512vpopcntdq")) return countWithWidePopcnt;
   if (__builtin_cpu_supports("popcnt")) return countWithPopcnt;
 #endif
   return countPortably;
@@ -67,7 +74,9 @@ PairCounter::PairCounter(size_t nFirst, size_t nSecond, std::vector<PropZPairSam
     : nFirst_(nFirst),
       twoLists_(nSecond > 0),
       records_(records),
-      bits_((nFirst + nSecond) * 2 * kSlots) {}
+      rowLength_((nFirst + nSecond) * 2),
+      rows_(rowLength_ * kSlots),
+      bits_(rowLength_ * kSlots) {}
 
 /// A slot with room for a case of that weight; a full batch is counted first.
 size_t PairCounter::slotFor(double weight) {
@@ -83,12 +92,22 @@ size_t PairCounter::slotFor(double weight) {
   return last_ = used_++;
 }
 
+/// Without a branch that depends on the data.
 void PairCounter::setBits(const std::vector<Code>& codes, size_t offset, size_t slot,
                           uint64_t bit) {
-  uint64_t* const words = bits_.data() + slot;
-  for (size_t i = 0; i < codes.size(); ++i) {
-    if (codes[i] == kNotCounted) continue;
-    words[((offset + i) * 2 + (codes[i] == 1 ? 0 : 1)) * kSlots] |= bit;
+  uint64_t* word = rows_.data() + slot * rowLength_ + 2 * offset;
+  for (const Code code : codes) {
+    word[0] |= code == 1 ? bit : 0;
+    word[1] |= code == 0 ? bit : 0;
+    word += 2;
+  }
+}
+
+/// Brings the words of each outcome together.
+void PairCounter::transpose() {
+  for (size_t slot = 0; slot < used_; ++slot) {
+    const uint64_t* const row = rows_.data() + slot * rowLength_;
+    for (size_t i = 0; i < rowLength_; ++i) bits_[i * kSlots + slot] = row[i];
   }
 }
 
@@ -102,6 +121,7 @@ void PairCounter::add(const std::vector<Code>& first, const std::vector<Code>& s
 
 void PairCounter::countBatch() {
   static const CountFunction count = chooseCount();
+  transpose();
   const bool equalWeights =
       std::all_of(weights_, weights_ + used_, [this](double w) { return w == weights_[0]; });
   for (PropZPairSamp& record : records_) {
@@ -114,7 +134,7 @@ void PairCounter::countBatch() {
     record._n01 += cells.c;
     record._n00 += cells.d;
   }
-  std::fill(bits_.begin(), bits_.end(), 0);
+  std::fill(rows_.begin(), rows_.end(), 0);
   std::fill(std::begin(filled_), std::end(filled_), 0);
   used_ = last_ = 0;
 }

@@ -29,6 +29,7 @@ class PairCounter {
 
   size_t slotFor(double weight);
   void setBits(const std::vector<Code>& codes, size_t offset, size_t slot, uint64_t bit);
+  void transpose();
   void countBatch();
   const uint64_t* words(size_t position, bool success) const {
     return &bits_[(2 * position + (success ? 0 : 1)) * kSlots];
@@ -37,8 +38,9 @@ class PairCounter {
   size_t nFirst_;
   bool twoLists_;
   std::vector<PropZPairSamp>& records_;
-  /// [variable][success, failure][slot]
-  std::vector<uint64_t> bits_;
+  size_t rowLength_;
+  std::vector<uint64_t> rows_;  ///< [slot][variable][success, failure]: a case writes side by side
+  std::vector<uint64_t> bits_;  ///< [variable][success, failure][slot]: a pair reads side by side
   double weights_[kSlots] = {};
   int filled_[kSlots] = {};  ///< cases in the slot, up to 64
   size_t used_ = 0;
