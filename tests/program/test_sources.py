@@ -142,3 +142,35 @@ class Parquet(ProgramTest):
         labels = [c["label"] for c in table(p, "Intervals")["dimensions"][0]["categories"]]
         self.assertEqual(labels, ["b = true", "i8 = -3", "u64 = 1.844674407370955e+19", "huge = 7", "f = 0.5", "d = 1.25", "s = Ärger",
                                   "day = 2024-02-29", "at = 2024-02-29 12:30:00", "e = mild"])
+
+    def write_numbers(self, rows):
+        """Numbers that fit bytes, and some that do not, as Parquet and as CSV."""
+        execute([f"CREATE TABLE t AS SELECT i % 2 AS outcome, CASE WHEN i % 7 > 0 THEN CAST(i % 256 - 128 AS BIGINT) END AS least, "
+                 f"CASE WHEN i = {rows - 5} THEN 1000 ELSE CAST(i % 3 AS BIGINT) END AS rare, i % 129 AS more FROM range({rows}) AS r(i)",
+                 *[f"COPY (SELECT CAST(outcome AS USMALLINT) AS outcome, least, rare, more FROM t) TO '{self.folder}/d.{ending}'"
+                   for ending in ("parquet", "csv")]])
+
+    def assert_same_as_csv(self):
+        for command in ("PROPORTIONS /ONESAMPLE ALL.", "PROPORTIONS /PAIREDSAMPLES ALL.", "PROPORTIONS /ONESAMPLE rare /SUCCESS VALUE=LEVEL(1000)."):
+            for collapse in ("auto", "never"):
+                with self.subTest(command=command, collapse=collapse):
+                    tables = [self.procedure(command, name, "--split", "outcome", "--collapse", collapse)["tables"] for name in ("d.parquet", "d.csv")]
+                    self.assertEqual(*tables)
+
+    def test_bytes(self):
+        """Whole numbers that fit bytes are read as such, and are the same."""
+        self.write_numbers(10_000)
+        told = self.run_program("d.parquet", "--explain", "-c", "PROPORTIONS /ONESAMPLE ALL.").stdout.decode()
+        self.assertEqual([f'CAST("{name}" AS TINYINT)' in told for name in ("outcome", "least", "rare", "more")], [True, True, False, False])
+        self.assert_same_as_csv()
+
+    def test_wrong_statistics(self):
+        """A file whose statistics leave out its largest number gives it all the same, and every case once."""
+        self.write_numbers(100_000)
+        data = (self.folder / "d.parquet").read_bytes()
+        footer = len(data) - 8 - int.from_bytes(data[-8:-4], "little")
+        wrong = data[footer:].replace((1000).to_bytes(8, "little"), (2).to_bytes(8, "little"))
+        self.assertNotEqual(wrong, data[footer:])
+        self.write("d.parquet", data[:footer] + wrong)
+        self.assertIn('CAST("rare" AS TINYINT)', self.run_program("d.parquet", "--explain", "-c", "PROPORTIONS /ONESAMPLE ALL.").stdout.decode())
+        self.assert_same_as_csv()

@@ -2,9 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "workbench/dataset/typed_cases.h"
+#include "workbench/engine/byte_columns.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/typed_values.h"
 #include "workbench/values/data_error.h"
@@ -55,39 +58,71 @@ SourceVariable declared(const RelationColumn& column) {
   return variable;
 }
 
+/// A column of a request as the engine is asked for it.
+struct Selected {
+  std::string expression;
+  EngineType type;
+  bool inBytes = false;
+};
+
+std::vector<Selected> selectedColumns(const Relation& relation,
+                                      const std::vector<TypedColumnFacts>& facts,
+                                      const CaseRequest& request) {
+  std::vector<Selected> selected;
+  for (const ColumnRequest& wanted : request.columns) {
+    const RelationColumn& column = relation.columns()[wanted.column];
+    const std::string name = quotedName(column.name);
+    selected.push_back({isMadeText(facts[wanted.column], wanted.type)
+                            ? fmt::format("CAST({} AS VARCHAR)", name)
+                            : typedExpression(column.type, name),
+                        column.type, false});
+  }
+  return selected;
+}
+
+/// The same with bytes in place of longer whole numbers where all of a column's fit: the engine
+/// copies what it hands over.
+std::vector<Selected> inBytes(Relation& relation, std::vector<Selected> selected,
+                              const std::vector<TypedColumnFacts>& facts,
+                              const CaseRequest& request) {
+  std::vector<size_t> columns;
+  for (const ColumnRequest& wanted : request.columns) columns.push_back(wanted.column);
+  const std::vector<bool> fit = fitBytes(relation, columns);
+  for (size_t i = 0; i < columns.size(); ++i) {
+    if (!fit[i] || isMadeText(facts[columns[i]], request.columns[i].type)) continue;
+    selected[i] = {fmt::format("CAST({} AS TINYINT)", selected[i].expression), EngineType(), true};
+    selected[i].type.id = DUCKDB_TYPE_TINYINT;
+  }
+  return selected;
+}
+
+/// The statement that reads them.
+std::string sqlOf(const Relation& relation, const std::vector<Selected>& selected) {
+  std::string list;
+  for (const Selected& column : selected) list += (list.empty() ? "" : ", ") + column.expression;
+  // Cases count even when nothing of them is looked at.
+  return fmt::format("SELECT {} FROM {}", list.empty() ? "1" : list, relation.sql());
+}
+
 /// The chunks of a query.
 class EngineRows final : public TypedRows {
  public:
   EngineRows(Relation& relation, const std::vector<TypedColumnFacts>& facts,
              const CaseRequest& request)
-      : label_(relation.label()), query_(relation.database(), sqlOf(relation, facts, request)) {
-    for (const ColumnRequest& wanted : request.columns) {
-      columns_.emplace_back(relation.columns()[wanted.column].type);
+      : relation_(relation), plain_(selectedColumns(relation, facts, request)) {
+    try {
+      open(inBytes(relation, plain_, facts, request));
+    } catch (const EngineError&) {
+      goOnPlainly();
     }
-  }
-
-  /// The statement that reads a request.
-  static std::string sqlOf(const Relation& relation, const std::vector<TypedColumnFacts>& facts,
-                           const CaseRequest& request) {
-    std::string list;
-    for (const ColumnRequest& wanted : request.columns) {
-      const RelationColumn& column = relation.columns()[wanted.column];
-      const std::string name = quotedName(column.name);
-      list += list.empty() ? "" : ", ";
-      list += isMadeText(facts[wanted.column], wanted.type)
-                  ? fmt::format("CAST({} AS VARCHAR)", name)
-                  : typedExpression(column.type, name);
-    }
-    // Cases count even when nothing of them is looked at.
-    return fmt::format("SELECT {} FROM {}", list.empty() ? "1" : list, relation.sql());
   }
 
   bool next() override {
     try {
-      chunk_ = query_.fetch();
+      fetch();
       return static_cast<bool>(chunk_);
     } catch (const EngineError& error) {
-      throw DataError(readProblem(error.what(), label_));
+      throw DataError(readProblem(error.what(), relation_.label()));
     }
   }
   size_t cases() const override { return chunk_.size(); }
@@ -106,10 +141,38 @@ class EngineRows final : public TypedRows {
   }
 
  private:
-  const std::string& label_;
-  Query query_;
+  void open(const std::vector<Selected>& selected) {
+    columns_.clear();
+    for (const Selected& column : selected) columns_.emplace_back(column.type);
+    isPlain_ = std::none_of(selected.begin(), selected.end(),
+                            [](const Selected& column) { return column.inBytes; });
+    std::string sql = sqlOf(relation_, selected);
+    if (delivered_ > 0) sql += fmt::format(" OFFSET {}", delivered_);
+    query_.emplace(relation_.database(), sql);
+  }
+
+  void fetch() {
+    try {
+      chunk_ = query_->fetch();
+    } catch (const EngineError&) {
+      if (isPlain_) throw;
+      goOnPlainly();
+      chunk_ = query_->fetch();
+    }
+    delivered_ += chunk_.size();
+  }
+
+  /// Statistics may be wrong, and then a value does not fit its byte. Whatever else went wrong will
+  /// go wrong again.
+  void goOnPlainly() { open(plain_); }
+
+  Relation& relation_;
+  std::vector<Selected> plain_;
+  bool isPlain_ = false;
+  std::optional<Query> query_;
   std::vector<TypedColumn> columns_;
   Chunk chunk_{nullptr};
+  size_t delivered_ = 0;
 };
 
 class EngineCases final : public TypedCases {
@@ -123,7 +186,12 @@ class EngineCases final : public TypedCases {
 
   const std::string& label() const override { return relation_->label(); }
   std::vector<std::string> statements(const CaseRequest& request) const override {
-    return {EngineRows::sqlOf(*relation_, columns(), request)};
+    try {
+      return {sqlOf(*relation_, inBytes(*relation_, selectedColumns(*relation_, columns(), request),
+                                        columns(), request))};
+    } catch (const EngineError& error) {
+      throw DataError(readProblem(error.what(), label()));
+    }
   }
   void refuseChanged() const override { relation_->refuseChanged(); }
 

@@ -149,6 +149,7 @@ std::unique_ptr<Relation> openParquet(const std::string& label,
     }
     relation->take(sql, label);
     relation->markPathColumns(pathNames);
+    relation->markStatistics();
   } catch (const EngineError& error) {
     throw DataError(readProblem(error.what(), *reading));
   }

@@ -43,6 +43,9 @@ class Relation {
   void takeQuery(const std::string& query);
   void watchFile(const std::string& path, const std::string& label);
   void markPathColumns(const std::vector<std::string>& names);
+  /// Says that the range of a column can be had without reading it.
+  void markStatistics() { hasStatistics_ = true; }
+  bool hasStatistics() const { return hasStatistics_; }
 
  private:
   std::string label_;
@@ -50,6 +53,7 @@ class Relation {
   std::vector<FileStamp> files_;
   std::string sql_;
   std::vector<RelationColumn> columns_;
+  bool hasStatistics_ = false;
 };
 
 /// A Parquet file, and the texts that its path gives.
