@@ -41,7 +41,8 @@ class CaseStore {
 std::unique_ptr<CaseStore> keepCases(CodedCases cases, CaseSource& source, const CasePlan& plan,
                                      EngineHolder& workspace);
 
-/// The two kinds of stores. The second one reads the cases again; `cases` is how many there were.
+/// The two kinds of stores. The second one reads the cases again; `cases` is how many there were,
+/// -1 when that is not known.
 std::unique_ptr<CaseStore> makeCodedStore(CodedCases cases, const CasePlan& plan);
 std::unique_ptr<CaseStore> makeSpilledStore(CaseSource& source, const CasePlan& plan,
                                             const std::vector<ValueKind>& kinds, int64_t cases,

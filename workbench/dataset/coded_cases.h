@@ -103,7 +103,7 @@ struct CodedCases {
   /// and the weight in the last column is the rounded one; else empty.
   std::vector<double> weightSums;
   size_t rows = 0;
-  int64_t cases = 0;  ///< in all
+  int64_t cases = 0;  ///< in all; -1 when reading ended as soon as they did not fit
   /// False: they do not fit into the memory that was allowed. There are no rows then.
   bool complete = true;
 

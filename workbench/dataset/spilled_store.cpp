@@ -210,7 +210,7 @@ SpilledStore::SpilledStore(CaseSource& source, const CasePlan& plan,
     table_.kinds.back() = ValueKind::kNumber;
   }
   spill(source, plan.request);
-  if (table_.cases != cases) {
+  if (cases >= 0 && table_.cases != cases) {
     throw DataError(fmt::format(
         "{}: the data changed while they were read: {} cases at first, then {}. Run the command "
         "again.",

@@ -25,7 +25,8 @@ CodedCases TypedCases::read(const CaseRequest& request) {
   TypedBlocks blocks = openBlocks(request);
   CaseCollector collector(blocks.kinds(), request.collapse, request.memoryLimit);
   bool keeping = true;
-  while (blocks.next()) {
+  bool allSeen = true;
+  while (allSeen && blocks.next()) {
     size_t texts = 0;
     for (size_t i = 0; i < request.columns.size(); ++i) {
       if (!keeping) {
@@ -44,10 +45,11 @@ CodedCases TypedCases::read(const CaseRequest& request) {
     if (!collector.endBlock(blocks.cases(), texts) && keeping) {
       keeping = false;
       blocks.forgetTexts();
-      if (!blocks.anySpelled()) break;  // all kinds are known
+      allSeen = blocks.anySpelled();  // else all kinds are known
     }
   }
   CodedCases cases = collector.finish();
+  if (!allSeen) cases.cases = -1;
   for (size_t i = 0; i < request.columns.size(); ++i) {
     SourceVariable& variable = variables_[request.columns[i].column];
     if (blocks.isSpelled(i)) blocks.finish(i, cases.complete, cases.columns[i]);

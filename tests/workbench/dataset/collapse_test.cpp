@@ -116,6 +116,18 @@ TEST_P(EveryWayOfReading, KeepsTheOrderOfTheFile) {
   EXPECT_EQ(casesOf(options), inMemory);
 }
 
+/// Numbers with types of their own: the first reading may end as soon as they do not fit.
+TEST(ReadingOfTypedNumbers, KeepsCasesThatDoNotFitIntoMemory) {
+  const DataFolder folder;
+  DataOptions options = dataOptions(folder.make(
+      "a.parquet", "COPY (SELECT i, i / 8 AS x FROM range(10000) AS r(i) ORDER BY i) TO FILE"));
+  options.collapse = CollapseMode::kNever;
+  const Lines inMemory = casesOf(options);
+  ASSERT_EQ(inMemory.size(), 10000U);
+  options.memoryLimit = size_t{1} << 14;
+  EXPECT_EQ(casesOf(options), inMemory);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Settings, EveryWayOfReading,
     ::testing::Combine(::testing::Bool(),
