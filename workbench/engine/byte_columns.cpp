@@ -11,6 +11,9 @@
 namespace workbench {
 namespace {
 
+/// What asking takes grows with the number of columns, what it saves with that of cases.
+constexpr size_t kMostAsked = 256;
+
 bool isLongWhole(const EngineType& type) {
   switch (type.id) {
     case DUCKDB_TYPE_SMALLINT:
@@ -47,7 +50,7 @@ bool fitsByte(std::string_view statistics) {
 
 std::vector<bool> fitBytes(Relation& relation, const std::vector<size_t>& columns) {
   std::vector<bool> fit(columns.size(), false);
-  if (!relation.hasStatistics()) return fit;
+  if (!relation.hasStatistics() || columns.size() > kMostAsked) return fit;
   std::string list;
   std::vector<size_t> asked;
   for (size_t i = 0; i < columns.size(); ++i) {
