@@ -293,6 +293,10 @@ std::vector<CommandTokens> splitCommands(const std::string& text) {
   return CommandScanner(text).scanAll();
 }
 
+bool isSymbol(const TokenInfoObj& token, char symbol) {
+  return token.kind() == TokenInfoObj::Kind::kSymbol && token.getText()[0] == symbol;
+}
+
 size_t textStart(const std::string& text) {
   return text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
 }

@@ -56,6 +56,9 @@ class CommandTokens {
 /// problem.
 std::vector<CommandTokens> splitCommands(const std::string& text);
 
+/// True for the token of that symbol, one of / = ( ) and the comma.
+bool isSymbol(const TokenInfoObj& token, char symbol);
+
 /// Where a text begins: after its byte order mark when it has one.
 size_t textStart(const std::string& text);
 

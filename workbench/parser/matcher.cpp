@@ -110,8 +110,7 @@ std::optional<SyntaxProblem> Matcher::match(CommandSpec::Impl& result) {
 }
 
 bool Matcher::isSymbol(size_t at, char symbol) const {
-  return at < tokens_.size() && tokens_[at].kind() == Kind::kSymbol &&
-         tokens_[at].getText()[0] == symbol;
+  return at < tokens_.size() && workbench::isSymbol(tokens_[at], symbol);
 }
 
 bool Matcher::startsParameter() const {

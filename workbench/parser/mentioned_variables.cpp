@@ -8,10 +8,6 @@ namespace {
 
 using Kind = TokenInfoObj::Kind;
 
-bool isSymbol(const TokenInfoObj& token, char symbol) {
-  return token.kind() == Kind::kSymbol && token.getText()[0] == symbol;
-}
-
 /// Looks names up, one token after the other.
 class NameReader {
  public:

@@ -24,8 +24,7 @@ class Finder {
   size_t position(size_t at) const { return tokens_[at].position(); }
 
   bool isSymbol(size_t at, char symbol) const {
-    return at < tokens_.size() && tokens_[at].kind() == Kind::kSymbol &&
-           tokens_[at].getText()[0] == symbol;
+    return at < tokens_.size() && workbench::isSymbol(tokens_[at], symbol);
   }
   bool isWord(size_t at, std::string_view upper) const {
     return at < tokens_.size() && tokens_[at].kind() == Kind::kWord &&
@@ -70,13 +69,13 @@ class Finder {
     return npos;
   }
   /// Some tokens further, unless there are none.
-  size_t behind(size_t at, size_t steps = 1) const {
+  size_t after(size_t at, size_t steps = 1) const {
     return at == npos || at + steps >= tokens_.size() ? npos : at + steps;
   }
   /// The value of a parameter: after its "=".
   size_t valueOf(size_t subcommand, std::string_view parameter) const {
     const size_t name = word(subcommand, parameter);
-    return isSymbol(behind(name), '=') ? behind(name, 2) : npos;
+    return isSymbol(after(name), '=') ? after(name, 2) : npos;
   }
   size_t secondDesign() const {
     std::vector<size_t> found;
@@ -126,27 +125,27 @@ constexpr std::array kRefusedWords{
     RefusedWord{"Only PAIRED option ...",
                 [](const Finder& in, Arguments) { return in.symbol(in.subcommand(kPaired), '('); }},
     RefusedWord{"Need two dist vars ...",
-                [](const Finder& in, Arguments) { return in.behind(in.subcommand(kPaired)); }},
+                [](const Finder& in, Arguments) { return in.after(in.subcommand(kPaired)); }},
     RefusedWord{"Missing BY ...",
                 [](const Finder& in, Arguments) { return in.subcommand(kIndependent); }},
     RefusedWord{"Only one BY ...", [](const Finder& in, Arguments) { return by(in, 2); }},
     RefusedWord{"No vars before BY ...", [](const Finder& in, Arguments) { return by(in, 1); }},
     RefusedWord{"No vars after BY ...", [](const Finder& in, Arguments) { return by(in, 1); }},
     RefusedWord{"Only one var after BY ...",
-                [](const Finder& in, Arguments) { return in.behind(by(in, 1), 2); }},
+                [](const Finder& in, Arguments) { return in.after(by(in, 1), 2); }},
     RefusedWord{"Numeric SELECT LEVEL var ^1 ...",
-                [](const Finder& in, Arguments) { return in.behind(by(in, 1)); }},
+                [](const Finder& in, Arguments) { return in.after(by(in, 1)); }},
     RefusedWord{"Invalid SELECT LEVEL default ...",
-                [](const Finder& in, Arguments) { return in.behind(by(in, 1)); }},
+                [](const Finder& in, Arguments) { return in.after(by(in, 1)); }},
     RefusedWord{"Var ^1, list ^2, subcom ^3, not numeric",
-                [](const Finder& in, Arguments) { return in.behind(by(in, 1)); }},
+                [](const Finder& in, Arguments) { return in.after(by(in, 1)); }},
     RefusedWord{"Param ^1, subcom ^2, two values ...",
                 [](const Finder& in, Arguments) {
                   return in.valueOf(in.subcommand(kIndependent), "SELECT");
                 }},
     RefusedWord{"Param ^1, subcom ^2, two distinct values ...",
                 [](const Finder& in, Arguments) {
-                  return in.behind(in.valueOf(in.subcommand(kIndependent), "SELECT"), 2);
+                  return in.after(in.valueOf(in.subcommand(kIndependent), "SELECT"), 2);
                 }},
     RefusedWord{
         "Numeric var SUCCESS option ^1 ...",

@@ -12,6 +12,7 @@
 #include "workbench/text/nearest.h"
 
 using workbench::currentSession;
+using workbench::isSymbol;
 using workbench::shortQuoted;
 using Kind = TokenInfoObj::Kind;
 using Tokens = std::vector<TokenInfoObj>;
@@ -20,10 +21,6 @@ namespace {
 
 /// Repeats are kept, so a short text can name the variables of a wide file without end.
 constexpr size_t kMostEntries = 1'000'000;
-
-bool isSymbol(const TokenInfoObj& token, char symbol) {
-  return token.kind() == Kind::kSymbol && token.getText()[0] == symbol;
-}
 
 }  // namespace
 

@@ -45,7 +45,7 @@ TEST(Instants, AreReadToTheMicrosecond) {
   }
 }
 
-TEST(Instants, HaveNothingBeforeOrBehind) {
+TEST(Instants, HaveNothingBeforeOrAfter) {
   for (const char* text : {"", "1970", "1970-01-01 ", " 1970-01-01", "1970-01-01T", "10:30 ",
                            "1970-01-01T00:00ZZ", "1970-01-01T00:00+15:60", "1900-02-29"}) {
     EXPECT_FALSE(parseInstant(text).has_value()) << text;
