@@ -6,13 +6,11 @@
 #include <utility>
 
 #include "workbench/dataset/data_files.h"
+#include "workbench/dataset/open_source.h"
 #include "workbench/odbc/connection_text.h"
 
 namespace workbench {
 namespace {
-
-constexpr std::string_view kDatabase = "duckdb:";
-constexpr std::string_view kServer = "odbc:";
 
 class Collector {
  public:
@@ -61,14 +59,14 @@ void addServer(const std::string& text, Collector& files) {
 
 /// The files of DATA, and the dictionary unless another one is given.
 void addData(const DataOptions& options, Collector& files) {
-  if (options.data.compare(0, kDatabase.size(), kDatabase) == 0) {
-    const std::string file = options.data.substr(kDatabase.size());
+  if (options.data.starts_with(kDatabasePrefix)) {
+    const std::string file = options.data.substr(kDatabasePrefix.size());
     files.add("the database", file);
     files.addCompanion("the database's log", file + ".wal");
     return;
   }
-  if (options.data.compare(0, kServer.size(), kServer) == 0) {
-    return addServer(options.data.substr(kServer.size()), files);
+  if (options.data.starts_with(kServerPrefix)) {
+    return addServer(options.data.substr(kServerPrefix.size()), files);
   }
   const DataFiles found = findFiles(options.data);
   for (const DataFile& file : found.files) {

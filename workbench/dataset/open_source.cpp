@@ -18,9 +18,6 @@
 namespace workbench {
 namespace {
 
-constexpr std::string_view kDatabase = "duckdb:";
-constexpr std::string_view kServer = "odbc:";
-
 /// How CSV is written says nothing of other data; `exception` is an option that does.
 void refuseTextOptions(const SourceOptions& options, std::string_view what,
                        std::string_view exception = {}) {
@@ -55,8 +52,8 @@ OpenedSource openDatabaseSource(const SourceOptions& options) {
   if (options.query && options.table) {
     throw DataError("Give either --query or --table, not both.");
   }
-  auto relation = openDatabase(options.data.substr(kDatabase.size()), options.data, options.query,
-                               options.table, options.interrupted);
+  auto relation = openDatabase(options.data.substr(kDatabasePrefix.size()), options.data,
+                               options.query, options.table, options.interrupted);
   relation->engine().setProgress(options.progress);
   return {openEngineCases(std::move(relation), options.rules), ""};
 }
@@ -65,9 +62,9 @@ OpenedSource openServerSource(const SourceOptions& options) {
   refuseTextOptions(options, "a server");
   const std::atomic<bool>* interrupted = options.interrupted;
   return {openServerCases(
-              {options.data, options.data.substr(kServer.size()), options.query, options.table,
-               options.password, [interrupted] { return interrupted != nullptr && *interrupted; },
-               options.reads},
+              {options.data, options.data.substr(kServerPrefix.size()), options.query,
+               options.table, options.password,
+               [interrupted] { return interrupted != nullptr && *interrupted; }, options.reads},
               options.rules, options.progress),
           ""};
 }
@@ -100,8 +97,8 @@ std::unique_ptr<CaseSource> openOwn(const DataFiles& files, const SourceOptions&
 }  // namespace
 
 OpenedSource openSource(const SourceOptions& options) {
-  if (options.data.compare(0, kDatabase.size(), kDatabase) == 0) return openDatabaseSource(options);
-  if (options.data.compare(0, kServer.size(), kServer) == 0) return openServerSource(options);
+  if (options.data.starts_with(kDatabasePrefix)) return openDatabaseSource(options);
+  if (options.data.starts_with(kServerPrefix)) return openServerSource(options);
   if (options.table) {
     throw DataError(
         fmt::format("{}: --table names a table of a database; this is a file.", options.data));

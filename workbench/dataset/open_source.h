@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "workbench/dataset/case_source.h"
@@ -15,6 +16,10 @@
 #include "workbench/values/field.h"
 
 namespace workbench {
+
+/// How DATA begins when it does not name files.
+inline constexpr std::string_view kDatabasePrefix = "duckdb:";
+inline constexpr std::string_view kServerPrefix = "odbc:";
 
 struct SourceOptions {
   std::string data;  ///< a file, a folder, a pattern, "-", "duckdb:FILE" or "odbc:..."
