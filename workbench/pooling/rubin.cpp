@@ -11,6 +11,9 @@ namespace workbench {
 namespace {
 
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
+/// By how much two estimates of the same proportions, or differences of such, may differ: each has
+/// up to three roundings of half a unit in the last place below 1.
+constexpr double kRounding = 1.5 * std::numeric_limits<double>::epsilon();
 
 bool isValue(double value) { return std::isfinite(value) && !IsSystemMissing(value); }
 
@@ -22,6 +25,35 @@ PooledEstimate noEstimate() {
     *field = kSystemMissing;
   }
   return none;
+}
+
+/// About the first one, so that equal numbers have themselves as their mean.
+double mean(const std::vector<ImputedEstimate>& imputations, double ImputedEstimate::*number) {
+  const double first = imputations.front().*number;
+  double sum = 0;
+  for (const ImputedEstimate& one : imputations) sum += one.*number - first;
+  return first + sum / static_cast<double>(imputations.size());
+}
+
+/// Of the estimates, 0 where nothing but their rounding tells them apart.
+double variance(const std::vector<ImputedEstimate>& imputations, double mean) {
+  const auto [least, most] = std::minmax_element(
+      imputations.begin(), imputations.end(),
+      [](const ImputedEstimate& a, const ImputedEstimate& b) { return a.estimate < b.estimate; });
+  if (most->estimate - least->estimate <= kRounding) return 0;
+  double squares = 0;
+  for (const ImputedEstimate& one : imputations) {
+    const double d = one.estimate - mean;
+    squares += d * d;
+  }
+  return squares / static_cast<double>(imputations.size() - 1);
+}
+
+/// The lower Wilson bound from the product of both, which keeps its digits near 0; `c` is squared t
+/// over n, `half` the half width times 1 + c.
+double lowerWilson(double p, double c, double half) {
+  const double above = p + c / 2 + half;
+  return above > 0 ? p * p / above : 0;
 }
 
 /// Barnard and Rubin (1999), formula 3; `share` is that of the variance that is due to the missing
@@ -56,14 +88,9 @@ PooledEstimate poolEstimates(const std::vector<ImputedEstimate>& imputations, do
   if (m < 2 || !complete) return noEstimate();
 
   PooledEstimate pooled;
-  for (const ImputedEstimate& one : imputations) {
-    pooled.estimate += one.estimate / m;
-    pooled.within += one.variance / m;
-  }
-  for (const ImputedEstimate& one : imputations) {
-    const double d = one.estimate - pooled.estimate;
-    pooled.between += d * d / (m - 1);
-  }
+  pooled.estimate = mean(imputations, &ImputedEstimate::estimate);
+  pooled.within = mean(imputations, &ImputedEstimate::variance);
+  pooled.between = variance(imputations, pooled.estimate);
   const double added = (1 + 1 / m) * pooled.between;
   pooled.total = pooled.within + added;
   pooled.standardError = std::sqrt(pooled.total);
@@ -98,10 +125,8 @@ PooledBounds pooledWilson(const PooledEstimate& pooled, double n, double level) 
   const double p = pooled.estimate;
   const double c = t * t * (1 + pooled.relativeIncrease) / n;
   const double middle = p + c / 2, half = std::sqrt(c * (p * (1 - p) + c / 4));
-  // The smaller bound from the product of both, which keeps its digits near 0.
-  const double upper = (middle + half) / (1 + c);
-  const double lower = middle + half > 0 ? p * p / (middle + half) : 0;
-  return {lower, upper};
+  const double upper = p <= 0.5 ? (middle + half) / (1 + c) : 1 - lowerWilson(1 - p, c, half);
+  return {lowerWilson(p, c, half), upper};
 }
 
 }  // namespace workbench

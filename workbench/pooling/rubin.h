@@ -25,8 +25,9 @@ struct PooledEstimate {
 
 /// Rubin (1987), Multiple Imputation for Nonresponse in Surveys, with the degrees of freedom of
 /// Barnard and Rubin (1999, Biometrika 86:948-955) for complete data with `completeDf` of them.
-/// `level` is in percent. Missing throughout for fewer than two imputations or when one of them has
-/// no estimate or no variance.
+/// `level` is in percent. The estimates are proportions or differences of two; what tells them
+/// apart by no more than their rounding is no variance between them. Missing throughout for fewer
+/// than two imputations or when one of them has no estimate or no variance.
 PooledEstimate poolEstimates(const std::vector<ImputedEstimate>& imputations, double completeDf,
                              double level);
 

@@ -84,6 +84,48 @@ TEST(Pooling, WithoutAnyVarianceTheIntervalIsAPoint) {
   EXPECT_GT(wilson.upper, 0.1);
 }
 
+TEST(Pooling, EqualEstimatesHaveThemselvesAsMeanAndNoVarianceBetween) {
+  for (size_t m = 2; m <= 60; ++m) {
+    for (const double p : {1.0, 0.3, 0.1, 2.0 / 3, 29.0 / 30, -0.7}) {
+      const double variance = std::fabs(p) * (1 - std::fabs(p)) / 30;
+      const PooledEstimate pooled =
+          poolEstimates(std::vector<ImputedEstimate>(m, {p, variance}), 29, 95);
+      EXPECT_EQ(pooled.estimate, p) << m;
+      EXPECT_EQ(pooled.within, variance) << m;
+      EXPECT_EQ(pooled.between, 0) << m;
+      EXPECT_EQ(pooled.relativeIncrease, 0) << m;
+      EXPECT_GT(pooled.df, 0) << m;
+    }
+  }
+}
+
+TEST(Pooling, DifferencesThatOnlyRoundingTellsApartHaveNoVarianceBetween) {
+  // All are 1/10, as the difference of two proportions of ten.
+  std::vector<ImputedEstimate> imputations;
+  for (double x = 0; x < 10; ++x) imputations.push_back({(x + 1) / 10 - x / 10, 0.01});
+  ASSERT_NE(imputations[1].estimate, imputations[2].estimate);
+  const PooledEstimate pooled = poolEstimates(imputations, 18, 95);
+  EXPECT_EQ(pooled.between, 0);
+  EXPECT_LT(distance(pooled.estimate, 0.1), kClose);
+  // What differs in the last of 2^50 cases does have one.
+  EXPECT_GT(poolEstimates({{0.5, 0.01}, {0.5 + std::ldexp(1, -50), 0.01}}, 18, 95).between, 0);
+}
+
+TEST(Pooling, TheWilsonIntervalStaysWithinItsRangeAndMirrors) {
+  for (const double n : {1.0, 3.0, 7.0, 10.0, 25.0, 1e3, 1e7}) {
+    for (size_t m = 2; m <= 20; ++m) {
+      const auto wilson = [&](double p) {
+        const std::vector<ImputedEstimate> all(m, {p, 0});
+        return pooledWilson(poolEstimates(all, n + 1, 95), n, 95);
+      };
+      EXPECT_EQ(wilson(1).upper, 1) << n << ' ' << m;
+      EXPECT_EQ(wilson(0).lower, 0) << n << ' ' << m;
+      EXPECT_NEAR(wilson(1).lower, 1 - wilson(0).upper, 1e-15) << n << ' ' << m;
+      EXPECT_NEAR(wilson(0.75).upper, 1 - wilson(0.25).lower, 1e-15) << n << ' ' << m;
+    }
+  }
+}
+
 TEST(Pooling, WithoutVarianceWithinThereIsNoInterval) {
   const PooledEstimate pooled = poolEstimates({{0, 0}, {1, 0}}, 24, 95);
   EXPECT_EQ(pooled.relativeIncrease, std::numeric_limits<double>::infinity());
