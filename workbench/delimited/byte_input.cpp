@@ -19,6 +19,7 @@ namespace workbench {
 namespace {
 
 constexpr int kPollMilliseconds = 50;
+constexpr int kPipeBytes = 1 << 20;
 
 class Descriptor {
  public:
@@ -126,7 +127,12 @@ class PipeInput final : public ByteInput {
       : pipe_(std::move(pipe)),
         kept_(temporaryFile()),
         label_(std::move(label)),
-        interrupted_(interrupted) {}
+        interrupted_(interrupted) {
+#ifdef F_SETPIPE_SZ
+    // Where it is allowed: whoever writes and this process wait for each other less often.
+    fcntl(pipe_.get(), F_SETPIPE_SZ, kPipeBytes);
+#endif
+  }
 
   size_t readAt(uint64_t offset, char* to, size_t most) override {
     if (offset < size_) return readKept(offset, to, std::min<uint64_t>(most, size_ - offset));
