@@ -14,6 +14,7 @@
 #include "workbench/cli/command_source.h"
 #include "workbench/cli/option_values.h"
 #include "workbench/cli/password_prompt.h"
+#include "workbench/dataset/open_source.h"
 #include "workbench/odbc/connection_text.h"
 #include "workbench/text/nearest.h"
 
@@ -209,14 +210,13 @@ void chooseData(const CLI::App& app, const Raw& raw, ProgramOptions& options) {
 
 /// What DATA says of a server; its password stands somewhere else.
 void chooseServer(ProgramOptions& options) {
-  constexpr std::string_view kServer = "odbc:";
   const std::string& data = options.data.data;
-  if (!data.starts_with(kServer)) {
+  if (!data.starts_with(kServerPrefix)) {
     if (options.passwordFile) throw UsageError("--password-file is for a server (odbc:...)");
     return;
   }
   const std::string secret =
-      secretAttribute(connectionAttributes(std::string_view(data).substr(kServer.size())));
+      secretAttribute(connectionAttributes(std::string_view(data).substr(kServerPrefix.size())));
   if (!secret.empty()) {
     throw UsageError(secret +
                      " in DATA can be read by everybody on this machine; leave it out, and give "

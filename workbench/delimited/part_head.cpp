@@ -177,7 +177,7 @@ std::string messageOf(const RecordProblem& problem, const std::string& label, ui
           label, line);
     case RecordProblem::Kind::kTextAfterQuote:
       return fmt::format(
-          "{}, line {}: there is text behind the closing double quote of a field. Write a double "
+          "{}, line {}: there is text after the closing double quote of a field. Write a double "
           "quote that belongs to the field twice.",
           label, line);
     case RecordProblem::Kind::kFieldCount:
