@@ -46,7 +46,6 @@ SourceVariable declared(const RelationColumn& column) {
   const EngineKind kind = kindOf(column.type);
   variable.variable.name = column.name;
   variable.variable.kind = valueKindOf(kind);
-  variable.variable.width = variable.variable.isString() ? 1 : 0;
   variable.untyped = kind == EngineKind::kText;
   variable.kindKnown = !column.fromPath;
   variable.categories = column.type.categories;

@@ -29,7 +29,6 @@ SourceVariable declaredVariable(const ServerColumn& column) {
   SourceVariable variable;
   variable.variable.name = column.name;
   variable.variable.kind = valueKindOf(column.kind);
-  variable.variable.width = variable.variable.isString() ? 1 : 0;
   variable.untyped = column.kind == ServerKind::kText || column.kind == ServerKind::kMixed;
   variable.kindKnown = column.kind != ServerKind::kMixed && column.kind != ServerKind::kZeroOne;
   variable.categories = column.categories;

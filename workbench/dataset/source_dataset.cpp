@@ -96,6 +96,11 @@ ValueKind plannedKind(const SourceVariable& column, const ColumnType& type) {
   return column.variable.kind;
 }
 
+/// A variable's width goes with the kind that it has in the end, not with that of the source.
+void setWidth(Variable& variable, int32_t widest) {
+  variable.width = variable.isString() ? std::max(1, widest) : 0;
+}
+
 }  // namespace
 
 void SourceDataset::declareVariables() {
@@ -111,7 +116,7 @@ void SourceDataset::declareVariables() {
     // Value labels of a kind that may still turn out to be another are left for later.
     const bool known = column.kindKnown || types_.back().name != ColumnType::Name::kDetected ||
                        !types_.back().codes.empty();
-    if (planned.isString()) planned.width = 1;
+    setWidth(planned, 1);
     variables_[position] =
         known ? dictionary_.variable(planned, types_.back()) : dictionary_.titled(planned);
     settled_.push_back(!column.unusable.empty() || (known && !planned.isString()));
@@ -306,8 +311,7 @@ bool SourceDataset::readCasesOnce(bool spilling) {
 /// The kind may have been found by reading.
 void SourceDataset::settle(VarIndex index, int32_t width) {
   declare(index);
-  Variable& variable = variables_[static_cast<size_t>(index)];
-  if (variable.isString()) variable.width = std::max(1, width);
+  setWidth(variables_[static_cast<size_t>(index)], width);
   settled_[static_cast<size_t>(index)] = true;
 }
 

@@ -115,7 +115,6 @@ void StatCases::declare() {
     variable.variable.name = column.name;
     variable.variable.label = column.label;
     variable.variable.kind = kindOf(column);
-    variable.variable.width = column.isText ? 1 : 0;
     variable.variable.extendedMissing = !column.isText;
     if (!column.isText) {
       variable.variable.missingLow = kFirstExtendedMissing;

@@ -1,0 +1,105 @@
+"""A dictionary gives the columns of every kind of source the same types with the same results."""
+
+import pathlib
+import sqlite3
+
+from engine import execute
+from program import ProgramTest, value
+from stat_writer import write_stat
+
+FIELDS = {
+    "whole": {"type": "integer", "missingValues": ["", "9"]},
+    "ratio": {"type": "number", "missingValues": ["", "9"]},
+    "flag": {"type": "boolean", "missingValues": ["", "9"]},
+    "day": {"type": "date", "missingValues": ["", "1900-01-01"]},
+    "grade": {"type": "string", "categories": ["low", "high"], "categoriesOrdered": True, "missingValues": ["", "unknown"]},
+}
+NAMES = tuple(FIELDS)
+ROWS = (
+    (1, 0.5, 1, "2024-01-31", "low"),
+    (2, 2.25, 0, "2024-02-29", "high"),
+    (2, 2.25, 1, "2024-02-29", "high"),
+    (9, 9, 9, "1900-01-01", "unknown"),
+    (None, None, None, None, None),
+    (1, 2.25, 1, "2024-02-29", "high"),
+)
+# By the name of the column: the valid cases and, among them, the last value's.
+COUNTS = {"whole": (4, 2), "ratio": (4, 3), "flag": (4, 3), "day": (4, 3), "grade": (4, 3)}
+COMMANDS = (
+    f"PROPORTIONS /ONESAMPLE {' '.join(NAMES)} TESTTYPES=ALL CITYPES=ALL.",
+    f"PROPORTIONS /ONESAMPLE {' '.join(NAMES)} /SUCCESS VALUE=FIRST.",
+    f"PROPORTIONS /ONESAMPLE {' '.join(NAMES)} /SUCCESS VALUE=FIRST /MISSING USERMISSING=INCLUDE.",
+    "PROPORTIONS /INDEPENDENTSAMPLES flag whole BY grade SELECT=LEVEL('low' 'high').",
+    "PROPORTIONS /INDEPENDENTSAMPLES flag grade BY ratio SELECT=CUTPOINT(1).",
+    "PROPORTIONS /PAIREDSAMPLES whole WITH ratio (PAIRED).",
+)
+SQLITE = next(pathlib.Path("/usr/lib").glob("*/odbc/libsqlite3odbc.so"), None)
+
+
+def text_of(value):
+    return "" if value is None else str(value)
+
+
+class TypedColumns(ProgramTest):
+    """The same six rows in files of all formats, in databases and in the paths of folders."""
+
+    def setUp(self):
+        super().setUp()
+        self.schema("s.json", *({"name": name, **field} for name, field in FIELDS.items()))
+
+    def write_csv(self):
+        self.write("d.csv", "\n".join(",".join(map(text_of, row)) for row in (NAMES, *ROWS)) + "\n")
+
+    def write_folder(self, name, write_file):
+        """One file for each row, whose values stand in its path."""
+        for number, row in enumerate(ROWS):
+            parts = [f"{column}={'__HIVE_DEFAULT_PARTITION__' if v is None else v}" for column, v in zip(NAMES, row)]
+            folder = self.folder.joinpath(name, *parts)
+            folder.mkdir(parents=True)
+            write_file(str(folder / f"{number}"))
+
+    def sources_of_texts(self):
+        """Sources that hold all values as texts."""
+        self.write_csv()
+        columns = ", ".join(f"'{name}': 'VARCHAR'" for name in NAMES)
+        execute([f"CREATE TABLE t AS SELECT * FROM read_csv('{self.folder}/d.csv', types={{{columns}}}, nullstr='')",
+                 f"COPY t TO '{self.folder}/texts.parquet'"], self.folder / "texts.db")
+        texts = [[text_of(v) for v in row] for row in ROWS]
+        for form in ("dta", "xpt"):
+            write_stat(self.folder / f"texts.{form}", [{"name": name, "type": "string", "width": 10} for name in NAMES], texts)
+        self.write_folder("csv", lambda path: pathlib.Path(path + ".csv").write_text("x\n1\n"))
+        self.write_folder("parquet", lambda path: execute([f"COPY (SELECT 1 AS x) TO '{path}.parquet'"]))
+        cast = "SELECT " + ", ".join(f"CAST({name} AS VARCHAR) AS {name}" for name in NAMES) + " FROM data"
+        return (("d.csv", "--query", cast), ("texts.parquet",), ("texts.parquet", "--query", "SELECT * FROM data"),
+                ("duckdb:texts.db", "--table", "t"), ("texts.dta",), ("texts.xpt",), ("csv",), ("parquet",),
+                *self.sqlite("texts.sqlite", "TEXT", "TEXT"))
+
+    def sqlite(self, name, *types):
+        """Nothing where the machine lacks the driver."""
+        if SQLITE is None:
+            return ()
+        kinds = dict.fromkeys(NAMES, types[0]) | {"day": types[1], "grade": types[1]}
+        with sqlite3.connect(self.folder / name) as database:
+            database.execute(f"CREATE TABLE t ({', '.join(f'{column} {kind}' for column, kind in kinds.items())})")
+            database.executemany(f"INSERT INTO t VALUES ({', '.join('?' * len(NAMES))})", ROWS)
+        database.close()
+        return ((f"odbc:Driver={SQLITE};Database={self.folder / name}", "--table", "t"),)
+
+    def assert_same_as_csv(self, sources):
+        for command in COMMANDS:
+            expected = self.procedure(command, "d.csv", "--schema", "s.json")
+            self.assertGreater(len(expected["tables"]), 0)
+            for source in sources:
+                for collapse in ("auto", "never"):
+                    with self.subTest(command=command, source=source, collapse=collapse):
+                        found = self.procedure(command, *source, "--schema", "s.json", "--collapse", collapse)
+                        self.assertEqual(found["tables"], expected["tables"])
+
+    def test_counts_of_csv(self):
+        self.write_csv()
+        for name, (valid, last) in COUNTS.items():
+            p = self.procedure(f"PROPORTIONS /ONESAMPLE {name} TESTTYPES=NONE CITYPES=WALD.", "d.csv", "--schema", "s.json")
+            self.assertEqual([value(p, "Intervals", statistic) for statistic in ("Successes", "Trials")], [last, valid], name)
+
+    def test_texts(self):
+        self.assert_same_as_csv(self.sources_of_texts())
