@@ -158,6 +158,23 @@ class Imputations(ProgramTest):
         procedure = self.procedure("PROPORTIONS /ONESAMPLE y.", name, "--split", "imputation")
         self.assertFalse([t for t in procedure["tables"] if t["title"].startswith("Pooled")])
 
+    def test_only_plain_numbers_number_imputations(self):
+        for values in (("a", "b", "c"), ("01", "02", "03"), ("NA", "x", "y"),
+                       ("2024-01-01", "2024-01-02", "2024-01-03"), ("08:00", "09:00", "10:00"),
+                       ("false", "true", "true")):
+            name = self.data("Imputation_,y", [(i, y) for i in values for y in (1, 0)])
+            for bootstrap in ((), ("--bootstrap", "9", "--seed", "1")):
+                with self.subTest(values=values, bootstrap=bootstrap):
+                    procedure = self.procedure("PROPORTIONS /ONESAMPLE y.", name, "--split",
+                                               "Imputation_", *bootstrap)
+                    titles = [t["title"] for t in procedure["tables"]]
+                    self.assertFalse([t for t in titles if t.startswith("Pooled")])
+                    self.assertEqual("Bootstrap" in titles, bool(bootstrap))
+                    self.assertEqual(keys(procedure), [])
+                    intervals = table(procedure, "One-Sample Proportions Confidence")
+                    groups = {cell["at"]["Imputation_"][0] for cell in intervals["cells"]}
+                    self.assertEqual(len(groups), len(set(values)))
+
 
 if __name__ == "__main__":
     unittest.main()

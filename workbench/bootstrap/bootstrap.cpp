@@ -203,7 +203,7 @@ void refuseTooMany(const BootstrapOptions& options, size_t results) {
 
 }  // namespace
 
-void refuseBootstrapOf(const ActiveDataset& dataset) {
+void refuseBootstrapOf(ActiveDataset& dataset) {
   for (VarIndex index = 0; index < dataset.variableCount(); ++index) {
     if (dataset.declaration(index).name == kSampleVariable) {
       throw DataError(std::string("--bootstrap: the data have a variable ") + kSampleVariable +
@@ -211,7 +211,8 @@ void refuseBootstrapOf(const ActiveDataset& dataset) {
                       "out to analyse the samples that it numbers.");
     }
   }
-  if (const auto position = imputationPosition(dataset)) {
+  const auto position = imputationPosition(dataset);
+  if (position && !dataset.failed()) {
     throw DataError(
         "--bootstrap: " + dataset.declaration(dataset.splitVariables()[*position]).name +
         " splits the data into imputations; samples of imputed data are not drawn. "

@@ -18,8 +18,9 @@ struct BootstrapOptions {
 };
 
 /// Throws DataError when the data set has variables that stand in the way of samples: one of their
-/// own reserved name, or imputations as split groups.
-void refuseBootstrapOf(const ActiveDataset& dataset);
+/// own reserved name, or imputations as split groups. Data that cannot be read are left to the
+/// first command.
+void refuseBootstrapOf(ActiveDataset& dataset);
 
 /// Runs `entry`, the procedure on the session's command, on samples of the session's data, and adds
 /// the tables "Bootstrap" to the current procedure, which has run already. The session is as before

@@ -1,7 +1,6 @@
 #include "workbench/cli/run_command.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "workbench/advice/advice.h"
 #include "workbench/advice/case_tally.h"
@@ -78,7 +77,6 @@ void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& c
   session.observer = &cases;
   document.beginProcedure(kTitle, command.source());
   dataset.beginCommand(mentionedVariables(command, dataset));
-  const std::optional<size_t> imputation = imputationPosition(dataset);
   entry();
   session.observer = nullptr;
   session.facts = nullptr;
@@ -89,7 +87,9 @@ void runCommand(Session& session, ActiveDataset& dataset, const CommandTokens& c
       if (options.bootstrap.samples > 0) {
         addBootstrap(session, facts, options.bootstrap, entry, options.progress);
       }
-      if (imputation) poolImputations(session, *imputation, facts.level);
+      if (const auto position = imputationPosition(dataset)) {
+        poolImputations(session, *position, facts.level);
+      }
     }
     tellOfCases(procedure, facts, dataset, cases, options.advise);
   }

@@ -31,11 +31,11 @@ double casesOf(const CaseChunk& next) {
 
 }  // namespace
 
-std::optional<size_t> imputationPosition(const ActiveDataset& dataset) {
+std::optional<size_t> imputationPosition(ActiveDataset& dataset) {
   const std::vector<VarIndex>& splits = dataset.splitVariables();
   for (size_t i = splits.size(); i-- > 0;) {
-    const Variable& variable = dataset.declaration(splits[i]);
-    if (!variable.isString() && foldCase(variable.name) == kImputationName) return i;
+    if (foldCase(dataset.declaration(splits[i]).name) != kImputationName) continue;
+    if (dataset.variable(splits[i]).kind == ValueKind::kNumber) return i;
   }
   return std::nullopt;
 }

@@ -11,9 +11,10 @@
 
 namespace workbench {
 
-/// The position of the imputation number among the split variables: the last numeric one named
-/// Imputation_, whatever the case of its letters. Nothing: the data are not imputed.
-std::optional<size_t> imputationPosition(const ActiveDataset& dataset);
+/// The position of the imputation number among the split variables: the last one named
+/// Imputation_, whatever the case of its letters, whose values are plain numbers. Nothing: the data
+/// are not imputed. May have to read the data, to know what the values of such a variable are.
+std::optional<size_t> imputationPosition(ActiveDataset& dataset);
 
 /// What the groups of imputed data look like.
 struct ImputationCheck {
