@@ -54,6 +54,30 @@ class TidyCsv(ProgramTest):
             self.assertAlmostEqual(float(row["difference"]), 4 / 6 - .25, delta=1e-15)
             self.assertEqual(row["z"] == "", row["method"] in ("EXACT", "MIDP"))
 
+    def test_columns_that_a_run_adds_keep_their_names(self):
+        self.write("st.csv", "statistic,df,x\n7,1,1\n7,1,0\n")
+        self.rows("ONESAMPLE x", "--split", "statistic,df", "--bootstrap", "5", "--seed", "1",
+                  data="st.csv")
+        self.assertEqual(self.header[3:5], ["split_statistic", "df"])
+        self.assertEqual(len(set(self.header)), len(self.header))
+        self.write("mi.csv", "df,riv,Imputation_,x\n" + "7,8,0,1\n7,8,1,1\n7,8,1,0\n7,8,2,1\n")
+        rows = self.rows("ONESAMPLE x", "--split", "df,riv,Imputation_", data="mi.csv")
+        self.assertEqual(self.header[3:6], ["split_df", "split_riv", "Imputation_"])
+        self.assertEqual({(r["split_df"], r["split_riv"]) for r in rows}, {("7", "8")})
+        self.assertEqual(len(set(self.header)), len(self.header))
+
+    def test_a_bar_in_a_value_is_doubled_under_every_rule(self):
+        self.write("bar.csv", "s,t,g\nz|b,z|b,g|1\na,a,h\nz|b,a,h\na,z|b,g|1\n")
+        for rule in ("LAST", "LEVEL('z|b')"):
+            rows = self.rows(f"ONESAMPLE s /SUCCESS VALUE={rule}", data="bar.csv")
+            self.assertEqual({r["success"] for r in rows}, {"z||b"}, rule)
+            rows = self.rows(f"PAIREDSAMPLES s t /SUCCESS VALUE={rule}", data="bar.csv")
+            statistics = [r for r in rows if r["table"] == "statistics"]
+            self.assertEqual({(r["success"], r["success2"]) for r in statistics},
+                             {("z||b", "z||b")}, rule)
+        rows = self.rows("INDEPENDENTSAMPLES s BY g SELECT=LEVEL('g|1' 'h')", data="bar.csv")
+        self.assertEqual({r["group"] for r in rows if r["table"] == "statistics"}, {"g||1", "h"})
+
     def test_many_rows_stand_in_order(self):
         """Rows that are made side by side are written one after the other."""
         self.write("many.csv", "g,x\n" + "".join(f"{group},{group % 2}\n{group},1\n" for group in range(9000)))

@@ -49,13 +49,15 @@ bool contains(const std::array<std::string_view, count>& names, std::string_view
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// The columns of the split variables. One whose name is taken gets `split_` in front.
-Names splitColumns(const Names& variables) {
+/// The columns of the split variables. One whose name is taken, by the columns `added` to those of
+/// every run too, gets `split_` in front.
+Names splitColumns(const Names& variables, const std::vector<std::string_view>& added) {
   Names columns;
   for (const std::string& variable : variables) {
     std::string name = variable;
     while (contains(kColumnsBeforeSplits, name) || contains(kColumnsAfterSplits, name) ||
-           name == kNote || std::find(columns.begin(), columns.end(), name) != columns.end()) {
+           name == kNote || std::find(added.begin(), added.end(), name) != added.end() ||
+           std::find(columns.begin(), columns.end(), name) != columns.end()) {
       name.insert(0, "split_");
     }
     columns.push_back(std::move(name));
@@ -182,7 +184,8 @@ void renderCsv(const OutputDocument& document, const RenderOptions&, std::ostrea
   for (const auto& procedure : document.procedures()) {
     if (variables.empty()) variables = procedure->splitVariables;
   }
-  const Names splits = splitColumns(variables);
+  const std::vector<std::string_view> added = estimateColumns(document);
+  const Names splits = splitColumns(variables, added);
 
   Writer out(stream);
   std::string_view separator;
@@ -193,7 +196,6 @@ void renderCsv(const OutputDocument& document, const RenderOptions&, std::ostrea
   for (const std::string_view name : kColumnsBeforeSplits) writeName(name);
   for (const std::string& name : splits) writeName(name);
   for (const std::string_view name : kColumnsAfterSplits) writeName(name);
-  const std::vector<std::string_view> added = estimateColumns(document);
   for (const std::string_view name : added) writeName(name);
   writeName(kNote);
   out << '\n';

@@ -25,12 +25,7 @@ std::string variableName(const LabelData& label, size_t position) {
 }  // namespace
 
 std::string csvCondition(const LabelData& label) {
-  std::string text(relationOf(label.key));
-  if (label.values.size() == 1 && !label.isValueList) {
-    text += label.values.front().shown;
-  } else {
-    text += barred(label.values);
-  }
+  std::string text = std::string(relationOf(label.key)) + barred(label.values);
   if (label.twin > 1 && !label.values.empty()) text += " (" + std::to_string(label.twin) + ")";
   return text;
 }
