@@ -93,6 +93,19 @@ class Levels(ProgramTest):
             d for d in table(procedure, "Group Statistics")["dimensions"] if d["name"] == "d")["categories"]]
         self.assertEqual(groups, ["< 2024-03-01", ">= 2024-03-01"])
 
+    def test_moments_with_a_zone_are_levels_and_cut_points(self):
+        self.write("d.csv", "t\n2024-01-01 08:00Z\n2024-01-01T10:00:00+01\n2024-01-01 05:00-04:30\n")
+        for rule, successes in (("LEVEL('2024-01-01 08:00Z')", 1),
+                                ("LEVEL('2024-01-01T10:00:00+01' '2024-01-01 05:00-04:30')", 2),
+                                ("LEVEL('2024-01-01 09:30')", 1),
+                                ("CUTPOINT('2024-01-01 08:30Z')", 2),
+                                ("CUTPOINT('2024-01-01 10:30+01:00')", 1)):
+            self.assertEqual(self.successes(f"/ONESAMPLE t /SUCCESS VALUE={rule}"), (successes, 3), rule)
+        self.refused("/ONESAMPLE t /SUCCESS VALUE=LEVEL('2024-01-01 08:00+16')")
+        self.refused("/ONESAMPLE t /SUCCESS VALUE=CUTPOINT('2024-01-01 08:60Z')")
+        self.write("d.csv", "t\n2024-01-01\n2024-01-02\n")
+        self.refused("/ONESAMPLE t /SUCCESS VALUE=LEVEL('2024-01-01 00:00Z')")
+
     def test_a_date_cuts_no_variable_of_another_kind(self):
         self.write("d.csv", "d,t,v,x\n2024-02-29,12:30:00,0,a\n2024-03-01,08:00:00,1,b\n")
         for command in ("/ONESAMPLE v /SUCCESS VALUE=CUTPOINT('2024-03-01')",

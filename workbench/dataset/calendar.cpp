@@ -150,6 +150,8 @@ std::optional<double> parseTime(std::string_view text) {
 }
 
 std::optional<double> parseDateTime(std::string_view text) {
+  const auto zoned = parseInstant(text);
+  if (zoned && zoned->kind == Instant::Kind::kZonedDateTime) return secondsOf(zoned->microseconds);
   const auto day = takeDay(text);
   if (!day) return {};
   if (text.empty()) return static_cast<double>(*day) * kDaySeconds;

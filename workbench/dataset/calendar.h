@@ -20,7 +20,8 @@ std::string timeText(double seconds);
 std::optional<double> parseDate(std::string_view text);
 /// 12:30 or 12:30:00 or 12:30:00.25; 24:00:00 is the end of the day.
 std::optional<double> parseTime(std::string_view text);
-/// A date alone (midnight), or date and time with a blank or a T between them.
+/// A date alone (midnight), or date and time with a blank or a T between them; one with a zone
+/// (parseInstant) in UTC.
 std::optional<double> parseDateTime(std::string_view text);
 
 }  // namespace workbench
