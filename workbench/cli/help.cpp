@@ -71,7 +71,7 @@ Results
                        default: from the ending of -o, else text
   -o, --output FILE    the output file; default -: standard output
   --width N            columns of text; default: the terminal's, else 100
-  --digits N           decimals
+  --digits N           decimals (p values in sentences keep three)
   --percent            proportions in percent
   --plot               intervals as bars, too
   --sentences          sentences to report, too
