@@ -103,3 +103,36 @@ class TypedColumns(ProgramTest):
 
     def test_texts(self):
         self.assert_same_as_csv(self.sources_of_texts())
+
+    def test_numbers_made_texts(self):
+        """A number becomes the shortest text that tells it, without its source's zeros and exponents."""
+        self.schema("s.json", {"name": "x", "type": "string", "missingValues": ["", "9"]})
+        numbers = ("1", "2.5", "9", "0.30000000000000004", "-0.001", "1e+16", "123456.75", "")
+        self.write("d.csv", "\n".join(("x", *numbers)) + "\n")
+        values = ", ".join(f"({number or 'NULL'})" for number in numbers)
+        select = f"SELECT CAST(x AS DOUBLE) AS x FROM (VALUES {values.replace('0.30000000000000004', '3.0000000000000004e-1')}) v(x)"
+        execute([f"CREATE TABLE t AS {select}", f"COPY t TO '{self.folder}/d.parquet'"], self.folder / "d.db")
+        write_stat(self.folder / "d.dta", [{"name": "x", "type": "double"}], [[float(n) if n else None] for n in numbers])
+        sources = [("d.parquet",), ("duckdb:d.db", "--table", "t"), ("d.dta",), ("d.parquet", "--query", "SELECT * FROM data")]
+        if SQLITE is not None:
+            with sqlite3.connect(self.folder / "d.sqlite") as database:
+                database.execute("CREATE TABLE t (x REAL)")
+                database.executemany("INSERT INTO t VALUES (?)", [[float(n) if n else None] for n in numbers])
+            database.close()
+            sources.append((f"odbc:Driver={SQLITE};Database={self.folder / 'd.sqlite'}", "--table", "t"))
+        levels = [f"PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=LEVEL('{n}')." for n in numbers if n not in ("", "9")]
+        for command in (*levels, "PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=LAST."):
+            expected = self.procedure(command, "d.csv", "--schema", "s.json")
+            self.assertEqual(value(expected, "Intervals", "Trials"), 6)
+            for source in sources:
+                with self.subTest(command=command, source=source):
+                    self.assertEqual(self.procedure(command, *source, "--schema", "s.json")["tables"], expected["tables"])
+
+    def test_decimals_made_texts(self):
+        """Without zeros at their end, and with all digits that a double would lose."""
+        self.schema("s.json", {"name": "x", "type": "string", "missingValues": ["", "9"]})
+        execute(["COPY (SELECT CAST(x AS DECIMAL(20, 2)) AS x FROM (VALUES ('9.00'), ('10.00'), ('2.50'), ('123456789012345678.01')) v(x)) "
+                 f"TO '{self.folder}/d.parquet'"])
+        for text in ("10", "2.5", "123456789012345678.01"):
+            p = self.procedure(f"PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=LEVEL('{text}').", "d.parquet", "--schema", "s.json")
+            self.assertEqual([value(p, "Intervals", statistic) for statistic in ("Successes", "Trials")], [1, 3], text)

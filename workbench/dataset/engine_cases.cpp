@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "workbench/dataset/typed_cases.h"
+#include "workbench/dataset/typed_rules.h"
 #include "workbench/engine/byte_columns.h"
 #include "workbench/engine/read_problem.h"
 #include "workbench/engine/typed_values.h"
@@ -62,7 +63,18 @@ struct Selected {
   std::string expression;
   EngineType type;
   bool inBytes = false;
+  bool isMadeText = false;
 };
+
+bool isBinary(const EngineType& type) {
+  return type.id == DUCKDB_TYPE_FLOAT || type.id == DUCKDB_TYPE_DOUBLE;
+}
+
+/// A column as texts. A shorter binary number is the double that it is everywhere else.
+std::string textExpression(const EngineType& type, const std::string& name) {
+  return fmt::format("CAST({} AS VARCHAR)",
+                     type.id == DUCKDB_TYPE_FLOAT ? fmt::format("CAST({} AS DOUBLE)", name) : name);
+}
 
 std::vector<Selected> selectedColumns(const Relation& relation,
                                       const std::vector<TypedColumnFacts>& facts,
@@ -71,10 +83,10 @@ std::vector<Selected> selectedColumns(const Relation& relation,
   for (const ColumnRequest& wanted : request.columns) {
     const RelationColumn& column = relation.columns()[wanted.column];
     const std::string name = quotedName(column.name);
-    selected.push_back({isMadeText(facts[wanted.column], wanted.type)
-                            ? fmt::format("CAST({} AS VARCHAR)", name)
-                            : typedExpression(column.type, name),
-                        column.type, false});
+    const bool madeText = isMadeText(facts[wanted.column], wanted.type);
+    selected.push_back(
+        {madeText ? textExpression(column.type, name) : typedExpression(column.type, name),
+         column.type, false, madeText});
   }
   return selected;
 }
@@ -89,7 +101,8 @@ std::vector<Selected> inBytes(Relation& relation, std::vector<Selected> selected
   const std::vector<bool> fit = fitBytes(relation, columns);
   for (size_t i = 0; i < columns.size(); ++i) {
     if (!fit[i] || isMadeText(facts[columns[i]], request.columns[i].type)) continue;
-    selected[i] = {fmt::format("CAST({} AS TINYINT)", selected[i].expression), EngineType(), true};
+    selected[i] = {fmt::format("CAST({} AS TINYINT)", selected[i].expression), EngineType(), true,
+                   false};
     selected[i].type.id = DUCKDB_TYPE_TINYINT;
   }
   return selected;
@@ -108,7 +121,9 @@ class EngineRows final : public TypedRows {
  public:
   EngineRows(Relation& relation, const std::vector<TypedColumnFacts>& facts,
              const CaseRequest& request)
-      : relation_(relation), plain_(selectedColumns(relation, facts, request)) {
+      : relation_(relation),
+        plain_(selectedColumns(relation, facts, request)),
+        made_(plain_.size()) {
     try {
       open(inBytes(relation, plain_, facts, request));
     } catch (const EngineError&) {
@@ -137,6 +152,15 @@ class EngineRows final : public TypedRows {
   }
   void texts(size_t column, std::string_view* out) override {
     TypedColumn::texts(chunk_, column, out);
+    const EngineType& type = plain_[column].type;
+    const bool spelt = isBinary(type) || type.id == DUCKDB_TYPE_DECIMAL;
+    if (!plain_[column].isMadeText || !spelt) return;
+    std::vector<std::string>& made = made_[column];
+    made.clear();
+    for (size_t row = 0; row < cases(); ++row) {
+      made.push_back(numberAsText(out[row], isBinary(type)));
+    }
+    std::copy(made.begin(), made.end(), out);
   }
 
  private:
@@ -167,6 +191,7 @@ class EngineRows final : public TypedRows {
 
   Relation& relation_;
   std::vector<Selected> plain_;
+  std::vector<std::vector<std::string>> made_;  // by column: texts of numbers, of the block
   bool isPlain_ = false;
   std::optional<Query> query_;
   std::vector<TypedColumn> columns_;

@@ -113,11 +113,18 @@ void ServerBlocks::beginBlock() {
   }
 }
 
-ServerBlocks::Told ServerBlocks::marked(const Column& column, std::string_view text) const {
+/// Valid until the column's next one.
+std::string_view ServerBlocks::madeText(Column& column, std::string_view number, bool binary) {
+  column.made = numberAsText(number, binary);
+  return column.made;
+}
+
+ServerBlocks::Told ServerBlocks::marked(Column& column, std::string_view text) const {
   const auto mark = static_cast<ValueMark>(text.empty() ? '\0' : text.front());
   text.remove_prefix(std::min<size_t>(text.size(), 1));
   switch (mark) {
     case ValueMark::kNumber:
+      if (column.isText) return {Spelling::kField, madeText(column, text, true)};
       if (isWholeNumber(text)) {
         const ServerNumber number = serverNumber(column.server, text);
         if (!number.flaw.empty()) refuse(column, fmt::format("{} {}.", excerpt(text), number.flaw));
@@ -136,8 +143,8 @@ ServerBlocks::Told ServerBlocks::marked(const Column& column, std::string_view t
   return {column.server.moments ? Spelling::kString : Spelling::kText, text};
 }
 
-ServerBlocks::Told ServerBlocks::told(const ServerStatement& statement, size_t position) const {
-  const Column& column = columns_[position];
+ServerBlocks::Told ServerBlocks::told(const ServerStatement& statement, size_t position) {
+  Column& column = columns_[position];
   if (statement.isNull(position)) return {};
   const std::string_view text = statement.text(position);
   if (statement.isCut(position)) {
@@ -149,7 +156,8 @@ ServerBlocks::Told ServerBlocks::told(const ServerStatement& statement, size_t p
   if (text.find('\0') != std::string_view::npos) {
     refuse(column, "the text holds a NUL character; remove it.");
   }
-  return {Spelling::kField, text};
+  const bool isNumber = column.isText && column.server.kind == ServerKind::kNumber;
+  return {Spelling::kField, isNumber ? madeText(column, text, column.server.floating) : text};
 }
 
 void ServerBlocks::notice(Column& column, double value) {

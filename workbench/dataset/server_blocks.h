@@ -76,6 +76,7 @@ class ServerBlocks {
     bool onlyZeroOne = true;  // of those that are booleans then
     bool anyValue = false;
     std::vector<double> numbers;
+    std::string made;          // the text of the number at hand
     std::string bytes;         // of the block's texts
     std::vector<size_t> ends;  // of each text
     std::vector<std::string_view> texts;
@@ -86,8 +87,9 @@ class ServerBlocks {
     Spelling spelling = Spelling::kMissing;
     std::string_view text;
   };
-  Told told(const ServerStatement& statement, size_t position) const;
-  Told marked(const Column& column, std::string_view text) const;
+  Told told(const ServerStatement& statement, size_t position);
+  Told marked(Column& column, std::string_view text) const;
+  static std::string_view madeText(Column& column, std::string_view number, bool binary);
   void takeNumber(const ServerStatement& statement, size_t position);
   void takeText(Column& column, std::string_view text);
   void takeSpelled(Column& column, const Told& value, Use use);

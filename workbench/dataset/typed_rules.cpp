@@ -58,6 +58,20 @@ std::vector<double> categoryNumbers(const std::vector<std::string>& categories,
   return numbers;
 }
 
+std::string numberAsText(std::string_view spelt, bool binary) {
+  const FieldValue read = interpretNumber(spelt, '.');
+  if (read.kind != FieldKind::kNumber) return std::string(spelt);
+  if (std::isnan(read.number)) return {};
+  const bool isPlain = spelt.find_first_not_of("+-.0123456789") == std::string_view::npos;
+  if (binary || !isPlain) return shortestNumber(read.number);
+  if (read.number == 0.0 && spelt.find_first_of("123456789") == std::string_view::npos) return "0";
+  if (spelt.find('.') != std::string_view::npos) {
+    spelt.remove_suffix(spelt.size() - 1 - spelt.find_last_not_of('0'));
+    if (spelt.ends_with('.')) spelt.remove_suffix(1);
+  }
+  return std::string(spelt);
+}
+
 KeptText keptText(std::string_view text, const FieldRules& rules) {
   const std::string_view kept = trimmed(text);
   if (kept.size() > kWidestString) {

@@ -20,6 +20,11 @@ std::string wrongType(ColumnType::Name wanted, double value);
 std::vector<double> categoryNumbers(const std::vector<std::string>& categories,
                                     const ColumnType& type);
 
+/// The text that a number becomes where a dictionary makes it one, whatever the source spells it
+/// like: binary numbers as shortestNumber, exact ones with all their digits but zeros at the end of
+/// the fraction. Empty for NaN; what is no number stays what it is.
+std::string numberAsText(std::string_view spelt, bool binary);
+
 /// A text as cases carry it: without trailing blanks, empty when it is missing. With why it cannot
 /// be held, as a sentence, if so.
 struct KeptText {

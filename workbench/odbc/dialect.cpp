@@ -117,13 +117,11 @@ void sqliteSettle(ServerColumn& column, const ResultColumn& told) {
 }
 
 std::string sqliteShown(const ServerColumn& column, bool asText) {
-  const std::string number = asText ? fmt::format("'t' || {}", column.quoted)
-                                    : fmt::format("'n' || printf('%!.20g', {})", column.quoted);
   return fmt::format(
-      "CASE typeof({0}) WHEN 'integer' THEN '{1}' || {0} WHEN 'real' THEN {2} WHEN 'text' THEN "
-      "CASE WHEN instr({0}, char(0)) > 0 THEN '0' ELSE 't' || rtrim({0}) END WHEN 'blob' THEN 'b' "
-      "END",
-      column.quoted, asText ? 't' : 'n', number);
+      "CASE typeof({0}) WHEN 'integer' THEN '{1}' || {0} WHEN 'real' THEN 'n' || printf('%!.20g', "
+      "{0}) WHEN 'text' THEN CASE WHEN instr({0}, char(0)) > 0 THEN '0' ELSE 't' || rtrim({0}) END "
+      "WHEN 'blob' THEN 'b' END",
+      column.quoted, asText ? 't' : 'n');
 }
 
 std::string sqliteGrouped(const ServerColumn& column) {
