@@ -1,5 +1,7 @@
 #include "workbench/cli/program.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <exception>
 #include <memory>
@@ -103,6 +105,16 @@ void tellCost(const ActiveDataset& dataset, const ProgramOptions& options) {
   if (options.progress == ProgressMode::kAlways && !cost.empty()) tell(cost);
 }
 
+/// Unreadable data end a run of several commands.
+void tellNotRun(size_t commands) {
+  if (commands == 0) return;
+  tell(
+      fmt::format("Error: {} after it {} not run, since the data could not be read. Correct the "
+                  "data, or leave out the command that failed.",
+                  commands == 1 ? "1 command" : fmt::format("{} commands", commands),
+                  commands == 1 ? "was" : "were"));
+}
+
 /// Each statement once, in the order in which the commands need it.
 int explainCommands(const ProgramOptions& options, const OutputTarget& target) {
   const std::unique_ptr<SourceDataset> dataset = openDataset(options.data);
@@ -179,7 +191,10 @@ int runCommands(const ProgramOptions& options, const OutputTarget& target) {
   }
   tellCost(*dataset, options);
   deliver(document, options, target);
-  if (dataset->failed()) return kUnusable;
+  if (dataset->failed()) {
+    tellNotRun(commands.size() - document.procedures().size());
+    return kUnusable;
+  }
   return anyFailed(document) ? kRefused : kDone;
 }
 
