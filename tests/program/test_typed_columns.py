@@ -1,5 +1,6 @@
 """A dictionary gives the columns of every kind of source the same types with the same results."""
 
+import json
 import pathlib
 import sqlite3
 
@@ -136,3 +137,33 @@ class TypedColumns(ProgramTest):
         for text in ("10", "2.5", "123456789012345678.01"):
             p = self.procedure(f"PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD /SUCCESS VALUE=LEVEL('{text}').", "d.parquet", "--schema", "s.json")
             self.assertEqual([value(p, "Intervals", statistic) for statistic in ("Successes", "Trials")], [1, 3], text)
+
+    def test_types_of_their_own(self):
+        """Sources that have numbers, booleans or dates themselves."""
+        self.write_csv()
+        self.write("d.jsonl", "".join(json.dumps(dict(zip(NAMES, row))) + "\n" for row in ROWS))
+        types = {"whole": "BIGINT", "ratio": "DOUBLE", "flag": "INTEGER", "day": "DATE", "grade": "VARCHAR"}
+        execute([f"CREATE TABLE t AS SELECT * FROM read_csv('{self.folder}/d.csv', types={types}, nullstr='')",
+                 f"COPY t TO '{self.folder}/d.parquet'"], self.folder / "d.db")
+        columns = [{"name": name, "type": "double"} for name in NAMES[:3]] + [{"name": name, "type": "string", "width": 10} for name in NAMES[3:]]
+        for form in ("dta", "xpt"):
+            write_stat(self.folder / f"d.{form}", columns, [[*row[:3], *map(text_of, row[3:])] for row in ROWS])
+        self.assert_same_as_csv((("d.jsonl",), ("d.csv", "--query", "SELECT * FROM data"), ("d.parquet",), ("duckdb:d.db", "--table", "t"),
+                                 ("d.dta",), ("d.xpt",), *self.sqlite("d.sqlite", "REAL", "DATE")))
+
+    def test_numbers_for_missing_dates(self):
+        """A number that is listed as missing is so among dates; another one is refused."""
+        command = "PROPORTIONS /ONESAMPLE x TESTTYPES=NONE CITYPES=WALD."
+        self.schema("s.json", {"name": "x", "type": "date", "missingValues": ["", "9"]})
+        self.write("d.csv", "x\n2024-01-31\n9\n2024-02-29\n")
+        self.write("d.jsonl", '{"x":"2024-01-31"}\n{"x":9}\n{"x":"2024-02-29"}\n')
+        expected = self.procedure(command, "d.csv", "--schema", "s.json")
+        self.assertEqual(value(expected, "Intervals", "Trials"), 2)
+        self.assertEqual(self.procedure(command, "d.jsonl", "--schema", "s.json")["tables"], expected["tables"])
+        self.write("d.jsonl", '{"x":"2024-01-31"}\n{"x":8}\n')
+        self.assertIn("'8' is not a date", self.unusable("d.jsonl", "--schema", "s.json", "-c", command))
+
+    def test_other_numbers_are_no_booleans(self):
+        self.schema("s.json", {"name": "x", "type": "boolean", "missingValues": ["", "9"]})
+        execute([f"COPY (SELECT unnest([1, 8, 9]) AS x) TO '{self.folder}/d.parquet'"])
+        self.assertIn("case 2: x: 8 is neither 0 nor 1", self.unusable("d.parquet", "--schema", "s.json", "-c", COMMANDS[0].replace(" ".join(NAMES), "x")))

@@ -180,7 +180,7 @@ void ServerBlocks::takeNumber(const ServerStatement& statement, size_t position)
   }
   double value = normalNumber(read.value);
   if (!column.categories.empty()) value = column.categories[static_cast<size_t>(value) - 1];
-  const std::string wrong = wrongType(column.type.name, value);
+  const std::string wrong = wrongType(column.type, value);
   if (!wrong.empty()) refuse(column, wrong);
   notice(column, value);
   column.numbers.push_back(value);

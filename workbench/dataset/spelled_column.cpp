@@ -6,6 +6,7 @@
 #include <iterator>
 #include <utility>
 
+#include "workbench/dataset/typed_rules.h"
 #include "workbench/values/data_error.h"
 #include "workbench/values/excerpt.h"
 
@@ -80,7 +81,9 @@ FieldValue SpelledColumn::understand(Spelling spelling, std::string_view text) c
     case Spelling::kString:
       return interpretString(text, rules_, type_.missingTexts);
     case Spelling::kNumber:
-      return interpretNumber(text, '.');
+      value = interpretNumber(text, '.');
+      value.provisional = isListedMissing(type_, value.number);
+      return value;
     case Spelling::kBoolean:
       value.kind = FieldKind::kBoolean;
       value.number = text == "true" ? 1.0 : 0.0;

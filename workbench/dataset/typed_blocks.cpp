@@ -46,7 +46,7 @@ TypedBlocks::Column TypedBlocks::columnOf(const TypedColumnFacts& column,
   made.isText = column.isText || isMadeText(column, type);
   made.native = column.kind;
   made.extendedMissing = column.extendedMissing;
-  made.wanted = type.name;
+  made.wanted = type;
   if (isSpelledColumn(column, type) || (isMadeText(column, type) && !type.codes.empty())) {
     made.spelled.emplace(label_ + ", case", column.name, rules_, type);
   }
@@ -64,8 +64,9 @@ bool TypedBlocks::next() {
 std::vector<ValueKind> TypedBlocks::kinds() const {
   std::vector<ValueKind> kinds;
   for (const Column& column : columns_) {
-    kinds.push_back(column.isText || column.spelled ? ValueKind::kString
-                                                    : wantedKind(column.wanted, column.native));
+    kinds.push_back(column.isText || column.spelled
+                        ? ValueKind::kString
+                        : wantedKind(column.wanted.name, column.native));
   }
   return kinds;
 }
@@ -92,22 +93,23 @@ const double* TypedBlocks::numbers(size_t position) {
       if (value != kSystemMissing) value = column.categories[static_cast<size_t>(value) - 1];
     }
   }
-  if (column.wanted != Name::kDetected) refuseWrongType(column);
+  if (column.wanted.name != Name::kDetected) refuseWrongType(column);
   return column.numbers.data();
 }
 
 const uint8_t* TypedBlocks::bytes(size_t position) {
   Column& column = columns_[position];
-  const bool anyNumber = column.wanted == Name::kDetected || column.wanted == Name::kNumber ||
-                         column.wanted == Name::kInteger;
+  const bool anyNumber = column.wanted.name == Name::kDetected ||
+                         column.wanted.name == Name::kNumber ||
+                         column.wanted.name == Name::kInteger;
   if (!anyNumber || !column.categories.empty()) return nullptr;
   column.bytes.resize(cases());
   return rows_->bytes(position, column.bytes.data()) ? column.bytes.data() : nullptr;
 }
 
-void TypedBlocks::refuseWrongType(const Column& column) const {
+void TypedBlocks::refuseWrongType(Column& column) const {
   for (size_t row = 0; row < column.numbers.size(); ++row) {
-    const double value = column.numbers[row];
+    double& value = column.numbers[row];
     if (column.extendedMissing && isExtendedMissing(value)) continue;
     const std::string wrong = wrongType(column.wanted, value);
     if (!wrong.empty()) refuse(column, row, wrong);

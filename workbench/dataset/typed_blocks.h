@@ -100,7 +100,7 @@ class TypedBlocks {
     bool isText = false;
     ValueKind native = ValueKind::kNumber;
     bool extendedMissing = false;
-    ColumnType::Name wanted = ColumnType::Name::kDetected;
+    ColumnType wanted;
     std::vector<double> categories;  // of enumerations: the number of each category
     std::optional<SpelledColumn> spelled;
     Spelling spelling = Spelling::kField;
@@ -112,7 +112,7 @@ class TypedBlocks {
   Column columnOf(const TypedColumnFacts& column, const ColumnType& type) const;
   uint64_t caseNumber(size_t row) const { return static_cast<uint64_t>(casesBefore_) + row + 1; }
   void readTexts(size_t column);
-  void refuseWrongType(const Column& column) const;
+  void refuseWrongType(Column& column) const;
   [[noreturn]] void refuse(const Column& column, size_t row, const std::string& what) const;
 
   const std::string& label_;

@@ -31,13 +31,26 @@ ValueKind wantedKind(Name wanted, ValueKind native) {
   }
 }
 
-std::string wrongType(Name wanted, double value) {
+bool isListedMissing(const ColumnType& type, double number) {
+  return std::any_of(type.missingTexts.begin(), type.missingTexts.end(),
+                     [&](const std::string& text) {
+                       const FieldValue listed = interpretNumber(trimmed(text), '.');
+                       return listed.kind == FieldKind::kNumber && listed.number == number;
+                     });
+}
+
+std::string wrongType(const ColumnType& type, double& value) {
+  const Name wanted = type.name;
   if (wanted == Name::kDetected || value == kSystemMissing) return {};
   if (wanted == Name::kInteger && std::isfinite(value) && value != std::trunc(value)) {
     return fmt::format("{} is not a whole number, though the dictionary gives the type integer.",
                        shortestNumber(value));
   }
   if (wanted == Name::kBoolean && value != 0.0 && value != 1.0) {
+    if (isListedMissing(type, value)) {
+      value = kSystemMissing;
+      return {};
+    }
     return fmt::format("{} is neither 0 nor 1, though the dictionary gives the type boolean.",
                        shortestNumber(value));
   }

@@ -13,8 +13,12 @@ namespace workbench {
 /// The kind of a column of numbers of the kind `native` that is wanted as another.
 ValueKind wantedKind(ColumnType::Name wanted, ValueKind native);
 
-/// Why a number cannot stand in a column that is wanted so, as a sentence; empty when it can.
-std::string wrongType(ColumnType::Name wanted, double value);
+/// Whether a dictionary lists a number among the missing values, however it is spelt there.
+bool isListedMissing(const ColumnType& type, double number);
+
+/// Why a number cannot stand in a column that is wanted so, as a sentence; empty when it can. One
+/// that only a missing value can be becomes system-missing, as a text would.
+std::string wrongType(const ColumnType& wanted, double& value);
 
 /// The number of each category of an enumeration; kSystemMissing for those without one.
 std::vector<double> categoryNumbers(const std::vector<std::string>& categories,
