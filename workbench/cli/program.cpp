@@ -108,11 +108,11 @@ void tellCost(const ActiveDataset& dataset, const ProgramOptions& options) {
 /// Unreadable data end a run of several commands.
 void tellNotRun(size_t commands) {
   if (commands == 0) return;
-  tell(
-      fmt::format("Error: {} after it {} not run, since the data could not be read. Correct the "
-                  "data, or leave out the command that failed.",
-                  commands == 1 ? "1 command" : fmt::format("{} commands", commands),
-                  commands == 1 ? "was" : "were"));
+  const std::string count =
+      commands == 1 ? "1 command was" : fmt::format("{} commands were", commands);
+  tell("Error: " + count +
+       " not run, since the data for the command before could not be read. "
+       "Correct the data, or leave out the command that failed.");
 }
 
 /// Each statement once, in the order in which the commands need it.
